@@ -1,0 +1,123 @@
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "cli/Command.h"
+#include "cli/FolderArgument.h"
+#include "cli/ReportText.h"
+#include "core/FolderNaming.h"
+#include "core/ICloudScanEngine.h"
+
+namespace cirrovane {
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+using std::chrono::steady_clock;
+
+/// Beyond this a number of seconds means "for ever", and would not fit the clock's arithmetic.
+constexpr Seconds kLongestTime{1e9};
+constexpr Seconds kDefaultInterval{5};
+
+struct CheckOptions {
+  std::vector<std::string> folders;
+  bool waits = false;
+  std::optional<double> timeout;
+  double interval = kDefaultInterval.count();
+};
+
+steady_clock::duration asDuration(double seconds) {
+  return std::chrono::duration_cast<steady_clock::duration>(std::min(Seconds(seconds), kLongestTime));
+}
+
+std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments) {
+  UUIDGenerator makeID;
+  std::vector<WatchFolder> folders;
+  for (const std::string& argument : arguments) {
+    const std::string path = absolutePath(argument);
+    folders.push_back({makeID(), watchFolderName(path), path});
+  }
+  return folders;
+}
+
+std::vector<WatchFolder> defaultFolders(const FileSystem& fileSystem) {
+  const std::string path = fileSystem.homeDirectory() + std::string(kICloudDriveSubpath);
+  if (!fileSystem.exists(path)) {
+    return {};
+  }
+  return {{UUIDGenerator()(), watchFolderName(path), path}};
+}
+
+SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::vector<WatchFolder>& folders,
+                               const CheckOptions& options, Output& err) {
+  std::optional<steady_clock::time_point> deadline;
+  if (options.timeout) {
+    deadline = steady_clock::now() + asDuration(*options.timeout);
+  }
+  while (true) {
+    SyncHealthReport report = engine.scan(folders);
+    const auto now = steady_clock::now();
+    if (report.safeToClose || !options.waits || (deadline && now >= *deadline)) {
+      return report;
+    }
+    auto pause = asDuration(options.interval);
+    if (deadline) {
+      pause = std::min(pause, *deadline - now);
+    }
+    if (err.isTerminal()) {
+      err.write(fmt::format("Not safe yet. {} Looking again in {:.3g} s.\n", report.summary, Seconds(pause).count()));
+    }
+    std::this_thread::sleep_for(pause);
+  }
+}
+
+ExitStatus check(const CheckOptions& options, CommandContext& context) {
+  const ICloudScanEngine engine(context.machine.fileSystem(), context.machine.clock());
+  const std::vector<WatchFolder> folders =
+      options.folders.empty() ? defaultFolders(context.machine.fileSystem()) : namedFolders(options.folders);
+  const SyncHealthReport report = scanUntilSafe(engine, folders, options, context.err);
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, report);
+  } else {
+    context.out.write(reportText(report, TextStyle(context.out.isColoured())));
+  }
+  return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
+}
+
+}  // namespace
+
+void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::App* command = app.add_subcommand("check", "Scan folders and say whether it is safe to close");
+  command->footer(
+      "Without a FOLDER, iCloud Drive is scanned. Nothing is recorded.\n\n"
+      "Examples:\n"
+      "  cirrovanectl check\n"
+      "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
+      "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
+      "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
+  command->add_option("FOLDER", options->folders, "Folders to scan")->check([](const std::string& folder) {
+    return folder.empty() ? "A folder's name cannot be empty." : "";
+  });
+  CLI::Option* wait = command->add_flag("--wait", options->waits, "Scan again until it is safe, or time is up");
+  command->add_option("--timeout", options->timeout, "With --wait: give up after S seconds (default: never)")
+      ->check(CLI::NonNegativeNumber)
+      ->needs(wait)
+      ->type_name("S");
+  command->add_option("--interval", options->interval, "With --wait: seconds between two scans (default: 5)")
+      ->check(CLI::PositiveNumber)
+      ->needs(wait)
+      ->type_name("S");
+  addJSONOption(*command, chosen);
+  command->callback([&chosen, options] {
+    chosen.run = [options](CommandContext& context) { return check(*options, context); };
+  });
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace cirrovane {
+
+/// The absolute path that a folder argument means: against the working directory, "." and ".." resolved by their names
+/// alone, a trailing slash kept.
+std::string absolutePath(std::string_view argument, std::string_view workingDirectory);
+
+/// The same against the process's own working directory.
+std::string absolutePath(std::string_view argument);
+
+}  // namespace cirrovane

@@ -1,0 +1,42 @@
+#include "cli/Output.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+namespace cirrovane {
+namespace {
+
+bool isSet(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr && *value != '\0';
+}
+
+bool hasColours() {
+  const char* terminal = std::getenv("TERM");
+  return terminal != nullptr && std::string_view(terminal) != "dumb" && !isSet("NO_COLOR");
+}
+
+}  // namespace
+
+Output::Output(int descriptor)
+    : descriptor_(descriptor), isTerminal_(isatty(descriptor) == 1), isColoured_(isTerminal_ && hasColours()) {}
+
+bool Output::write(std::string_view text) {
+  while (!text.empty() && !isClosed_) {
+    const ssize_t written = ::write(descriptor_, text.data(), text.size());
+    if (written >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      isClosed_ = true;
+      hasLostText_ = errno != EPIPE;
+    }
+  }
+  return !isClosed_;
+}
+
+void ignoreClosedPipes() { std::signal(SIGPIPE, SIG_IGN); }
+
+}  // namespace cirrovane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace cirrovane {
+
+/// One of the program's standard streams.
+class Output {
+ public:
+  explicit Output(int descriptor);
+
+  /// Whether text may be coloured: a terminal that knows colours, and a user who does not object (NO_COLOR).
+  bool isColoured() const { return isColoured_; }
+  bool isTerminal() const { return isTerminal_; }
+
+  /// Writes at once. false when the stream takes no more; a reader that has gone away is no error of ours.
+  bool write(std::string_view text);
+
+  /// Whether something that the user should have got was lost: a full disk, say, not a closed pipe.
+  bool hasLostText() const { return hasLostText_; }
+
+ private:
+  int descriptor_;
+  bool isTerminal_;
+  bool isColoured_;
+  bool isClosed_ = false;
+  bool hasLostText_ = false;
+};
+
+/// Keeps a closed pipe from ending the program before it has given its verdict.
+void ignoreClosedPipes();
+
+}  // namespace cirrovane

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "cli/TextStyle.h"
+#include "core/SyncHealthReport.h"
+
+namespace cirrovane {
+
+/// A report for a person at a terminal: the verdict, scores, counts, folders, the first blockers, next steps and the
+/// summary. Names that come from the disk are made harmless.
+std::string reportText(const SyncHealthReport& report, const TextStyle& style);
+
+}  // namespace cirrovane

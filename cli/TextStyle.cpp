@@ -1,0 +1,23 @@
+#include "cli/TextStyle.h"
+
+#include <fmt/format.h>
+
+namespace cirrovane {
+
+std::string TextStyle::inStateColour(HealthState state, std::string_view text) const {
+  switch (state) {
+    case HealthState::safe:
+      return wrap("32", text);
+    case HealthState::warning:
+      return wrap("33", text);
+    case HealthState::danger:
+      break;
+  }
+  return wrap("31", text);
+}
+
+std::string TextStyle::wrap(std::string_view code, std::string_view text) const {
+  return isColoured_ ? fmt::format("\x1b[{}m{}\x1b[0m", code, text) : std::string(text);
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,91 @@
+#include <unistd.h>
+
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "cli/Command.h"
+#include "cli/ExitStatus.h"
+#include "cli/FolderArgument.h"
+#include "cli/Output.h"
+#include "core/DisplayText.h"
+#include "platform/Machine.h"
+
+namespace cirrovane {
+namespace {
+
+constexpr const char* kFooter =
+    "Exit status:\n"
+    "  0  safe to close; or done, for a command without a verdict\n"
+    "  1  not safe to close\n"
+    "  2  wrong usage\n"
+    "  3  could not do it; the message says why\n\n"
+    "Start with \"cirrovanectl check\", and see \"cirrovanectl check --help\".";
+
+/// What the parser has to say goes through the same streams as everything else.
+ExitStatus explainUsage(const CLI::App& app, const CLI::ParseError& error, Output& out, Output& err) {
+  std::ostringstream outText;
+  std::ostringstream errText;
+  const int status = app.exit(error, outText, errText);
+  out.write(outText.str());
+  err.write(errText.str());
+  return status == 0 ? ExitStatus::done : ExitStatus::wrongUsage;
+}
+
+ExitStatus runOn(const std::string& root, const ChosenCommand& chosen, Output& out, Output& err) {
+  Result<std::unique_ptr<Machine>> machine = makeMachine(absolutePath(root));
+  if (!machine) {
+    err.write(fmt::format("cirrovanectl: {}\n", displayText(machine.message())));
+    return ExitStatus::couldNot;
+  }
+  CommandContext context{**machine, out, err, chosen.wantsJSON};
+  const ExitStatus status = chosen.run(context);
+  if (out.hasLostText()) {
+    err.write("cirrovanectl: The answer could not be written in full.\n");
+    return ExitStatus::couldNot;
+  }
+  return status;
+}
+
+ExitStatus runCommandLine(int argumentCount, char** arguments) {
+  Output out(STDOUT_FILENO);
+  Output err(STDERR_FILENO);
+
+  CLI::App app("Is it safe to close this Mac without losing work that has not reached iCloud Drive?", "cirrovanectl");
+  app.footer(kFooter);
+  app.require_subcommand(1);
+  app.fallthrough();
+  std::string root = "/";
+  app.add_option("--mac-root", root, "Folder that stands for a Mac's disk (default: this machine)")->type_name("DIR");
+  ChosenCommand chosen;
+  addCheckCommand(app, chosen);
+  try {
+    app.parse(argumentCount, arguments);
+  } catch (const CLI::ParseError& error) {
+    return explainUsage(app, error, out, err);
+  }
+  return runOn(root, chosen, out, err);
+}
+
+}  // namespace
+
+void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
+  command.add_flag("--json", chosen.wantsJSON, "Print one JSON document instead of text");
+}
+
+}  // namespace cirrovane
+
+int main(int argumentCount, char** arguments) {
+  cirrovane::ignoreClosedPipes();
+  try {
+    return static_cast<int>(cirrovane::runCommandLine(argumentCount, arguments));
+  } catch (const std::exception& error) {
+    std::cerr << "cirrovanectl: " << error.what() << '\n';
+    return static_cast<int>(cirrovane::ExitStatus::couldNot);
+  }
+}

@@ -1,0 +1,53 @@
+# How every library and program of the tree is built: one place for the language level, the warnings and the
+# sanitizers, so that no folder can fall behind.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+find_program(CIRROVANE_CCACHE ccache)
+if(CIRROVANE_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CIRROVANE_CCACHE}")
+endif()
+
+add_library(cirrovane_build_options INTERFACE)
+target_compile_options(cirrovane_build_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wimplicit-fallthrough -Wcast-align -Wundef -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(cirrovane_build_options INTERFACE -Wduplicated-cond -Wlogical-op -Wuseless-cast)
+endif()
+if(CIRROVANE_SANITIZE)
+  target_compile_options(cirrovane_build_options INTERFACE
+    -fsanitize=${CIRROVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(cirrovane_build_options INTERFACE -fsanitize=${CIRROVANE_SANITIZE})
+endif()
+if(CIRROVANE_FUZZ)
+  # Coverage in the libraries is what steers libFuzzer; only the targets themselves link its main().
+  target_compile_options(cirrovane_build_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+# cirrovane_library(NAME SOURCES... [NEEDS libraries...]): the library cirrovane::NAME of one folder. A folder includes
+# only what it NEEDS, so an include against the layers' direction does not link.
+function(cirrovane_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;NEEDS;USES")
+  set(target cirrovane_${name})
+  add_library(${target} STATIC ${arg_SOURCES})
+  add_library(cirrovane::${name} ALIAS ${target})
+  target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${target} PUBLIC ${arg_NEEDS} PRIVATE ${arg_USES} cirrovane_build_options)
+endfunction()
+
+# cirrovane_program(NAME SOURCES... [USES libraries...]): one executable under the build folder's bin/.
+function(cirrovane_program name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${arg_USES} cirrovane_build_options)
+endfunction()

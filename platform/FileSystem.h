@@ -1,0 +1,72 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/Time.h"
+
+namespace cirrovane {
+
+/// Where the newest known version of a cloud item is: on this machine, stale on this machine, or in the cloud only.
+enum class DownloadingStatus { current, downloaded, notDownloaded };
+
+/// What the file system knows of one item. An absent optional is a value that it does not offer for the item; the
+/// texts live as long as the batch that holds them.
+struct ResourceValues {
+  bool isDirectory = false;
+  bool isUbiquitousItem = false;
+  std::optional<bool> isUploaded;
+  std::optional<bool> isUploading;
+  std::optional<bool> hasUnresolvedConflicts;
+  std::optional<DownloadingStatus> downloadingStatus;
+  std::optional<std::string_view> uploadingError;
+  std::optional<std::string_view> downloadingError;
+  /// May also be absent where no reader of the values could need it: the item is a folder, or is clean.
+  std::optional<Time> contentModificationDate;
+};
+
+/// One item below an enumerated folder.
+struct Item {
+  /// Last component of the item's path, as the file system stores it: any bytes but "/" and NUL.
+  std::string_view name;
+  /// Absent when the item's values could not be read.
+  std::optional<ResourceValues> values;
+};
+
+/// Items that the walk met one after another, with their values already read.
+class ItemBatch {
+ public:
+  virtual ~ItemBatch() = default;
+  virtual std::span<const Item> items() const = 0;
+  /// Absolute path of an item of this batch. Made on demand, because hardly any item ever needs it.
+  virtual std::string path(const Item& item) const = 0;
+};
+
+/// A walk over everything below a folder, in the walk's own order. Used by one thread at a time.
+class FolderWalk {
+ public:
+  virtual ~FolderWalk() = default;
+  /// The next items, or nullptr after the last. The batch stays valid until the next call.
+  virtual const ItemBatch* next() = 0;
+};
+
+/// The files of this machine. Callable on any thread.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  /// Whether anything exists at the path; a link that leads nowhere does not.
+  virtual bool exists(const std::string& path) const = 0;
+
+  /// A walk over the items below the folder, recursive, without hidden items and without the contents of packages.
+  /// What cannot be listed is passed over. nullptr when no walk can be made, which counts as a folder without items.
+  virtual std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const = 0;
+
+  /// The user's home folder, without a trailing slash.
+  virtual std::string homeDirectory() const = 0;
+};
+
+}  // namespace cirrovane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/Clock.h"
+#include "platform/FileSystem.h"
+#include "platform/Result.h"
+
+namespace cirrovane {
+
+/// Every platform operation that needs no window, for one machine.
+class Machine {
+ public:
+  virtual ~Machine() = default;
+  virtual const FileSystem& fileSystem() const = 0;
+  virtual const Clock& clock() const = 0;
+};
+
+/// The machine whose disk is the folder at an absolute path; "/" is the one that the program runs on. Each system has
+/// its own implementation. Fails when the folder cannot stand for a machine.
+Result<std::unique_ptr<Machine>> makeMachine(const std::string& root);
+
+}  // namespace cirrovane

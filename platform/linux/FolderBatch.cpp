@@ -1,0 +1,170 @@
+#include "platform/linux/FolderBatch.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+#include "platform/linux/ICloudAttribute.h"
+#include "platform/linux/Packages.h"
+
+namespace cirrovane {
+namespace {
+
+/// Some 1,500 entries: many enough to spread one flat folder over threads at little cost, few enough to stay in cache.
+constexpr std::size_t kEntriesSize = 64 * 1024;
+/// The longest entry that the kernel can write.
+constexpr std::size_t kLargestEntry = sizeof(dirent64) + 8;
+constexpr std::size_t kUsualAttributeSize = 512;
+/// The kernel stores no longer attribute.
+constexpr std::size_t kLargestAttribute = 64 * 1024;
+
+ssize_t listEntries(int descriptor, std::span<char> target) {
+  ssize_t length = 0;
+  do {
+    length = getdents64(descriptor, target.data(), target.size());
+  } while (length < 0 && errno == EINTR);
+  return length;
+}
+
+std::optional<struct stat> statItem(int descriptor, const char* name) {
+  struct stat status {};
+  if (fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    return std::nullopt;
+  }
+  return status;
+}
+
+Time timeOf(const timespec& stamp) {
+  using Microseconds = std::chrono::microseconds;
+  constexpr std::int64_t kLimit = std::numeric_limits<std::int64_t>::max() / 1'000'000 - 1;
+  const std::int64_t seconds = std::min(std::max<std::int64_t>(stamp.tv_sec, -kLimit), kLimit);
+  return Time(std::chrono::seconds(seconds) +
+              std::chrono::floor<Microseconds>(std::chrono::nanoseconds(stamp.tv_nsec)));
+}
+
+/// Whether anything of the item's state is reported together with its date.
+bool isDateOfInterest(const ResourceValues& values) {
+  return values.isUbiquitousItem && !values.isDirectory &&
+         (values.uploadingError || values.downloadingError || !values.isUploaded.value_or(true) ||
+          values.isUploading.value_or(false) ||
+          values.downloadingStatus.value_or(DownloadingStatus::current) != DownloadingStatus::current);
+}
+
+}  // namespace
+
+FolderBatch::FolderBatch() : entries_(kEntriesSize), attribute_(kUsualAttributeSize) {}
+
+FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int descriptor) {
+  becomeEmpty();
+  folder_ = &folder;
+  std::size_t used = 0;
+  while (entries_.size() - used >= kLargestEntry) {
+    const ssize_t length = listEntries(descriptor, std::span(entries_).subspan(used));
+    if (length <= 0) {
+      return Listing::ended;
+    }
+    const std::size_t end = used + static_cast<std::size_t>(length);
+    while (used < end) {
+      const auto* entry = reinterpret_cast<const dirent64*>(entries_.data() + used);
+      addEntry(descriptor, entry->d_name, entry->d_type);
+      used += entry->d_reclen;
+    }
+  }
+  return Listing::hasMore;
+}
+
+void FolderBatch::becomeEmpty() {
+  items_.clear();
+  foldersToEnter_.clear();
+  texts_.clear();
+}
+
+void FolderBatch::becomeUnreadable(const WalkedFolder& folder) {
+  becomeEmpty();
+  folder_ = folder.parent != nullptr ? folder.parent : &folder;
+  items_.push_back({folder.name, std::nullopt});
+}
+
+void FolderBatch::addEntry(int descriptor, std::string_view name, unsigned char type) {
+  if (name.starts_with('.')) {
+    return;
+  }
+  Item& item = items_.emplace_back();
+  item.name = name;
+  item.values.emplace();
+  if (type == DT_UNKNOWN) {
+    const auto status = statItem(descriptor, name.data());
+    if (!status) {
+      item.values.reset();
+      return;
+    }
+    type = S_ISDIR(status->st_mode) ? DT_DIR : DT_REG;
+  }
+  item.values->isDirectory = type == DT_DIR;
+  if (type == DT_DIR && !isPackageName(name)) {
+    foldersToEnter_.push_back(name);
+  }
+}
+
+void FolderBatch::readValues(int descriptor, const std::string& attributePathPrefix) {
+  std::string attributePath = attributePathPrefix;
+  for (Item& item : items_) {
+    if (item.values) {
+      readItem(descriptor, item, attributePath, attributePathPrefix.size());
+    }
+  }
+}
+
+void FolderBatch::readItem(int descriptor, Item& item, std::string& attributePath, std::size_t prefixLength) {
+  // A name out of the kernel's own buffer ends in a NUL.
+  const char* path = item.name.data();
+  if (prefixLength > 0) {
+    attributePath.resize(prefixLength);
+    attributePath += item.name;
+    path = attributePath.c_str();
+  }
+  ssize_t length = -1;
+  do {
+    length = lgetxattr(path, kICloudAttributeName, attribute_.data(), attribute_.size());
+    if (length < 0 && errno == ERANGE && attribute_.size() < kLargestAttribute) {
+      attribute_.resize(kLargestAttribute);
+      errno = EINTR;
+    }
+  } while (length < 0 && errno == EINTR);
+
+  if (length < 0) {
+    const bool isOutsideICloud = errno == ENODATA || errno == ENOTSUP;
+    if (!isOutsideICloud) {
+      item.values.reset();
+    }
+    return;
+  }
+  const bool isDirectory = item.values->isDirectory;
+  item.values = parseICloudAttribute({attribute_.data(), static_cast<std::size_t>(length)});
+  if (!item.values) {
+    return;
+  }
+  item.values->isDirectory = isDirectory;
+  for (std::optional<std::string_view>* text : {&item.values->uploadingError, &item.values->downloadingError}) {
+    if (*text) {
+      *text = texts_.emplace_back(**text);
+    }
+  }
+  if (isDateOfInterest(*item.values)) {
+    if (const auto status = statItem(descriptor, item.name.data())) {
+      item.values->contentModificationDate = timeOf(status->st_mtim);
+    } else {
+      item.values.reset();
+    }
+  }
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/FileSystem.h"
+#include "platform/linux/WalkedFolder.h"
+
+namespace cirrovane {
+
+/// A stretch of one folder's entries, read in two steps: the names first, their values later, maybe on another thread.
+class FolderBatch final : public ItemBatch {
+ public:
+  /// How far the listing of a folder has come.
+  enum class Listing { hasMore, ended };
+
+  FolderBatch();
+
+  std::span<const Item> items() const override { return items_; }
+  std::string path(const Item& item) const override { return pathOf(*folder_, item.name); }
+
+  /// Forgets the last use and reads the next entries of the folder from the descriptor's position, without hidden ones.
+  Listing readNames(const WalkedFolder& folder, int descriptor);
+
+  /// Makes the batch hold nothing.
+  void becomeEmpty();
+  /// Makes the batch hold the folder itself as one item that could not be read.
+  void becomeUnreadable(const WalkedFolder& folder);
+
+  /// Names of the folders among the entries that a walk enters.
+  const std::vector<std::string_view>& foldersToEnter() const { return foldersToEnter_; }
+
+  /// Reads every item's values. `attributePathPrefix` stands before a name to make a path that the calling thread can
+  /// reach the item by; empty when the folder is its working directory.
+  void readValues(int descriptor, const std::string& attributePathPrefix);
+
+ private:
+  void addEntry(int descriptor, std::string_view name, unsigned char type);
+  void readItem(int descriptor, Item& item, std::string& attributePath, std::size_t prefixLength);
+
+  const WalkedFolder* folder_ = nullptr;
+  /// The entries as the kernel wrote them; the items' names lie in here.
+  std::vector<char> entries_;
+  std::vector<Item> items_;
+  std::vector<std::string_view> foldersToEnter_;
+  /// Error texts of the items.
+  std::deque<std::string> texts_;
+  std::vector<char> attribute_;
+};
+
+}  // namespace cirrovane

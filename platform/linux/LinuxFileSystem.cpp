@@ -1,0 +1,23 @@
+#include "platform/linux/LinuxFileSystem.h"
+
+#include <unistd.h>
+
+#include "platform/linux/ReadAheadWalk.h"
+
+namespace cirrovane {
+namespace {
+
+/// The system would take the path to end at a NUL and answer for another item.
+bool isAddressable(const std::string& path) { return path.find('\0') == std::string::npos; }
+
+}  // namespace
+
+bool LinuxFileSystem::exists(const std::string& path) const {
+  return isAddressable(path) && access(path.c_str(), F_OK) == 0;
+}
+
+std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const std::string& folder) const {
+  return isAddressable(folder) ? std::make_unique<ReadAheadWalk>(folder) : nullptr;
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/FileSystem.h"
+#include "platform/linux/MacRoot.h"
+
+namespace cirrovane {
+
+/// Real files, whose cloud state is an extended attribute; the home folder is that of a Mac root.
+class LinuxFileSystem final : public FileSystem {
+ public:
+  explicit LinuxFileSystem(const MacRoot& root) : root_(root) {}
+
+  bool exists(const std::string& path) const override;
+  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  std::string homeDirectory() const override { return root_.homeDirectory(); }
+
+ private:
+  const MacRoot& root_;
+};
+
+}  // namespace cirrovane

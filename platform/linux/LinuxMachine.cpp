@@ -1,0 +1,33 @@
+#include <utility>
+
+#include "platform/Machine.h"
+#include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/MacRoot.h"
+
+namespace cirrovane {
+namespace {
+
+class LinuxMachine final : public Machine {
+ public:
+  explicit LinuxMachine(MacRoot root) : root_(std::move(root)) {}
+
+  const FileSystem& fileSystem() const override { return fileSystem_; }
+  const Clock& clock() const override { return clock_; }
+
+ private:
+  MacRoot root_;
+  LinuxFileSystem fileSystem_{root_};
+  SystemClock clock_;
+};
+
+}  // namespace
+
+Result<std::unique_ptr<Machine>> makeMachine(const std::string& root) {
+  Result<MacRoot> opened = MacRoot::open(root);
+  if (!opened) {
+    return Failure{opened.message()};
+  }
+  return std::unique_ptr<Machine>(std::make_unique<LinuxMachine>(std::move(*opened)));
+}
+
+}  // namespace cirrovane

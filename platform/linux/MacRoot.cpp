@@ -1,0 +1,149 @@
+#include "platform/linux/MacRoot.h"
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string_view>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace cirrovane {
+namespace {
+
+using nlohmann::json;
+
+constexpr std::string_view kDefaultHome = "/Users/demo";
+
+bool isPath(const json& value) { return value.is_string() && value.get_ref<const std::string&>().starts_with('/'); }
+
+bool isListOfTexts(const json& value) {
+  return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_string(); });
+}
+
+bool isListOfNumbers(const json& value) {
+  return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_number(); });
+}
+
+bool isListOfObjects(const json& value) {
+  return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_object(); });
+}
+
+bool isObject(const json& value) { return value.is_object(); }
+bool isBoolean(const json& value) { return value.is_boolean(); }
+bool isText(const json& value) { return value.is_string(); }
+bool isNumber(const json& value) { return value.is_number(); }
+
+struct FactRule {
+  const char* key;
+  bool (*accepts)(const json&);
+  std::string_view wanted;
+};
+
+constexpr std::array<FactRule, 13> kFactRules = {{
+    {"home", isPath, "an absolute path"},
+    {"bundle", isObject, "an object"},
+    {"environment", isObject, "an object"},
+    {"ubiquityIdentityToken", isBoolean, "true or false"},
+    {"runningApplications", isListOfTexts, "a list of texts"},
+    {"volume", isObject, "an object"},
+    {"powerSources", isListOfObjects, "a list of objects"},
+    {"lowPowerMode", isBoolean, "true or false"},
+    {"thermalState", isText, "a text"},
+    {"loadAverages", isListOfNumbers, "a list of numbers"},
+    {"physicalMemory", isNumber, "a number"},
+    {"uptimeSeconds", isNumber, "a number"},
+    {"notificationAuthorization", isText, "a text"},
+}};
+
+/// What is wrong with the facts; absent when nothing is.
+std::optional<std::string> complaintAbout(const json& facts) {
+  if (facts.is_discarded()) {
+    return "it is not JSON";
+  }
+  if (!facts.is_object()) {
+    return "it is not a JSON object";
+  }
+  for (const FactRule& rule : kFactRules) {
+    const auto found = facts.find(rule.key);
+    if (found != facts.end() && !rule.accepts(*found)) {
+      return fmt::format("\"{}\" must be {}", rule.key, rule.wanted);
+    }
+  }
+  return std::nullopt;
+}
+
+/// A value that is discarded when the text is no JSON; absent when the file cannot be read.
+std::optional<json> readFacts(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  if (!file) {
+    return std::nullopt;
+  }
+  return json::parse(text, nullptr, /*allow_exceptions=*/false);
+}
+
+bool isFolder(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::string hostHomeDirectory() {
+  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') {
+    return home;
+  }
+  const passwd* user = getpwuid(getuid());
+  return user != nullptr ? user->pw_dir : "/";
+}
+
+std::string withoutTrailingSlashes(std::string path) {
+  while (path.size() > 1 && path.back() == '/') {
+    path.pop_back();
+  }
+  return path;
+}
+
+}  // namespace
+
+Result<MacRoot> MacRoot::open(std::string path) {
+  MacRoot root(withoutTrailingSlashes(std::move(path)));
+  if (!isFolder(root.path_)) {
+    return Failure{fmt::format("There is no folder {} to use as a Mac's disk.", root.path_)};
+  }
+  if (!root.describesHost()) {
+    const std::optional<json> facts = readFacts(root.factsPath());
+    if (!facts) {
+      return Failure{fmt::format("{} cannot be read.", root.factsPath())};
+    }
+    if (const auto complaint = complaintAbout(*facts)) {
+      return Failure{fmt::format("{} does not describe a machine: {}.", root.factsPath(), *complaint)};
+    }
+  }
+  return root;
+}
+
+bool MacRoot::describesHost() const { return access(factsPath().c_str(), F_OK) != 0; }
+
+json MacRoot::facts() const {
+  const std::optional<json> facts = readFacts(factsPath());
+  return facts && !complaintAbout(*facts) ? *facts : json::object();
+}
+
+std::string MacRoot::homeDirectory() const {
+  if (path_ == "/" && describesHost()) {
+    return withoutTrailingSlashes(hostHomeDirectory());
+  }
+  const std::string home = facts().value("home", std::string(kDefaultHome));
+  return withoutTrailingSlashes((path_ == "/" ? "" : path_) + home);
+}
+
+std::string MacRoot::factsPath() const { return (path_ == "/" ? "" : path_) + "/machine.json"; }
+
+}  // namespace cirrovane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "platform/Result.h"
+
+namespace cirrovane {
+
+/// A folder that stands for a Mac's disk, or "/" for the machine that the program runs on. The facts of the Mac that it
+/// stands for are in its machine.json.
+class MacRoot {
+ public:
+  /// The root at an absolute path. Fails when that is no folder, or its machine.json is not a description of a machine.
+  static Result<MacRoot> open(std::string path);
+
+  /// Absolute, without a trailing slash unless it is "/".
+  const std::string& path() const { return path_; }
+
+  /// Whether facts come from this machine itself: there is no machine.json.
+  bool describesHost() const;
+
+  /// The machine.json as it is now; an empty object when there is none, or when it has become unreadable since.
+  nlohmann::json facts() const;
+
+  /// The user's home folder as a real path, without a trailing slash.
+  std::string homeDirectory() const;
+
+ private:
+  explicit MacRoot(std::string path) : path_(std::move(path)) {}
+
+  std::string factsPath() const;
+
+  std::string path_;
+};
+
+}  // namespace cirrovane
