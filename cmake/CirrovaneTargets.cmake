@@ -51,3 +51,23 @@ function(cirrovane_program name)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${arg_USES} cirrovane_build_options)
 endfunction()
+
+# cirrovane_test(NAME SOURCES... [USES libraries...] [LABEL unit|cli|...] [NEEDS_PROGRAMS programs...]): one GoogleTest
+# program, each of its tests known to CTest by its own name. Programs that it runs are found by the macros
+# CIRROVANE_BIN_DIR, and a folder that it may fill by CIRROVANE_TEST_DIR: below the build folder, where files can have
+# extended attributes, which the system's temporary folder may not offer.
+function(cirrovane_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL" "SOURCES;USES;NEEDS_PROGRAMS")
+  if(NOT arg_LABEL)
+    set(arg_LABEL unit)
+  endif()
+  cirrovane_program(${name} SOURCES ${arg_SOURCES} USES ${arg_USES} cirrovane_test_support GTest::gmock GTest::gtest_main)
+  target_compile_definitions(${name} PRIVATE
+    CIRROVANE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    CIRROVANE_TEST_DIR="${PROJECT_BINARY_DIR}/test-files"
+    CIRROVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  if(arg_NEEDS_PROGRAMS)
+    add_dependencies(${name} ${arg_NEEDS_PROGRAMS})
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 300)
+endfunction()

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/FileSystem.h"
+
+namespace cirrovane::test {
+
+/// Values of one item of a fake file system; unlike ResourceValues it owns its texts.
+struct FakeValues {
+  bool isDirectory = false;
+  bool isUbiquitousItem = true;
+  std::optional<bool> isUploaded;
+  std::optional<bool> isUploading;
+  std::optional<bool> hasUnresolvedConflicts;
+  std::optional<DownloadingStatus> downloadingStatus;
+  std::optional<std::string> uploadingError;
+  std::optional<std::string> downloadingError;
+  std::optional<Time> contentModificationDate;
+};
+
+/// A file system made of lists: which paths exist, and which items the walk of a folder yields, in order.
+class FakeFileSystem final : public FileSystem {
+ public:
+  /// An item by its absolute path; without values its metadata cannot be read.
+  struct FakeItem {
+    std::string path;
+    std::optional<FakeValues> values;
+  };
+
+  void addExisting(const std::string& path) { existing_.insert(path); }
+  /// Makes the folder exist and gives its walk the items.
+  void addFolder(const std::string& path, std::vector<FakeItem> items) {
+    addExisting(path);
+    folders_[path] = std::move(items);
+  }
+  void setHomeDirectory(std::string path) { home_ = std::move(path); }
+  /// How many items a walk hands out at a time.
+  void setBatchSize(std::size_t size) { batchSize_ = size; }
+
+  bool exists(const std::string& path) const override { return existing_.contains(path); }
+  /// nullptr for a folder that was only made to exist.
+  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  std::string homeDirectory() const override { return home_; }
+
+  /// The folders that walks were asked for, in order.
+  const std::vector<std::string>& enumerated() const { return enumerated_; }
+
+ private:
+  std::set<std::string> existing_;
+  std::map<std::string, std::vector<FakeItem>> folders_;
+  std::string home_ = "/Users/test";
+  std::size_t batchSize_ = 3;
+  mutable std::vector<std::string> enumerated_;
+};
+
+}  // namespace cirrovane::test
