@@ -1,3 +1,9 @@
+#include "cli/Command.h"
+#include "cli/FolderArgument.h"
+#include "cli/ReportText.h"
+#include "core/FolderNaming.h"
+#include "core/ICloudScanEngine.h"
+
 #include <algorithm>
 #include <chrono>
 #include <memory>
@@ -8,12 +14,6 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-
-#include "cli/Command.h"
-#include "cli/FolderArgument.h"
-#include "cli/ReportText.h"
-#include "core/FolderNaming.h"
-#include "core/ICloudScanEngine.h"
 
 namespace cirrovane {
 namespace {
@@ -115,9 +115,8 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
       ->needs(wait)
       ->type_name("S");
   addJSONOption(*command, chosen);
-  command->callback([&chosen, options] {
-    chosen.run = [options](CommandContext& context) { return check(*options, context); };
-  });
+  command->callback(
+      [&chosen, options] { chosen.run = [options](CommandContext& context) { return check(*options, context); }; });
 }
 
 }  // namespace cirrovane

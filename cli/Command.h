@@ -1,11 +1,11 @@
 #pragma once
 
-#include <functional>
-
 #include "cli/ExitStatus.h"
 #include "cli/Output.h"
 #include "core/JSONWriter.h"
 #include "platform/Machine.h"
+
+#include <functional>
 
 namespace CLI {
 class App;

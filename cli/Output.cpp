@@ -1,10 +1,9 @@
 #include "cli/Output.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <unistd.h>
 
 namespace cirrovane {
 namespace {
@@ -37,6 +36,8 @@ bool Output::write(std::string_view text) {
   return !isClosed_;
 }
 
-void ignoreClosedPipes() { std::signal(SIGPIPE, SIG_IGN); }
+void ignoreClosedPipes() {
+  std::signal(SIGPIPE, SIG_IGN);
+}
 
 }  // namespace cirrovane

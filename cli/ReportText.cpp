@@ -1,5 +1,8 @@
 #include "cli/ReportText.h"
 
+#include "core/DisplayText.h"
+#include "core/TrustScoring.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -8,9 +11,6 @@
 #include <utility>
 
 #include <fmt/format.h>
-
-#include "core/DisplayText.h"
-#include "core/TrustScoring.h"
 
 namespace cirrovane {
 namespace {
@@ -37,7 +37,7 @@ class Page {
 
 void addVerdict(Page& page, const SyncHealthReport& report, const TextStyle& style) {
   // Not safe is never shown in the colour of safe, whatever made it so.
-  const HealthState colour = report.safeToClose ? HealthState::safe
+  const HealthState colour = report.safeToClose                   ? HealthState::safe
                              : report.status == HealthState::safe ? HealthState::warning
                                                                   : report.status;
   page.line("{}", style.bold(style.inStateColour(colour, report.safeToClose ? "SAFE TO CLOSE" : "NOT SAFE TO CLOSE")));

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "cli/TextStyle.h"
 #include "core/SyncHealthReport.h"
+
+#include <string>
 
 namespace cirrovane {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/HealthState.h"
+
 #include <string>
 #include <string_view>
-
-#include "core/HealthState.h"
 
 namespace cirrovane {
 

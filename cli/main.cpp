@@ -1,20 +1,19 @@
-#include <unistd.h>
-
-#include <exception>
-#include <iostream>
-#include <memory>
-#include <sstream>
-#include <string>
-
-#include <CLI/CLI.hpp>
-#include <fmt/format.h>
-
 #include "cli/Command.h"
 #include "cli/ExitStatus.h"
 #include "cli/FolderArgument.h"
 #include "cli/Output.h"
 #include "core/DisplayText.h"
 #include "platform/Machine.h"
+
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 namespace cirrovane {
 namespace {

@@ -1,8 +1,8 @@
 #include "core/BlockerReason.h"
 
-#include <cstddef>
-
 #include "core/JSONRecord.h"
+
+#include <cstddef>
 
 namespace cirrovane {
 namespace {
@@ -26,10 +26,16 @@ constexpr std::array<std::string_view, kAllBlockerReasons.size()> kDisplayTitles
 
 }  // namespace
 
-std::string_view rawValue(BlockerReason reason) { return kRawValues.at(static_cast<std::size_t>(reason)).text; }
+std::string_view rawValue(BlockerReason reason) {
+  return kRawValues.at(static_cast<std::size_t>(reason)).text;
+}
 
-bool fromRawValue(std::string_view text, BlockerReason& target) { return caseOfRawValue(kRawValues, text, target); }
+bool fromRawValue(std::string_view text, BlockerReason& target) {
+  return caseOfRawValue(kRawValues, text, target);
+}
 
-std::string_view displayTitle(BlockerReason reason) { return kDisplayTitles.at(static_cast<std::size_t>(reason)); }
+std::string_view displayTitle(BlockerReason reason) {
+  return kDisplayTitles.at(static_cast<std::size_t>(reason));
+}
 
 }  // namespace cirrovane

@@ -1,16 +1,18 @@
 #include "core/DisplayText.h"
 
+#include "platform/UTF8.h"
+
 #include <cstddef>
 #include <iterator>
 
 #include <fmt/format.h>
 
-#include "platform/UTF8.h"
-
 namespace cirrovane {
 namespace {
 
-bool isControl(char32_t codePoint) { return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F); }
+bool isControl(char32_t codePoint) {
+  return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
+}
 
 /// Characters that change the order or the line in which the text around them is shown.
 bool isLayoutControl(char32_t codePoint) {

@@ -7,7 +7,9 @@ constexpr std::string_view kICloudContainersSubpath = "/Library/Mobile Documents
 
 }  // namespace
 
-bool isInsideICloudDrive(std::string_view path) { return path.find(kICloudDriveSubpath) != std::string_view::npos; }
+bool isInsideICloudDrive(std::string_view path) {
+  return path.find(kICloudDriveSubpath) != std::string_view::npos;
+}
 
 std::string watchFolderName(std::string_view path) {
   if (isInsideICloudDrive(path) || path.find(kICloudContainersSubpath) != std::string_view::npos) {

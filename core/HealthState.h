@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/JSONRecord.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-
-#include "core/JSONRecord.h"
 
 namespace cirrovane {
 
@@ -19,7 +19,9 @@ inline constexpr std::array<RawValue<HealthState>, 3> kHealthStates = {{
     {HealthState::danger, "danger"},
 }};
 
-constexpr std::string_view rawValue(HealthState state) { return kHealthStates.at(static_cast<std::size_t>(state)).text; }
+constexpr std::string_view rawValue(HealthState state) {
+  return kHealthStates.at(static_cast<std::size_t>(state)).text;
+}
 /// The state that a raw value names; false, and the target untouched, for any other text.
 constexpr bool fromRawValue(std::string_view text, HealthState& target) {
   return caseOfRawValue(kHealthStates, text, target);

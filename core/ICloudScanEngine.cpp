@@ -1,5 +1,9 @@
 #include "core/ICloudScanEngine.h"
 
+#include "core/FolderNaming.h"
+#include "core/TrustScoring.h"
+#include "core/UUID.h"
+
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -7,10 +11,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "core/FolderNaming.h"
-#include "core/TrustScoring.h"
-#include "core/UUID.h"
 
 namespace cirrovane {
 namespace {
@@ -96,8 +96,8 @@ class FolderScan {
 
     if (values.hasUnresolvedConflicts.value_or(false)) {
       ++metrics_.unresolvedConflicts;
-      add(BlockerReason::unresolvedConflict,
-          "Conflict state reported for " + relativePath(path(), folderPath_) + ".", std::nullopt);
+      add(BlockerReason::unresolvedConflict, "Conflict state reported for " + relativePath(path(), folderPath_) + ".",
+          std::nullopt);
     }
     if (values.uploadingError) {
       ++metrics_.errors;

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <chrono>
-#include <vector>
-
 #include "core/SyncHealthReport.h"
 #include "core/WatchFolder.h"
 #include "platform/Clock.h"
 #include "platform/FileSystem.h"
+
+#include <chrono>
+#include <vector>
 
 namespace cirrovane {
 

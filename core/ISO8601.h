@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/Time.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "platform/Time.h"
 
 namespace cirrovane {
 

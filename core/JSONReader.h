@@ -1,5 +1,9 @@
 #pragma once
 
+#include "core/ISO8601.h"
+#include "core/JSONRecord.h"
+#include "core/UUID.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -7,10 +11,6 @@
 #include <vector>
 
 #include <nlohmann/json.hpp>
-
-#include "core/ISO8601.h"
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
 
 namespace cirrovane {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Time.h"
+
 #include <array>
 #include <concepts>
 #include <cstddef>
@@ -10,8 +12,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Time.h"
-
 namespace cirrovane {
 
 /// One field of a record: its JSON key, which is its name, and where it lies.
@@ -20,6 +20,9 @@ struct JSONField {
   std::string_view key;
   Value Record::*member;
 };
+/// Written out, because Clang before 17 deduces nothing for aggregates.
+template <class Record, class Value>
+JSONField(std::string_view, Value Record::*) -> JSONField<Record, Value>;
 
 /// A value whose jsonFields() lists all of its fields in declaration order. Its JSON form, in both directions, and its
 /// hash follow from that one list.
@@ -77,8 +80,8 @@ template <JSONRecord Record>
 consteval auto keyOrder() {
   constexpr auto fields = Record::jsonFields();
   constexpr std::size_t count = std::tuple_size_v<decltype(fields)>;
-  const auto keys = std::apply(
-      [](const auto&... field) { return std::array<std::string_view, count>{field.key...}; }, fields);
+  const auto keys =
+      std::apply([](const auto&... field) { return std::array<std::string_view, count>{field.key...}; }, fields);
   std::array<std::size_t, count> order{};
   for (std::size_t index = 0; index < count; ++index) {
     std::size_t place = index;
@@ -115,7 +118,9 @@ std::size_t hashValue(const Value& value) {
   return std::hash<Value>{}(value);
 }
 
-inline std::size_t hashValue(const Time& time) { return std::hash<Time::rep>{}(time.time_since_epoch().count()); }
+inline std::size_t hashValue(const Time& time) {
+  return std::hash<Time::rep>{}(time.time_since_epoch().count());
+}
 
 template <JSONRecord Record>
 std::size_t hashValue(const Record& record);

@@ -1,10 +1,10 @@
 #include "core/JSONWriter.h"
 
+#include "platform/UTF8.h"
+
 #include <cmath>
 
 #include <fmt/format.h>
-
-#include "platform/UTF8.h"
 
 namespace cirrovane {
 namespace {
@@ -51,7 +51,9 @@ void JSONWriter::key(std::string_view text) {
   buffer_ += ": ";
 }
 
-void JSONWriter::write(std::int64_t value) { fmt::format_to(std::back_inserter(buffer_), "{}", value); }
+void JSONWriter::write(std::int64_t value) {
+  fmt::format_to(std::back_inserter(buffer_), "{}", value);
+}
 
 void JSONWriter::write(double value) {
   // JSON has no infinity and no NaN; a measurement that is neither a number is written as none.

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "core/ISO8601.h"
+#include "core/JSONRecord.h"
+#include "core/UUID.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -7,10 +11,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "core/ISO8601.h"
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
 
 namespace cirrovane {
 

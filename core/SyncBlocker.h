@@ -1,13 +1,13 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <tuple>
-
 #include "core/BlockerReason.h"
 #include "core/JSONRecord.h"
 #include "core/UUID.h"
 #include "platform/Time.h"
+
+#include <optional>
+#include <string>
+#include <tuple>
 
 namespace cirrovane {
 

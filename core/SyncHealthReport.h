@@ -1,16 +1,16 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <tuple>
-#include <vector>
-
 #include "core/HealthState.h"
 #include "core/JSONRecord.h"
 #include "core/SyncBlocker.h"
 #include "core/UUID.h"
 #include "core/WatchFolder.h"
 #include "platform/Time.h"
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <vector>
 
 namespace cirrovane {
 

@@ -39,7 +39,9 @@ constexpr std::int64_t kDangerBelow = 70;
 constexpr std::int64_t kSafeAbove = 94;
 constexpr std::size_t kMaximumActions = 3;
 
-const ReasonRule& ruleOf(BlockerReason reason) { return kReasonRules.at(static_cast<std::size_t>(reason)); }
+const ReasonRule& ruleOf(BlockerReason reason) {
+  return kReasonRules.at(static_cast<std::size_t>(reason));
+}
 
 /// How many blockers each reason has.
 std::array<std::int64_t, kReasonCount> countByReason(const std::vector<SyncBlocker>& blockers) {
@@ -51,8 +53,8 @@ std::array<std::int64_t, kReasonCount> countByReason(const std::vector<SyncBlock
 }
 
 bool areAllCloudOnly(const std::vector<SyncBlocker>& blockers) {
-  return std::ranges::all_of(
-      blockers, [](const SyncBlocker& blocker) { return blocker.reason == BlockerReason::notDownloaded; });
+  return std::ranges::all_of(blockers,
+                             [](const SyncBlocker& blocker) { return blocker.reason == BlockerReason::notDownloaded; });
 }
 
 /// Remembers which (reason, path) pairs were met, by their index: half a million blockers cost no copy of their paths.
@@ -108,11 +110,17 @@ void permute(std::vector<SyncBlocker>& blockers, std::vector<std::uint32_t>& ord
 
 }  // namespace
 
-std::int64_t penaltyWeight(BlockerReason reason) { return ruleOf(reason).weight; }
+std::int64_t penaltyWeight(BlockerReason reason) {
+  return ruleOf(reason).weight;
+}
 
-std::int64_t penaltyCap(BlockerReason reason) { return ruleOf(reason).cap; }
+std::int64_t penaltyCap(BlockerReason reason) {
+  return ruleOf(reason).cap;
+}
 
-bool forbidsSafeToClose(BlockerReason reason) { return ruleOf(reason).forbidsSafeToClose; }
+bool forbidsSafeToClose(BlockerReason reason) {
+  return ruleOf(reason).forbidsSafeToClose;
+}
 
 std::vector<SyncBlocker> deduplicate(std::vector<SyncBlocker> blockers) {
   std::vector<bool> isFirst(blockers.size());
@@ -166,9 +174,8 @@ void sortBlockers(std::vector<SyncBlocker>& blockers) {
   // The indices are sorted in place of the blockers: a stable sort of these needs half of them again as scratch.
   std::vector<std::uint32_t> order(blockers.size());
   std::iota(order.begin(), order.end(), 0U);
-  std::ranges::stable_sort(order, [&](std::uint32_t lhs, std::uint32_t rhs) {
-    return blockerSort(blockers[lhs], blockers[rhs]);
-  });
+  std::ranges::stable_sort(
+      order, [&](std::uint32_t lhs, std::uint32_t rhs) { return blockerSort(blockers[lhs], blockers[rhs]); });
   permute(blockers, order);
 }
 
@@ -190,8 +197,7 @@ std::vector<RecommendedAction> recommendedActions(const std::vector<SyncBlocker>
   };
 
   if (blockers.empty()) {
-    append("You are clear",
-           "No blockers were detected. Keep scans running before major travel or shutdown events.");
+    append("You are clear", "No blockers were detected. Keep scans running before major travel or shutdown events.");
     return actions;
   }
 
@@ -218,8 +224,7 @@ std::vector<RecommendedAction> recommendedActions(const std::vector<SyncBlocker>
            "Folders outside iCloud cannot be covered by upload trust checks.");
   }
   if (actions.empty()) {
-    append("Run another scan in 2-3 minutes",
-           "If blockers persist across scans, export a proof packet for support.");
+    append("Run another scan in 2-3 minutes", "If blockers persist across scans, export a proof packet for support.");
   }
   if (actions.size() > kMaximumActions) {
     actions.resize(kMaximumActions);

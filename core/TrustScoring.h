@@ -1,13 +1,13 @@
 #pragma once
 
+#include "core/BlockerReason.h"
+#include "core/HealthState.h"
+#include "core/SyncHealthReport.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "core/BlockerReason.h"
-#include "core/HealthState.h"
-#include "core/SyncHealthReport.h"
 
 // The rules that turn the blockers and counters of a scan into its verdict. Pure functions; callable on any thread.
 

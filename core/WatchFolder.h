@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <tuple>
-
 #include "core/JSONRecord.h"
 #include "core/UUID.h"
+
+#include <string>
+#include <tuple>
 
 namespace cirrovane {
 

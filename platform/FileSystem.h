@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/Time.h"
+
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-
-#include "platform/Time.h"
 
 namespace cirrovane {
 

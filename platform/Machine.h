@@ -1,11 +1,11 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "platform/Clock.h"
 #include "platform/FileSystem.h"
 #include "platform/Result.h"
+
+#include <memory>
+#include <string>
 
 namespace cirrovane {
 

@@ -1,19 +1,18 @@
 #include "platform/linux/FolderBatch.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/xattr.h>
-#include <unistd.h>
+#include "platform/linux/ICloudAttribute.h"
+#include "platform/linux/Packages.h"
 
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
+#include <dirent.h>
+#include <fcntl.h>
 #include <limits>
 #include <optional>
-
-#include "platform/linux/ICloudAttribute.h"
-#include "platform/linux/Packages.h"
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
 
 namespace cirrovane {
 namespace {

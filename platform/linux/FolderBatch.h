@@ -1,14 +1,14 @@
 #pragma once
 
+#include "platform/FileSystem.h"
+#include "platform/linux/WalkedFolder.h"
+
 #include <cstddef>
 #include <deque>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/FileSystem.h"
-#include "platform/linux/WalkedFolder.h"
 
 namespace cirrovane {
 

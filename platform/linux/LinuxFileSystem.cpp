@@ -1,14 +1,16 @@
 #include "platform/linux/LinuxFileSystem.h"
 
-#include <unistd.h>
-
 #include "platform/linux/ReadAheadWalk.h"
+
+#include <unistd.h>
 
 namespace cirrovane {
 namespace {
 
 /// The system would take the path to end at a NUL and answer for another item.
-bool isAddressable(const std::string& path) { return path.find('\0') == std::string::npos; }
+bool isAddressable(const std::string& path) {
+  return path.find('\0') == std::string::npos;
+}
 
 }  // namespace
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "platform/FileSystem.h"
 #include "platform/linux/MacRoot.h"
+
+#include <memory>
+#include <string>
 
 namespace cirrovane {
 

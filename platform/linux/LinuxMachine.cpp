@@ -1,8 +1,8 @@
-#include <utility>
-
 #include "platform/Machine.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/MacRoot.h"
+
+#include <utility>
 
 namespace cirrovane {
 namespace {

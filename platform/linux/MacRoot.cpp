@@ -1,16 +1,15 @@
 #include "platform/linux/MacRoot.h"
 
-#include <pwd.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <pwd.h>
 #include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -22,7 +21,9 @@ using nlohmann::json;
 
 constexpr std::string_view kDefaultHome = "/Users/demo";
 
-bool isPath(const json& value) { return value.is_string() && value.get_ref<const std::string&>().starts_with('/'); }
+bool isPath(const json& value) {
+  return value.is_string() && value.get_ref<const std::string&>().starts_with('/');
+}
 
 bool isListOfTexts(const json& value) {
   return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_string(); });
@@ -36,10 +37,18 @@ bool isListOfObjects(const json& value) {
   return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_object(); });
 }
 
-bool isObject(const json& value) { return value.is_object(); }
-bool isBoolean(const json& value) { return value.is_boolean(); }
-bool isText(const json& value) { return value.is_string(); }
-bool isNumber(const json& value) { return value.is_number(); }
+bool isObject(const json& value) {
+  return value.is_object();
+}
+bool isBoolean(const json& value) {
+  return value.is_boolean();
+}
+bool isText(const json& value) {
+  return value.is_string();
+}
+bool isNumber(const json& value) {
+  return value.is_number();
+}
 
 struct FactRule {
   const char* key;
@@ -129,7 +138,9 @@ Result<MacRoot> MacRoot::open(std::string path) {
   return root;
 }
 
-bool MacRoot::describesHost() const { return access(factsPath().c_str(), F_OK) != 0; }
+bool MacRoot::describesHost() const {
+  return access(factsPath().c_str(), F_OK) != 0;
+}
 
 json MacRoot::facts() const {
   const std::optional<json> facts = readFacts(factsPath());
@@ -144,6 +155,8 @@ std::string MacRoot::homeDirectory() const {
   return withoutTrailingSlashes((path_ == "/" ? "" : path_) + home);
 }
 
-std::string MacRoot::factsPath() const { return (path_ == "/" ? "" : path_) + "/machine.json"; }
+std::string MacRoot::factsPath() const {
+  return (path_ == "/" ? "" : path_) + "/machine.json";
+}
 
 }  // namespace cirrovane

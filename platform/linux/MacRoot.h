@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/Result.h"
+
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
-
-#include "platform/Result.h"
 
 namespace cirrovane {
 

@@ -9,17 +9,33 @@ namespace {
 // What a Mac's launch services know as packages: applications and plug-ins, documents of Apple's and common
 // third-party programs, libraries and disk bundles.
 constexpr std::array<std::string_view, 44> kPackageExtensions = {
-    "app",           "appex",           "action",        "aplibrary",    "band",         "bundle",
-    "cdmg",          "component",       "dSYM",          "docset",       "download",     "fcpbundle",
-    "framework",     "graffle",         "imovielibrary", "imovieproject", "key",         "kext",
-    "logicx",        "mdimporter",      "menu",          "migratedphotolibrary", "mpkg", "musiclibrary",
-    "numbers",       "pages",           "photolibrary",  "photoslibrary", "pkg",         "playground",
-    "plugin",        "prefPane",        "qlgenerator",   "rtfd",         "saver",        "scptd",
-    "sparsebundle",  "theater",         "tvlibrary",     "webarchive",   "workflow",     "xcarchive",
+    "app",           "appex",
+    "action",        "aplibrary",
+    "band",          "bundle",
+    "cdmg",          "component",
+    "dSYM",          "docset",
+    "download",      "fcpbundle",
+    "framework",     "graffle",
+    "imovielibrary", "imovieproject",
+    "key",           "kext",
+    "logicx",        "mdimporter",
+    "menu",          "migratedphotolibrary",
+    "mpkg",          "musiclibrary",
+    "numbers",       "pages",
+    "photolibrary",  "photoslibrary",
+    "pkg",           "playground",
+    "plugin",        "prefPane",
+    "qlgenerator",   "rtfd",
+    "saver",         "scptd",
+    "sparsebundle",  "theater",
+    "tvlibrary",     "webarchive",
+    "workflow",      "xcarchive",
     "xcodeproj",     "xcworkspace",
 };
 
-char lowerCase(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
+char lowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
 
 bool equalIgnoringCase(std::string_view lhs, std::string_view rhs) {
   return std::ranges::equal(lhs, rhs, {}, lowerCase, lowerCase);

@@ -1,11 +1,10 @@
 #include "platform/linux/ReadAheadWalk.h"
 
-#include <sched.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <sched.h>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 #include <fmt/format.h>

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "platform/FileSystem.h"
+#include "platform/linux/FolderBatch.h"
+#include "platform/linux/WalkedFolder.h"
+
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -9,10 +13,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "platform/FileSystem.h"
-#include "platform/linux/FolderBatch.h"
-#include "platform/linux/WalkedFolder.h"
 
 namespace cirrovane {
 

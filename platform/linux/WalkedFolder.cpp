@@ -1,11 +1,10 @@
 #include "platform/linux/WalkedFolder.h"
 
-#include <fcntl.h>
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <string_view>
+#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -15,7 +14,9 @@ namespace {
 constexpr std::size_t kLeastCapacity = 8;
 constexpr std::size_t kGreatestCapacity = 256;
 
-bool meansExhaustion(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
+bool meansExhaustion(int error) {
+  return error == EMFILE || error == ENFILE || error == ENOMEM;
+}
 
 void appendComponent(std::string& path, std::string_view name) {
   if (path.empty() || path.back() != '/') {

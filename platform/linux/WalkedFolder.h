@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/posix/FileDescriptor.h"
+
 #include <cstddef>
 #include <list>
 #include <memory>
 #include <mutex>
 #include <string>
-
-#include "platform/posix/FileDescriptor.h"
 
 namespace cirrovane {
 

@@ -1,16 +1,15 @@
 #include "tests/support/ChildProcess.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "platform/posix/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
 #include <stdexcept>
-
-#include "platform/posix/FileDescriptor.h"
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace cirrovane::test {
 namespace {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "platform/FileSystem.h"
+
 #include <map>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
-
-#include "platform/FileSystem.h"
 
 namespace cirrovane::test {
 

@@ -1,19 +1,18 @@
 #include "tests/support/TemporaryFolder.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/xattr.h>
+#include "tests/support/ChildProcess.h"
 
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-
-#include "tests/support/ChildProcess.h"
+#include <sys/stat.h>
+#include <sys/xattr.h>
 
 namespace cirrovane::test {
 
@@ -48,7 +47,9 @@ std::string readFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void makeFolder(const std::string& path) { fs::create_directories(path); }
+void makeFolder(const std::string& path) {
+  fs::create_directories(path);
+}
 
 void setICloudAttribute(const std::string& path, const std::string& content) {
   if (lsetxattr(path.c_str(), "user.icloud", content.data(), content.size(), 0) != 0) {
