@@ -58,8 +58,12 @@ void addNumbers(Page& page, const SyncHealthReport& report, const TextStyle& sty
       {"Errors", metrics.errors},
       {"Cloud-only", metrics.notDownloaded},
   }};
+  std::size_t width = 3;
   for (const auto& [label, count] : counts) {
-    page.line("  {:<20}{:>3}", label, count);
+    width = std::max(width, fmt::formatted_size("{}", count));
+  }
+  for (const auto& [label, count] : counts) {
+    page.line("  {:<20}{:>{}}", label, count, width);
   }
 }
 

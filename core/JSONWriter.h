@@ -84,7 +84,7 @@ class JSONWriter {
   bool finish();
 
  private:
-  static constexpr std::size_t kFlushSize = 64 * 1024;
+  static constexpr std::size_t kFlushSize = std::size_t{64} * 1024;
 
   void open(char bracket);
   void close(char bracket);

@@ -18,12 +18,12 @@ namespace cirrovane {
 namespace {
 
 /// Some 1,500 entries: many enough to spread one flat folder over threads at little cost, few enough to stay in cache.
-constexpr std::size_t kEntriesSize = 64 * 1024;
+constexpr std::size_t kEntriesSize = std::size_t{64} * 1024;
 /// The longest entry that the kernel can write.
 constexpr std::size_t kLargestEntry = sizeof(dirent64) + 8;
 constexpr std::size_t kUsualAttributeSize = 512;
 /// The kernel stores no longer attribute.
-constexpr std::size_t kLargestAttribute = 64 * 1024;
+constexpr std::size_t kLargestAttribute = std::size_t{64} * 1024;
 
 ssize_t listEntries(int descriptor, std::span<char> target) {
   ssize_t length = 0;
