@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <sys/types.h>
+
+namespace cirrovane::demo {
+
+/// Replaces a file's content in one step, so that nobody ever reads half of it: a temporary file beside it is renamed
+/// over it. The new file's permissions are `mode` less the umask.
+void writeAtomically(const std::filesystem::path& path, std::string_view content, mode_t mode);
+
+}  // namespace cirrovane::demo

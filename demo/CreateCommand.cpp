@@ -1,0 +1,60 @@
+#include "demo/Arguments.h"
+#include "demo/Command.h"
+#include "demo/DemoMac.h"
+#include "demo/SampleFiles.h"
+#include "demo/SampleWatchlist.h"
+#include "demo/Text.h"
+
+#include <algorithm>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace cirrovane::demo {
+namespace {
+
+void tell(const DemoMac& mac, std::ostream& out) {
+  const std::vector<SampleFile> files = sampleFiles();
+  const auto inCloud =
+      std::ranges::count_if(files, [](const SampleFile& file) { return file.state != SampleState::localOnly; });
+  out << "Made a Mac in " << printable(mac.root().native()) << ": " << files.size() << " files, " << inCloud
+      << " of them in iCloud Drive.\n\nIts user watches\n";
+  for (const WatchedFolder& folder : sampleWatchlist(mac.home())) {
+    const bool isMissing = folder.path == missingFolder(mac.home());
+    const bool isOutside = !std::string_view(folder.path).starts_with(mac.drive().native());
+    out << "  " << folder.name
+        << (isMissing   ? " (does not exist)"
+            : isOutside ? " (outside iCloud Drive)"
+                        : "")
+        << '\n';
+  }
+  const std::string root = shellWord(mac.root().native());
+  const std::string pending = shellWord((mac.drive() / "Invoices/Expenses Q4.csv").native());
+  out << "\nNot everything has reached iCloud. Try\n"
+      << "  cirrovanectl --mac-root " << root << " check\n"
+      << "  cirrovane-demo-mac set " << pending << " isUploaded=true\n"
+      << "  cirrovane-demo-mac settle " << root << "     # now it is safe to close\n"
+      << "  cirrovane-demo-mac unsettle " << root << "   # as at first\n"
+      << "  cirrovane-demo-mac fact " << root << " thermalState '\"serious\"'\n";
+}
+
+}  // namespace
+
+void addCreateCommand(CLI::App& app, Action& chosen) {
+  const auto folder = std::make_shared<std::string>();
+  CLI::App* command = app.add_subcommand("create", "Make a Mac whose files have not all reached iCloud");
+  command->footer(
+      "DIR is made when it does not exist. It may be empty, or a demo Mac, which is then made anew: everything in it\n"
+      "is removed. Any other folder is left alone. It must lie on a file system with extended attributes.\n\n"
+      "Example:\n"
+      "  cirrovane-demo-mac create ~/demo-mac\n"
+      "  cirrovanectl --mac-root ~/demo-mac check");
+  addFolderArgument(*command, *folder, "Folder that is to stand for the Mac's disk");
+  command->callback([&chosen, folder] {
+    chosen = [folder](std::ostream& out) { tell(DemoMac::create(absolutePath(*folder)), out); };
+  });
+}
+
+}  // namespace cirrovane::demo

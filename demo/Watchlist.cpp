@@ -1,0 +1,72 @@
+#include "demo/Watchlist.h"
+
+#include "demo/AtomicFile.h"
+#include "demo/Failure.h"
+#include "demo/Text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <sys/stat.h>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+namespace cirrovane::demo {
+namespace {
+
+using nlohmann::json;
+
+constexpr mode_t kOwnFile = 0600;
+constexpr mode_t kOwnFolder = 0700;
+
+char lowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool goesBefore(const WatchedFolder& lhs, const WatchedFolder& rhs) {
+  return std::ranges::lexicographical_compare(lhs.name, rhs.name, {}, lowerCase, lowerCase);
+}
+
+void makeOwnFolder(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder.parent_path());
+  if (mkdir(folder.c_str(), kOwnFolder) != 0 && errno != EEXIST) {
+    throw CouldNot(printable(folder.native()) + " cannot be made: " + systemMessage(errno) + ".");
+  }
+}
+
+}  // namespace
+
+std::filesystem::path watchlistPath(const std::filesystem::path& home) {
+  return home / "Library/Application Support/com.quillmere.Cirrovane/watchlist.json";
+}
+
+std::optional<Watchlist> readWatchlist(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  Watchlist watchlist;
+  try {
+    const json document = json::parse(text);
+    for (const json& entry : document.get_ref<const json::array_t&>()) {
+      watchlist.push_back({entry.at("id"), entry.at("name"), entry.at("path")});
+    }
+  } catch (const json::exception&) {
+    return std::nullopt;
+  }
+  return watchlist;
+}
+
+void writeWatchlist(const std::filesystem::path& path, Watchlist watchlist) {
+  std::ranges::stable_sort(watchlist, goesBefore);
+  json document = json::array();
+  for (WatchedFolder& folder : watchlist) {
+    document.push_back(
+        {{"id", std::move(folder.id)}, {"name", std::move(folder.name)}, {"path", std::move(folder.path)}});
+  }
+  makeOwnFolder(path.parent_path());
+  writeAtomically(path, document.dump(2) + "\n", kOwnFile);
+}
+
+}  // namespace cirrovane::demo
