@@ -36,7 +36,8 @@ bool isNestedTooDeep(std::string_view text) {
 }  // namespace
 
 std::optional<nlohmann::json> parseJSON(std::string_view text) {
-  if (isNestedTooDeep(text)) {
+  // The parser takes a NUL for the end of its input and would accept whatever follows; no JSON text holds one.
+  if (text.find('\0') != std::string_view::npos || isNestedTooDeep(text)) {
     return std::nullopt;
   }
   nlohmann::json json = nlohmann::json::parse(text, nullptr, /*allow_exceptions=*/false);
