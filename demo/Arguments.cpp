@@ -4,9 +4,9 @@
 
 namespace cirrovane::demo {
 
-void addFolderArgument(CLI::App& command, std::string& target, const std::string& help) {
-  command.add_option("DIR", target, help)->required()->type_name("")->check([](const std::string& folder) {
-    return folder.empty() ? "A folder's name cannot be empty." : "";
+void addPathArgument(CLI::App& command, const std::string& name, std::string& target, const std::string& help) {
+  command.add_option(name, target, help)->required()->type_name("")->check([](const std::string& path) {
+    return path.empty() ? "The name cannot be empty." : "";
   });
 }
 

@@ -9,8 +9,8 @@ class App;
 
 namespace cirrovane::demo {
 
-/// Adds the folder argument that most commands take.
-void addFolderArgument(CLI::App& command, std::string& target, const std::string& help);
+/// Adds an argument that names a file or folder, as most commands take one.
+void addPathArgument(CLI::App& command, const std::string& name, std::string& target, const std::string& help);
 
 /// The absolute path of an argument, "." and ".." resolved by their names alone as cirrovanectl does, so that both
 /// speak of the same paths.

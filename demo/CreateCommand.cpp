@@ -51,7 +51,7 @@ void addCreateCommand(CLI::App& app, Action& chosen) {
       "Example:\n"
       "  cirrovane-demo-mac create ~/demo-mac\n"
       "  cirrovanectl --mac-root ~/demo-mac check");
-  addFolderArgument(*command, *folder, "Folder that is to stand for the Mac's disk");
+  addPathArgument(*command, "DIR", *folder, "Folder that is to stand for the Mac's disk");
   command->callback([&chosen, folder] {
     chosen = [folder](std::ostream& out) { tell(DemoMac::create(absolutePath(*folder)), out); };
   });

@@ -51,7 +51,7 @@ void addFactCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<FactOptions>();
   CLI::App* command = app.add_subcommand("fact", "Change what the Mac knows about itself, in its machine.json");
   command->footer(footer());
-  addFolderArgument(*command, options->folder, "A demo Mac, or another folder with a machine.json");
+  addPathArgument(*command, "DIR", options->folder, "A demo Mac, or another folder with a machine.json");
   command->add_option("KEY", options->key, "The fact")->required()->type_name("");
   command->add_option("JSON", options->value, "Its new value")->required()->type_name("");
   command->callback([&chosen, options] { chosen = [options](std::ostream&) { changeFact(*options); }; });

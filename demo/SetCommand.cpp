@@ -78,9 +78,7 @@ void addSetCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<SetOptions>();
   CLI::App* command = app.add_subcommand("set", "Change the iCloud state of a file");
   command->footer(footer());
-  command->add_option("FILE", options->file, "A file, or a folder that is shown as one document")
-      ->required()
-      ->type_name("");
+  addPathArgument(*command, "FILE", options->file, "A file, or a folder that is shown as one document");
   command->add_option("KEY=VALUE", options->assignments, "What to change")->required()->type_name("");
   command->callback([&chosen, options] { chosen = [options](std::ostream&) { setState(*options); }; });
 }

@@ -40,7 +40,7 @@ void addSettleCommand(CLI::App& app, Action& chosen) {
   command->footer(
       "Also makes the watched folder that is missing, and takes folders outside iCloud Drive off the watchlist. Files\n"
       "that you added are settled too. \"unsettle\" takes it back.");
-  addFolderArgument(*command, *folder, "A demo Mac");
+  addPathArgument(*command, "DIR", *folder, "A demo Mac");
   command->callback([&chosen, folder] { chosen = [folder](std::ostream& out) { settle(*folder, out); }; });
 }
 
@@ -50,7 +50,7 @@ void addUnsettleCommand(CLI::App& app, Action& chosen) {
   command->footer(
       "States, ages and the watchlist become those of a new demo Mac; ages count from now. Files that you added, and\n"
       "what you wrote into others, stay, and so does what \"fact\" set.");
-  addFolderArgument(*command, *folder, "A demo Mac");
+  addPathArgument(*command, "DIR", *folder, "A demo Mac");
   command->callback([&chosen, folder] { chosen = [folder](std::ostream& out) { unsettle(*folder, out); }; });
 }
 
