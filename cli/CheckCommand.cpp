@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -77,6 +78,12 @@ SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::vector
   }
 }
 
+/// The parser's own ranges let "nan" pass, which is no time to wait.
+std::string complaintAboutNaN(const std::string& text) {
+  double value = 0;
+  return CLI::detail::lexical_cast(text, value) && std::isnan(value) ? text + " is not a number" : "";
+}
+
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
   const ICloudScanEngine engine(context.machine.fileSystem(), context.machine.clock());
   const std::vector<WatchFolder> folders =
@@ -108,10 +115,12 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
   CLI::Option* wait = command->add_flag("--wait", options->waits, "Scan again until it is safe, or time is up");
   command->add_option("--timeout", options->timeout, "With --wait: give up after S seconds (default: never)")
       ->check(CLI::NonNegativeNumber)
+      ->check(complaintAboutNaN)
       ->needs(wait)
       ->type_name("S");
   command->add_option("--interval", options->interval, "With --wait: seconds between two scans (default: 5)")
       ->check(CLI::PositiveNumber)
+      ->check(complaintAboutNaN)
       ->needs(wait)
       ->type_name("S");
   addJSONOption(*command, chosen);

@@ -1,6 +1,8 @@
 #include "cli/FolderArgument.h"
 
 #include <filesystem>
+#include <stdexcept>
+#include <string>
 #include <system_error>
 #include <vector>
 
@@ -40,8 +42,17 @@ std::string absolutePath(std::string_view argument, std::string_view workingDire
 }
 
 std::string absolutePath(std::string_view argument) {
-  std::error_code ignored;
-  return absolutePath(argument, std::filesystem::current_path(ignored).native());
+  if (argument.starts_with('/')) {
+    return absolutePath(argument, "/");
+  }
+  std::error_code error;
+  const std::filesystem::path workingDirectory = std::filesystem::current_path(error);
+  if (error) {
+    // To guess would be to vouch for another folder than the one that was meant.
+    throw std::runtime_error(
+        "A relative path has no meaning here, because the working directory cannot be told: " + error.message() + ".");
+  }
+  return absolutePath(argument, workingDirectory.native());
 }
 
 }  // namespace cirrovane

@@ -9,7 +9,7 @@ namespace cirrovane {
 /// alone, a trailing slash kept.
 std::string absolutePath(std::string_view argument, std::string_view workingDirectory);
 
-/// The same against the process's own working directory.
+/// The same against the process's own working directory. Throws when a relative argument finds none.
 std::string absolutePath(std::string_view argument);
 
 }  // namespace cirrovane

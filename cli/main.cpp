@@ -26,14 +26,27 @@ constexpr const char* kFooter =
     "  3  could not do it; the message says why\n\n"
     "Start with \"cirrovanectl check\", and see \"cirrovanectl check --help\".";
 
-/// What the parser has to say goes through the same streams as everything else.
+/// An answer that did not arrive is none.
+ExitStatus statusAfterWriting(ExitStatus status, const Output& out, Output& err) {
+  if (out.hasLostText()) {
+    err.write("cirrovanectl: The answer could not be written in full.\n");
+    return ExitStatus::couldNot;
+  }
+  return status;
+}
+
+/// What the parser has to say goes through the same streams as everything else, and arguments that it repeats are as
+/// little to be trusted as any other name.
 ExitStatus explainUsage(const CLI::App& app, const CLI::ParseError& error, Output& out, Output& err) {
-  std::ostringstream outText;
-  std::ostringstream errText;
-  const int status = app.exit(error, outText, errText);
-  out.write(outText.str());
-  err.write(errText.str());
-  return status == 0 ? ExitStatus::done : ExitStatus::wrongUsage;
+  const bool asksForHelp = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
+  if (!asksForHelp) {
+    err.write(fmt::format("cirrovanectl: {}\nRun with --help for more information.\n", displayText(error.what())));
+    return ExitStatus::wrongUsage;
+  }
+  std::ostringstream help;
+  app.exit(error, help, help);
+  out.write(help.str());
+  return statusAfterWriting(ExitStatus::done, out, err);
 }
 
 ExitStatus runOn(const std::string& root, const ChosenCommand& chosen, Output& out, Output& err) {
@@ -44,11 +57,7 @@ ExitStatus runOn(const std::string& root, const ChosenCommand& chosen, Output& o
   }
   CommandContext context{**machine, out, err, chosen.wantsJSON};
   const ExitStatus status = chosen.run(context);
-  if (out.hasLostText()) {
-    err.write("cirrovanectl: The answer could not be written in full.\n");
-    return ExitStatus::couldNot;
-  }
-  return status;
+  return statusAfterWriting(status, out, err);
 }
 
 ExitStatus runCommandLine(int argumentCount, char** arguments) {

@@ -81,6 +81,7 @@ FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int desc
 }
 
 void FolderBatch::becomeEmpty() {
+  unreadable_ = nullptr;
   items_.clear();
   foldersToEnter_.clear();
   texts_.clear();
@@ -88,8 +89,10 @@ void FolderBatch::becomeEmpty() {
 
 void FolderBatch::becomeUnreadable(const WalkedFolder& folder) {
   becomeEmpty();
-  folder_ = folder.parent != nullptr ? folder.parent : &folder;
-  items_.push_back({folder.name, std::nullopt});
+  unreadable_ = &folder;
+  // The folder that a walk starts at is named by its whole path.
+  const std::string_view name = folder.name;
+  items_.push_back({name.substr(name.rfind('/') + 1), std::nullopt});
 }
 
 void FolderBatch::addEntry(int descriptor, std::string_view name, unsigned char type) {

@@ -21,7 +21,9 @@ class FolderBatch final : public ItemBatch {
   FolderBatch();
 
   std::span<const Item> items() const override { return items_; }
-  std::string path(const Item& item) const override { return pathOf(*folder_, item.name); }
+  std::string path(const Item& item) const override {
+    return unreadable_ != nullptr ? pathOf(*unreadable_) : pathOf(*folder_, item.name);
+  }
 
   /// Forgets the last use and reads the next entries of the folder from the descriptor's position, without hidden ones.
   Listing readNames(const WalkedFolder& folder, int descriptor);
@@ -43,6 +45,8 @@ class FolderBatch final : public ItemBatch {
   void readItem(int descriptor, Item& item, std::string& attributePath, std::size_t prefixLength);
 
   const WalkedFolder* folder_ = nullptr;
+  /// The folder that is the batch's only item; nullptr in a batch of a folder's entries.
+  const WalkedFolder* unreadable_ = nullptr;
   /// The entries as the kernel wrote them; the items' names lie in here.
   std::vector<char> entries_;
   std::vector<Item> items_;

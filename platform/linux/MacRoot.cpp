@@ -1,10 +1,12 @@
 #include "platform/linux/MacRoot.h"
 
+#include "platform/posix/FileDescriptor.h"
+
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include <fcntl.h>
 #include <optional>
 #include <pwd.h>
 #include <string_view>
@@ -89,14 +91,39 @@ std::optional<std::string> complaintAbout(const json& facts) {
   return std::nullopt;
 }
 
-/// A value that is discarded when the text is no JSON; absent when the file cannot be read.
-std::optional<json> readFacts(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) {
+/// Far beyond any description of a machine.
+constexpr off_t kLargestFacts = 64 * 1024 * 1024;
+
+/// The content of a regular file of bearable size. What else may lie at a path can block its reader or never end.
+std::optional<std::string> readRegularFile(const std::string& path) {
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status {};
+  if (!file.isOpen() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLargestFacts) {
     return std::nullopt;
   }
-  return json::parse(text, nullptr, /*allow_exceptions=*/false);
+  std::string text(static_cast<std::size_t>(status.st_size), '\0');
+  std::size_t used = 0;
+  while (used < text.size()) {
+    const ssize_t length = ::read(file.get(), text.data() + used, text.size() - used);
+    if (length < 0 && errno != EINTR) {
+      return std::nullopt;
+    }
+    if (length == 0) {
+      break;
+    }
+    used += length > 0 ? static_cast<std::size_t>(length) : 0;
+  }
+  text.resize(used);
+  return text;
+}
+
+/// A value that is discarded when the text is no JSON; absent when the file cannot be read.
+std::optional<json> readFacts(const std::string& path) {
+  const std::optional<std::string> text = readRegularFile(path);
+  if (!text) {
+    return std::nullopt;
+  }
+  return json::parse(*text, nullptr, /*allow_exceptions=*/false);
 }
 
 bool isFolder(const std::string& path) {
@@ -139,7 +166,9 @@ Result<MacRoot> MacRoot::open(std::string path) {
 }
 
 bool MacRoot::describesHost() const {
-  return access(factsPath().c_str(), F_OK) != 0;
+  // A link that leads nowhere is a broken description, not none.
+  struct stat status {};
+  return lstat(factsPath().c_str(), &status) != 0;
 }
 
 json MacRoot::facts() const {
