@@ -82,22 +82,15 @@ class FolderScan {
       return;
     }
 
-    std::optional<std::string> knownPath;
-    const auto path = [&]() -> const std::string& {
-      if (!knownPath) {
-        knownPath = batch.path(item);
-      }
-      return *knownPath;
-    };
     const auto add = [&](BlockerReason reason, std::string details, std::optional<Time> lastModified) {
-      blockers_.push_back({makeID_(), path(), folder_.name, reason, std::move(details), lastModified});
+      blockers_.push_back({makeID_(), batch.path(item), folder_.name, reason, std::move(details), lastModified});
     };
     const std::optional<Time> modified = values.contentModificationDate;
 
     if (values.hasUnresolvedConflicts.value_or(false)) {
       ++metrics_.unresolvedConflicts;
-      add(BlockerReason::unresolvedConflict, "Conflict state reported for " + relativePath(path(), folderPath_) + ".",
-          std::nullopt);
+      add(BlockerReason::unresolvedConflict,
+          "Conflict state reported for " + relativePath(batch.path(item), folderPath_) + ".", std::nullopt);
     }
     if (values.uploadingError) {
       ++metrics_.errors;
@@ -172,7 +165,10 @@ SyncHealthReport ICloudScanEngine::scan(const std::vector<WatchFolder>& folders)
     appendMoving(report.blockers, folderScan.takeBlockers());
   }
 
-  report.blockers = deduplicate(std::move(report.blockers));
+  if (folders.size() > 1) {
+    // Folders may overlap; each by itself holds no duplicates any more.
+    report.blockers = deduplicate(std::move(report.blockers));
+  }
   sortBlockers(report.blockers);
   // Cloud-only blockers weigh nothing, so they need not be taken out before the score.
   report.score = uploadTrustScore(report.blockers);

@@ -18,34 +18,42 @@ bool meansExhaustion(int error) {
   return error == EMFILE || error == ENFILE || error == ENOMEM;
 }
 
-void appendComponent(std::string& path, std::string_view name) {
-  if (path.empty() || path.back() != '/') {
-    path += '/';
-  }
-  path += name;
+/// Writes the text before the end position and moves that to its front.
+void putBefore(std::string& path, std::size_t& end, std::string_view text) {
+  end -= text.size();
+  text.copy(path.data() + end, text.size());
+}
+
+bool endsWithSlash(std::string_view path) {
+  return !path.empty() && path.back() == '/';
 }
 
 }  // namespace
 
 std::string pathOf(const WalkedFolder& folder) {
-  std::vector<const WalkedFolder*> chain;
-  std::size_t length = 0;
-  for (const WalkedFolder* step = &folder; step != nullptr; step = step->parent) {
-    chain.push_back(step);
-    length += step->name.size() + 1;
-  }
-  std::string path;
-  path.reserve(length);
-  path = chain.back()->name;
-  for (auto step = chain.rbegin() + 1; step != chain.rend(); ++step) {
-    appendComponent(path, (*step)->name);
-  }
-  return path;
+  return folder.parent == nullptr ? folder.name : pathOf(*folder.parent, folder.name);
 }
 
 std::string pathOf(const WalkedFolder& folder, std::string_view itemName) {
-  std::string path = pathOf(folder);
-  appendComponent(path, itemName);
+  // Measured first and then written from its end, as the folders lead from the item up: one allocation, of the path's
+  // own size, for each of what may be half a million paths.
+  std::size_t length = itemName.size();
+  const WalkedFolder* top = &folder;
+  for (; top->parent != nullptr; top = top->parent) {
+    length += top->name.size() + 1;
+  }
+  const std::string_view slashBelowTop = endsWithSlash(top->name) ? "" : "/";
+  length += top->name.size() + slashBelowTop.size();
+
+  std::string path(length, '/');
+  std::size_t end = length;
+  putBefore(path, end, itemName);
+  for (const WalkedFolder* step = &folder; step != top; step = step->parent) {
+    --end;
+    putBefore(path, end, step->name);
+  }
+  putBefore(path, end, slashBelowTop);
+  putBefore(path, end, top->name);
   return path;
 }
 
