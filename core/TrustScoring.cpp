@@ -39,6 +39,9 @@ constexpr std::int64_t kDangerBelow = 70;
 constexpr std::int64_t kSafeAbove = 94;
 constexpr std::size_t kMaximumActions = 3;
 
+/// Steps of a loop over blockers that a fetch from memory takes, roughly.
+constexpr std::size_t kLookAhead = 8;
+
 const ReasonRule& ruleOf(BlockerReason reason) {
   return kReasonRules.at(static_cast<std::size_t>(reason));
 }
@@ -57,20 +60,30 @@ bool areAllCloudOnly(const std::vector<SyncBlocker>& blockers) {
                              [](const SyncBlocker& blocker) { return blocker.reason == BlockerReason::notDownloaded; });
 }
 
+/// Asks for memory that is needed soon, so that the wait for it is not all spent where it is needed.
+void prefetch(const void* address) {
+  __builtin_prefetch(address);
+}
+
 /// Remembers which (reason, path) pairs were met, by their index: half a million blockers cost no copy of their paths.
 class SeenBlockers {
  public:
   explicit SeenBlockers(const std::vector<SyncBlocker>& blockers)
       : blockers_(blockers), slots_(std::bit_ceil(blockers.size() * 2 + 1)) {}
 
-  /// Whether the blocker at the index is the first of its reason and path among those asked about.
-  bool insert(std::size_t index) {
+  static std::size_t hashOf(const SyncBlocker& blocker) {
+    return combineHashes(static_cast<std::size_t>(blocker.reason), std::hash<std::string>{}(blocker.filePath));
+  }
+
+  /// Says that a blocker of this hash will be inserted soon.
+  void expect(std::size_t hash) const { prefetch(&slots_[placeOf(hash)]); }
+
+  /// Whether the blocker at the index is the first of its reason and path among those inserted.
+  bool insert(std::size_t index, std::size_t hash) {
     const SyncBlocker& blocker = blockers_[index];
-    const std::size_t hash = hashOf(blocker);
     const Slot entry{static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(hash >> 32U)};
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t place = hash & mask;
-    for (; slots_[place].index != kEmpty; place = (place + 1) & mask) {
+    std::size_t place = placeOf(hash);
+    for (; slots_[place].index != kEmpty; place = placeOf(place + 1)) {
       const Slot& slot = slots_[place];
       if (slot.hash == entry.hash && isSameProblem(blockers_[slot.index], blocker)) {
         return false;
@@ -89,9 +102,7 @@ class SeenBlockers {
     std::uint32_t hash = 0;
   };
 
-  static std::size_t hashOf(const SyncBlocker& blocker) {
-    return combineHashes(static_cast<std::size_t>(blocker.reason), std::hash<std::string>{}(blocker.filePath));
-  }
+  std::size_t placeOf(std::size_t hash) const { return hash & (slots_.size() - 1); }
 
   static bool isSameProblem(const SyncBlocker& lhs, const SyncBlocker& rhs) {
     return lhs.reason == rhs.reason && lhs.filePath == rhs.filePath;
@@ -143,6 +154,10 @@ void permute(std::vector<SyncBlocker>& blockers, std::vector<SortKey>& keys) {
     std::size_t hole = start;
     while (keys[hole].index != start) {
       const std::size_t source = keys[hole].index;
+      const SyncBlocker& next = blockers[keys[source].index];
+      prefetch(&next.id);
+      prefetch(&next.folderName);
+      prefetch(&next.lastModified);
       blockers[hole] = std::move(blockers[source]);
       keys[hole].index = static_cast<std::uint32_t>(hole);
       hole = source;
@@ -170,8 +185,11 @@ std::vector<SyncBlocker> deduplicate(std::vector<SyncBlocker> blockers) {
   std::vector<bool> isFirst(blockers.size());
   {
     SeenBlockers seen(blockers);
+    std::vector<std::size_t> hashes(blockers.size());
+    std::ranges::transform(blockers, hashes.begin(), SeenBlockers::hashOf);
     for (std::size_t index = 0; index < blockers.size(); ++index) {
-      isFirst[index] = seen.insert(index);
+      seen.expect(hashes[std::min(index + kLookAhead, hashes.size() - 1)]);
+      isFirst[index] = seen.insert(index, hashes[index]);
     }
   }
   std::size_t index = 0;

@@ -161,7 +161,8 @@ void FolderBatch::readItem(int descriptor, Item& item, std::string& attributePat
     }
   }
   if (isDateOfInterest(*item.values)) {
-    if (const auto status = statItem(descriptor, item.name.data())) {
+    // By the working directory where there is one: threads share descriptors, and the kernel counts each use of one.
+    if (const auto status = statItem(prefixLength > 0 ? descriptor : AT_FDCWD, item.name.data())) {
       item.values->contentModificationDate = timeOf(status->st_mtim);
     } else {
       item.values.reset();
