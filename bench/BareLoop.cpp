@@ -1,5 +1,5 @@
-// The limit of any scan: lists every folder and reads the attribute of every item, and does nothing with either. No
-// order, no values, no paths.
+// What a scan cannot do without: lists every folder and reads the attribute of every item, and makes nothing of either.
+// No order, no values, no paths.
 
 #include "platform/linux/ICloudAttribute.h"
 #include "platform/posix/FileDescriptor.h"
