@@ -1,4 +1,3 @@
-#include "platform/linux/ICloudAttribute.h"
 #include "platform/linux/ReadAheadWalk.h"
 #include "platform/posix/FileDescriptor.h"
 #include "tests/platform/WalkedItems.h"
@@ -6,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <string>
@@ -14,7 +12,6 @@
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 #include <vector>
 
@@ -297,16 +294,17 @@ TEST_P(ReadAheadWalkOfAnyKind, walk_destroyedAtAnyPoint_endsAndClosesAll) {
 
 TEST_P(ReadAheadWalkOfAnyKind, batch_staysValidUntilTheNextIsAskedFor) {
   for (int index = 0; index < 100; ++index) {
-    const std::string name = fmt::format("{}/file", index);
-    writeFile(folder_ / name);
-    setICloudAttribute(folder_ / name, fmt::format("uploadingError=error of {}", name));
+    for (const char* file : {"file", "other"}) {
+      const std::string name = fmt::format("{}/{}", index, file);
+      writeFile(folder_ / name);
+      setICloudAttribute(folder_ / name, fmt::format("uploadingError=error of {}", name));
+    }
   }
   const auto walk = GetParam().start(folder_.path());
   // By then whoever reads ahead has read all that it may.
   const ItemBatch* first = walk->next();
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(first->items().size(), 100U);
-  std::vector<std::string> names;
   std::size_t fileCount = 0;
   for (const ItemBatch* batch = walk->next(); batch != nullptr; batch = walk->next()) {
     for (const Item& item : batch->items()) {
@@ -315,7 +313,7 @@ TEST_P(ReadAheadWalkOfAnyKind, batch_staysValidUntilTheNextIsAskedFor) {
       EXPECT_EQ(folder_ / std::string(item.values->uploadingError->substr(9)), batch->path(item));
     }
   }
-  EXPECT_EQ(fileCount, 100U);
+  EXPECT_EQ(fileCount, 200U);
 }
 
 TEST_P(ReadAheadWalkOfAnyKind, twoWalks_atOnce_doNotDisturbEachOther) {
