@@ -25,25 +25,25 @@ TEST_P(AbsolutePath, argument_inAWorkingDirectory_meansOnePath) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Absolute, AbsolutePath,
-                         testing::Values(PathCase{"/", "/work", "/"}, PathCase{"/a/b", "/work", "/a/b"},
-                                         PathCase{"/a/b/", "/work", "/a/b/"}, PathCase{"//a///b", "/work", "/a/b"},
-                                         PathCase{"/a/b//", "/work", "/a/b/"}, PathCase{"/a/./b/.", "/work", "/a/b"},
-                                         PathCase{"/a/../b", "/work", "/b"}, PathCase{"/a/b/..", "/work", "/a"},
-                                         PathCase{"/a/b/../", "/work", "/a/"}, PathCase{"/..", "/work", "/"},
-                                         PathCase{"/../../a", "/work", "/a"}, PathCase{"/../", "/work", "/"},
-                                         PathCase{"///", "/work", "/"}, PathCase{"/a/...", "/work", "/a/..."},
-                                         PathCase{"/a/..b/.c", "/work", "/a/..b/.c"},
-                                         PathCase{"/a b/\xFF", "/work", "/a b/\xFF"}));
+                         testing::Values(PathCase{"/", "/here", "/"}, PathCase{"/a/b", "/here", "/a/b"},
+                                         PathCase{"/a/b/", "/here", "/a/b/"}, PathCase{"//a///b", "/here", "/a/b"},
+                                         PathCase{"/a/b//", "/here", "/a/b/"}, PathCase{"/a/./b/.", "/here", "/a/b"},
+                                         PathCase{"/a/../b", "/here", "/b"}, PathCase{"/a/b/..", "/here", "/a"},
+                                         PathCase{"/a/b/../", "/here", "/a/"}, PathCase{"/..", "/here", "/"},
+                                         PathCase{"/../../a", "/here", "/a"}, PathCase{"/../", "/here", "/"},
+                                         PathCase{"///", "/here", "/"}, PathCase{"/a/...", "/here", "/a/..."},
+                                         PathCase{"/a/..b/.c", "/here", "/a/..b/.c"},
+                                         PathCase{"/a b/\xFF", "/here", "/a b/\xFF"}));
 
 INSTANTIATE_TEST_SUITE_P(Relative, AbsolutePath,
-                         testing::Values(PathCase{"a", "/work", "/work/a"}, PathCase{"a/b/", "/work", "/work/a/b/"},
-                                         PathCase{".", "/work/x", "/work/x"}, PathCase{"./", "/work/x", "/work/x/"},
-                                         PathCase{"..", "/work/x", "/work"}, PathCase{"../", "/work/x", "/work/"},
-                                         PathCase{"../../..", "/work/x", "/"}, PathCase{"./a", "/work", "/work/a"},
-                                         PathCase{"../a", "/work/x", "/work/a"},
-                                         PathCase{"a/../..", "/work/x", "/work"}, PathCase{"a", "/", "/a"},
-                                         PathCase{".", "/", "/"}, PathCase{"~", "/work", "/work/~"},
-                                         PathCase{" ", "/work", "/work/ "}, PathCase{"a\nb", "/work", "/work/a\nb"}));
+                         testing::Values(PathCase{"a", "/here", "/here/a"}, PathCase{"a/b/", "/here", "/here/a/b/"},
+                                         PathCase{".", "/here/x", "/here/x"}, PathCase{"./", "/here/x", "/here/x/"},
+                                         PathCase{"..", "/here/x", "/here"}, PathCase{"../", "/here/x", "/here/"},
+                                         PathCase{"../../..", "/here/x", "/"}, PathCase{"./a", "/here", "/here/a"},
+                                         PathCase{"../a", "/here/x", "/here/a"},
+                                         PathCase{"a/../..", "/here/x", "/here"}, PathCase{"a", "/", "/a"},
+                                         PathCase{".", "/", "/"}, PathCase{"~", "/here", "/here/~"},
+                                         PathCase{" ", "/here", "/here/ "}, PathCase{"a\nb", "/here", "/here/a\nb"}));
 
 TEST(AbsolutePathOfThisProcess, relativeArgument_isMeantInItsWorkingDirectory) {
   EXPECT_EQ(absolutePath("a"), (std::filesystem::current_path() / "a").native());
