@@ -3,19 +3,16 @@
 #include "core/ISO8601.h"
 #include "core/JSONRecord.h"
 #include "core/UUID.h"
+#include "platform/ByteSink.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace cirrovane {
-
-/// Takes written bytes in pieces; answers false when it can take no more.
-using ByteSink = std::function<bool(std::string_view)>;
 
 /// Writes the one JSON form of everything that leaves the program: two spaces a level, dates as ISO 8601, an invalid
 /// UTF-8 sequence as U+FFFD. It streams, so that a large report costs no second copy of itself in memory. Records come

@@ -67,6 +67,9 @@ class FileSystem {
 
   /// The user's home folder, without a trailing slash.
   virtual std::string homeDirectory() const = 0;
+
+  /// The folder where programs keep the user's data, without a trailing slash; absent when the system names none.
+  virtual std::optional<std::string> applicationSupportDirectory() const = 0;
 };
 
 }  // namespace cirrovane

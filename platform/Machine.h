@@ -1,8 +1,11 @@
 #pragma once
 
 #include "platform/Clock.h"
+#include "platform/Collation.h"
+#include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
 #include "platform/Result.h"
+#include "platform/UserDefaults.h"
 
 #include <memory>
 #include <string>
@@ -14,7 +17,10 @@ class Machine {
  public:
   virtual ~Machine() = default;
   virtual const FileSystem& fileSystem() const = 0;
+  virtual const FileStorage& fileStorage() const = 0;
   virtual const Clock& clock() const = 0;
+  virtual const Collation& collation() const = 0;
+  virtual UserDefaults& userDefaults() = 0;
 };
 
 /// The machine whose disk is the folder at an absolute path; "/" is the one that the program runs on. Each system has

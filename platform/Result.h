@@ -9,6 +9,7 @@ namespace cirrovane {
 /// Why an operation could not be done, as one sentence for a person.
 struct Failure {
   std::string message;
+  friend bool operator==(const Failure&, const Failure&) = default;
 };
 
 /// The value of an operation, or the failure that came in its place.

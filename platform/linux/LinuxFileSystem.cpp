@@ -2,6 +2,8 @@
 
 #include "platform/linux/ReadAheadWalk.h"
 
+#include <filesystem>
+#include <system_error>
 #include <unistd.h>
 
 namespace cirrovane {
@@ -19,7 +21,13 @@ bool LinuxFileSystem::exists(const std::string& path) const {
 }
 
 std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const std::string& folder) const {
-  return isAddressable(folder) ? std::make_unique<ReadAheadWalk>(folder) : nullptr;
+  if (!isAddressable(folder)) {
+    return nullptr;
+  }
+  // The reading threads change their working directory, against which a relative path would lose its meaning.
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
+  return error ? nullptr : std::make_unique<ReadAheadWalk>(absolute.native());
 }
 
 }  // namespace cirrovane

@@ -4,6 +4,7 @@
 #include "platform/linux/MacRoot.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace cirrovane {
@@ -16,6 +17,9 @@ class LinuxFileSystem final : public FileSystem {
   bool exists(const std::string& path) const override;
   std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
   std::string homeDirectory() const override { return root_.homeDirectory(); }
+  std::optional<std::string> applicationSupportDirectory() const override {
+    return root_.applicationSupportDirectory();
+  }
 
  private:
   const MacRoot& root_;

@@ -1,6 +1,9 @@
 #include "platform/Machine.h"
+#include "platform/linux/ICUCollation.h"
 #include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/MacRoot.h"
+#include "platform/posix/PosixFileStorage.h"
 
 #include <utility>
 
@@ -12,12 +15,18 @@ class LinuxMachine final : public Machine {
   explicit LinuxMachine(MacRoot root) : root_(std::move(root)) {}
 
   const FileSystem& fileSystem() const override { return fileSystem_; }
+  const FileStorage& fileStorage() const override { return fileStorage_; }
   const Clock& clock() const override { return clock_; }
+  const Collation& collation() const override { return collation_; }
+  UserDefaults& userDefaults() override { return userDefaults_; }
 
  private:
   MacRoot root_;
   LinuxFileSystem fileSystem_{root_};
+  PosixFileStorage fileStorage_;
   SystemClock clock_;
+  ICUCollation collation_;
+  LinuxUserDefaults userDefaults_{root_, fileStorage_};
 };
 
 }  // namespace

@@ -139,6 +139,14 @@ std::string hostHomeDirectory() {
   return user != nullptr ? user->pw_dir : "/";
 }
 
+/// A folder that the user may have moved by a variable, as the desktop's base directories are.
+std::string hostFolder(const char* variable, std::string_view belowHome) {
+  if (const char* path = std::getenv(variable); path != nullptr && *path == '/') {
+    return path;
+  }
+  return hostHomeDirectory() + std::string(belowHome);
+}
+
 std::string withoutTrailingSlashes(std::string path) {
   while (path.size() > 1 && path.back() == '/') {
     path.pop_back();
@@ -177,11 +185,22 @@ json MacRoot::facts() const {
 }
 
 std::string MacRoot::homeDirectory() const {
-  if (path_ == "/" && describesHost()) {
+  if (isHost()) {
     return withoutTrailingSlashes(hostHomeDirectory());
   }
   const std::string home = facts().value("home", std::string(kDefaultHome));
   return withoutTrailingSlashes((path_ == "/" ? "" : path_) + home);
+}
+
+std::string MacRoot::applicationSupportDirectory() const {
+  return isHost() ? withoutTrailingSlashes(hostFolder("XDG_DATA_HOME", "/.local/share"))
+                  : homeDirectory() + "/Library/Application Support";
+}
+
+std::string MacRoot::userDefaultsPath() const {
+  const std::string folder = isHost() ? withoutTrailingSlashes(hostFolder("XDG_CONFIG_HOME", "/.config"))
+                                      : homeDirectory() + "/Library/Preferences";
+  return folder + "/com.quillmere.Cirrovane.json";
 }
 
 std::string MacRoot::factsPath() const {

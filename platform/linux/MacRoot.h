@@ -27,10 +27,18 @@ class MacRoot {
   /// The user's home folder as a real path, without a trailing slash.
   std::string homeDirectory() const;
 
+  /// Where programs keep the user's data.
+  std::string applicationSupportDirectory() const;
+
+  /// The file that holds this program's user defaults.
+  std::string userDefaultsPath() const;
+
  private:
   explicit MacRoot(std::string path) : path_(std::move(path)) {}
 
   std::string factsPath() const;
+  /// Whether the user's own folders are those of the machine that the program runs on.
+  bool isHost() const { return path_ == "/" && describesHost(); }
 
   std::string path_;
 };

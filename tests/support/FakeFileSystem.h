@@ -47,6 +47,8 @@ class FakeFileSystem final : public FileSystem {
   /// nullptr for a folder that was only made to exist.
   std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
   std::string homeDirectory() const override { return home_; }
+  std::optional<std::string> applicationSupportDirectory() const override { return applicationSupport_; }
+  void setApplicationSupportDirectory(std::optional<std::string> path) { applicationSupport_ = std::move(path); }
 
   /// The folders that walks were asked for, in order.
   const std::vector<std::string>& enumerated() const { return enumerated_; }
@@ -55,6 +57,7 @@ class FakeFileSystem final : public FileSystem {
   std::set<std::string> existing_;
   std::map<std::string, std::vector<FakeItem>> folders_;
   std::string home_ = "/Users/test";
+  std::optional<std::string> applicationSupport_;
   std::size_t batchSize_ = 3;
   mutable std::vector<std::string> enumerated_;
 };

@@ -1,0 +1,109 @@
+#include "platform/posix/PosixFileStorage.h"
+
+#include "platform/posix/DurableWriter.h"
+#include "platform/posix/FileDescriptor.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace cirrovane {
+namespace {
+
+constexpr mode_t kPrivateFolderMode = 0700;
+constexpr mode_t kUsualFolderMode = 0777;
+
+Failure failureOf(const std::string& path, const char* action, int error) {
+  return {path + " could not be " + action + ": " + std::strerror(error) + "."};
+}
+
+bool isFolder(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Takes everybody else's permissions away from a folder of ours that is already there.
+void makePrivate(const FileCalls& calls, const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0 && status.st_uid == ::geteuid() && (status.st_mode & 0077U) != 0) {
+    // Nothing to be done about a refusal: the files inside are the user's alone in any case.
+    static_cast<void>(calls.changeMode(path.c_str(), kPrivateFolderMode));
+  }
+}
+
+}  // namespace
+
+std::optional<Failure> PosixFileStorage::createFolders(const std::string& path, FileAccess access) const {
+  int error = 0;
+  for (std::size_t slash = path.find('/', 1); !path.empty(); slash = path.find('/', slash + 1)) {
+    const bool isLast = slash == std::string::npos;
+    const mode_t mode = isLast && access == FileAccess::privateToUser ? kPrivateFolderMode : kUsualFolderMode;
+    error = calls_->makeFolder(path.substr(0, slash).c_str(), mode) == 0 ? 0 : errno;
+    if (isLast) {
+      break;
+    }
+  }
+  if (!isFolder(path)) {
+    return failureOf(path, "made", error != 0 && error != EEXIST ? error : ENOTDIR);
+  }
+  if (access == FileAccess::privateToUser) {
+    makePrivate(*calls_, path);
+  }
+  return std::nullopt;
+}
+
+Result<std::string> PosixFileStorage::read(const std::string& path, std::size_t limit) const {
+  // Without O_NONBLOCK a FIFO in the file's place would keep us waiting for a writer.
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status {};
+  if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+    return failureOf(path, "read", errno);
+  }
+  if (!S_ISREG(status.st_mode)) {
+    return failureOf(path, "read", EINVAL);
+  }
+  if (static_cast<std::size_t>(status.st_size) > limit) {
+    return failureOf(path, "read", EFBIG);
+  }
+  // One byte more than the file is said to have, to see it grow while it is read.
+  std::string content(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t length = 0;
+  while (true) {
+    const ssize_t got = ::read(file.get(), content.data() + length, content.size() - length);
+    if (got < 0 && errno == EINTR) {
+      continue;
+    }
+    if (got < 0) {
+      return failureOf(path, "read", errno);
+    }
+    if (got == 0) {
+      break;
+    }
+    length += static_cast<std::size_t>(got);
+    if (length > limit) {
+      return failureOf(path, "read", EFBIG);
+    }
+    if (length == content.size()) {
+      content.resize(content.size() * 2);
+    }
+  }
+  content.resize(length);
+  return content;
+}
+
+std::optional<Failure> PosixFileStorage::writeAtomically(const std::string& path, FileAccess access,
+                                                         const ByteProducer& produce) const {
+  return writeDurably(*calls_, path, access, produce);
+}
+
+std::optional<Failure> PosixFileStorage::rename(const std::string& from, const std::string& to) const {
+  if (::rename(from.c_str(), to.c_str()) != 0) {
+    return failureOf(from, "renamed", errno);
+  }
+  return std::nullopt;
+}
+
+}  // namespace cirrovane

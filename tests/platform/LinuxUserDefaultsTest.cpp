@@ -1,0 +1,108 @@
+#include "platform/linux/ICUCollation.h"
+#include "platform/linux/LinuxUserDefaults.h"
+#include "platform/posix/PosixFileStorage.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <string>
+#include <sys/stat.h>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+class LinuxUserDefaultsTest : public testing::Test {
+ protected:
+  TemporaryFolder folder_{CIRROVANE_TEST_DIR};
+  MacRoot root_ = std::move(*MacRoot::open((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
+  PosixFileStorage storage_;
+  LinuxUserDefaults defaults_{root_, storage_};
+  std::string path_ = folder_ / "Users/demo/Library/Preferences/com.quillmere.Cirrovane.json";
+};
+
+TEST_F(LinuxUserDefaultsTest, nothingSet_isAbsent) {
+  EXPECT_EQ(defaults_.value("motionEnabled"), std::nullopt);
+  EXPECT_EQ(defaults_.boolean("motionEnabled"), std::nullopt);
+  EXPECT_EQ(defaults_.text("visualStyle"), std::nullopt);
+}
+
+TEST_F(LinuxUserDefaultsTest, setValues_areReadBackByAnotherProcess) {
+  EXPECT_EQ(defaults_.set("motionEnabled", false), std::nullopt);
+  EXPECT_EQ(defaults_.set("visualStyle", std::string("classic")), std::nullopt);
+  const LinuxUserDefaults other(root_, storage_);
+  EXPECT_EQ(other.boolean("motionEnabled"), false);
+  EXPECT_EQ(other.text("visualStyle"), "classic");
+}
+
+TEST_F(LinuxUserDefaultsTest, literalText_isATextAndNoTruthValue) {
+  EXPECT_EQ(defaults_.set("visualStyle", "classic"), std::nullopt);
+  EXPECT_EQ(defaults_.text("visualStyle"), "classic");
+  EXPECT_EQ(defaults_.boolean("visualStyle"), std::nullopt);
+}
+
+TEST_F(LinuxUserDefaultsTest, types_areToldApart) {
+  writeFile(path_, R"({"number": 1, "truth": true, "text": "true", "nothing": null, "list": []})");
+  EXPECT_EQ(defaults_.value("number"), DefaultsValue(OtherDefaultsValue()));
+  EXPECT_EQ(defaults_.value("list"), DefaultsValue(OtherDefaultsValue()));
+  EXPECT_EQ(defaults_.value("truth"), DefaultsValue(true));
+  EXPECT_EQ(defaults_.value("text"), DefaultsValue(std::string("true")));
+  EXPECT_EQ(defaults_.value("nothing"), std::nullopt);
+  EXPECT_EQ(defaults_.boolean("number"), std::nullopt);
+  EXPECT_EQ(defaults_.boolean("text"), std::nullopt);
+  EXPECT_EQ(defaults_.text("truth"), std::nullopt);
+}
+
+TEST_F(LinuxUserDefaultsTest, settingOneKey_keepsTheOthersAndWhatAnotherProcessSet) {
+  writeFile(path_, R"({"foreign": [1, 2]})");
+  LinuxUserDefaults other(root_, storage_);
+  EXPECT_EQ(defaults_.set("a", true), std::nullopt);
+  EXPECT_EQ(other.set("b", true), std::nullopt);
+  EXPECT_EQ(defaults_.set("a", false), std::nullopt);
+  EXPECT_EQ(readFile(path_), "{\n  \"a\": false,\n  \"b\": true,\n  \"foreign\": [\n    1,\n    2\n  ]\n}\n");
+}
+
+TEST_F(LinuxUserDefaultsTest, damagedFile_countsAsEmpty) {
+  writeFile(path_, "{\"a\": tr");
+  EXPECT_EQ(defaults_.value("a"), std::nullopt);
+  EXPECT_EQ(defaults_.set("a", true), std::nullopt);
+  EXPECT_EQ(defaults_.boolean("a"), true);
+}
+
+TEST_F(LinuxUserDefaultsTest, file_isTheUsersAlone) {
+  EXPECT_EQ(defaults_.set("a", true), std::nullopt);
+  struct stat status {};
+  ASSERT_EQ(stat(path_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST_F(LinuxUserDefaultsTest, folderThatCannotBeMade_isAFailure) {
+  writeFile(folder_ / "Users/demo/Library", "in the way");
+  EXPECT_NE(defaults_.set("a", true), std::nullopt);
+}
+
+TEST(ICUCollation, case_isNoDifferenceAndAccentsAre) {
+  const ICUCollation collation("en_US");
+  EXPECT_EQ(collation.compare("Alpha", "alpha"), std::weak_ordering::equivalent);
+  EXPECT_EQ(collation.compare("alpha", "BETA"), std::weak_ordering::less);
+  EXPECT_EQ(collation.compare("beta", "Alpha"), std::weak_ordering::greater);
+  EXPECT_NE(collation.compare("apfel", "\u00e4pfel"), std::weak_ordering::equivalent);
+}
+
+TEST(ICUCollation, language_decidesTheOrder) {
+  EXPECT_EQ(ICUCollation("de_DE").compare("\u00e4", "z"), std::weak_ordering::less);
+  EXPECT_EQ(ICUCollation("sv_SE").compare("\u00e4", "z"), std::weak_ordering::greater);
+}
+
+TEST(ICUCollation, machineWithoutALanguage_stillIgnoresCase) {
+  EXPECT_EQ(ICUCollation("en_US_POSIX").compare("Alpha", "alpha"), std::weak_ordering::equivalent);
+}
+
+TEST(ICUCollation, invalidText_comparesSomehow) {
+  const ICUCollation collation("en_US");
+  EXPECT_EQ(collation.compare("\xff", "\xff"), std::weak_ordering::equivalent);
+  EXPECT_EQ(collation.compare("", "\xff"), std::weak_ordering::less);
+}
+
+}  // namespace
+}  // namespace cirrovane::test
