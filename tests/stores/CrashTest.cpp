@@ -1,0 +1,170 @@
+// Saves without end in child processes that are killed at random moments: after each kill the file has to be one whole
+// document, the old or the new one.
+
+#include "stores/IncidentStore.h"
+#include "stores/ScanHistoryStore.h"
+#include "stores/WatchlistStore.h"
+#include "tests/stores/StoreFixture.h"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <random>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+constexpr int kKills = 2'000;
+constexpr int kKillsInsideASave = 500;
+constexpr int kMostKills = 20'000;
+constexpr std::int64_t kFullHistory = 200;
+
+class CrashTest : public StoreTest {
+ protected:
+  std::size_t temporaryFileCount() const {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(storePath(""))) {
+      count += entry.path().filename().native().starts_with(".cirrovane-") ? 1U : 0U;
+    }
+    return count;
+  }
+
+  /// Kills children that save, until there were enough kills, and enough of them between the birth of a temporary file
+  /// and its rename; checks the document after each.
+  void killSavers(const std::function<void()>& saveForever, const std::function<void()>& checkDocument) {
+    // A fixed seed repeats the choice of moments, though not what the machine does in them.
+    std::mt19937 random(20'261'121);
+    std::uniform_int_distribution<int> microseconds(0, 3'000);
+    int kills = 0;
+    int killsInsideASave = 0;
+    std::size_t mostTemporaryFiles = 0;
+    while ((kills < kKills || killsInsideASave < kKillsInsideASave) && kills < kMostKills && !HasFailure()) {
+      const pid_t child = fork();
+      ASSERT_GE(child, 0);
+      if (child == 0) {
+        saveForever();
+        _exit(1);
+      }
+      std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
+      kill(child, SIGKILL);
+      int status = 0;
+      ASSERT_EQ(waitpid(child, &status, 0), child);
+      ASSERT_TRUE(WIFSIGNALED(status)) << "the saver ended by itself";
+      ++kills;
+      const std::size_t count = temporaryFileCount();
+      killsInsideASave += count > 0 ? 1 : 0;
+      mostTemporaryFiles = std::max(mostTemporaryFiles, count);
+      checkDocument();
+    }
+    std::cout << "[   kills  ] " << kills << ", of which " << killsInsideASave
+              << " between a temporary file's birth and its rename; at most " << mostTemporaryFiles
+              << " temporary files at a time\n";
+    EXPECT_GE(kills, kKills);
+    EXPECT_GE(killsInsideASave, kKillsInsideASave);
+    // Each saver removes what the one before it left.
+    EXPECT_LE(mostTemporaryFiles, 1U);
+  }
+};
+
+TEST_F(CrashTest, watchlistKilledWhileSaving_isTheOldOrTheNewList) {
+  constexpr std::size_t kFolders = 40;
+  const auto pathOf = [](std::size_t number) { return "/x/folder-" + std::to_string(100 + number); };
+  WatchlistStore store(fileSystem_, storage_, collation_);
+  for (std::size_t number = 0; number < kFolders; ++number) {
+    store.addFolder(pathOf(number));
+  }
+  killSavers(
+      [&] {
+        WatchlistStore saver(fileSystem_, storage_, collation_);
+        while (true) {
+          saver.addFolder(pathOf(kFolders));
+          saver.removeFolder(saver.folders().back().id);
+        }
+      },
+      [&] {
+        WatchlistStore found(fileSystem_, storage_, collation_);
+        ASSERT_TRUE(found.folders().size() == kFolders || found.folders().size() == kFolders + 1)
+            << found.folders().size();
+        for (std::size_t number = 0; number < found.folders().size(); ++number) {
+          ASSERT_EQ(found.folders()[number].path, pathOf(number));
+        }
+        if (found.folders().size() > kFolders) {
+          found.removeFolder(found.folders().back().id);
+        }
+      });
+}
+
+TEST_F(CrashTest, historyKilledWhileSaving_isTheOldOrTheNewHistory) {
+  const auto record = [](ScanHistoryStore& store, std::int64_t number) {
+    SyncHealthReport report;
+    report.metrics.pendingUploads = number;
+    store.record(report);
+  };
+  ScanHistoryStore store(fileSystem_, storage_);
+  for (std::int64_t number = 0; number < kFullHistory; ++number) {
+    record(store, number);
+  }
+  std::int64_t latest = kFullHistory - 1;
+  killSavers(
+      [&] {
+        ScanHistoryStore saver(fileSystem_, storage_);
+        for (std::int64_t number = latest + 1;; ++number) {
+          record(saver, number);
+        }
+      },
+      [&] {
+        const ScanHistoryStore found(fileSystem_, storage_);
+        ASSERT_EQ(std::ssize(found.snapshots()), kFullHistory);
+        ASSERT_GE(found.snapshots().front().pendingUploads, latest);
+        latest = found.snapshots().front().pendingUploads;
+        for (std::int64_t place = 0; place < kFullHistory; ++place) {
+          ASSERT_EQ(found.snapshots()[static_cast<std::size_t>(place)].pendingUploads, latest - place);
+        }
+      });
+}
+
+TEST_F(CrashTest, incidentsKilledWhileSaving_areTheOldOrTheNewOnes) {
+  constexpr std::size_t kIncidents = 60;
+  const auto merge = [](IncidentStore& store, std::int64_t number) {
+    std::vector<DiagnosticFinding> findings;
+    for (std::size_t index = 0; index < kIncidents; ++index) {
+      findings.push_back({UUID(), DiagnosticDomain::system, DiagnosticSeverity::warning,
+                          "Problem " + std::to_string(index), std::to_string(number), Time()});
+    }
+    store.merge(findings, Time(std::chrono::seconds(number)));
+  };
+  IncidentStore store(fileSystem_, storage_, clock_);
+  merge(store, 1);
+  std::int64_t latest = 1;
+  killSavers(
+      [&] {
+        IncidentStore saver(fileSystem_, storage_, clock_);
+        for (std::int64_t number = latest + 1;; ++number) {
+          merge(saver, number);
+        }
+      },
+      [&] {
+        const IncidentStore found(fileSystem_, storage_, clock_);
+        ASSERT_EQ(found.records().size(), kIncidents);
+        ASSERT_GE(found.records().front().occurrences, latest);
+        latest = found.records().front().occurrences;
+        for (const IncidentRecord& incident : found.records()) {
+          ASSERT_EQ(incident.occurrences, latest);
+          ASSERT_EQ(incident.lastDetail, std::to_string(latest));
+        }
+      });
+}
+
+}  // namespace
+}  // namespace cirrovane::test
