@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -47,22 +48,15 @@ std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments)
   return folders;
 }
 
-std::vector<WatchFolder> defaultFolders(const FileSystem& fileSystem) {
-  const std::string path = fileSystem.homeDirectory() + std::string(kICloudDriveSubpath);
-  if (!fileSystem.exists(path)) {
-    return {};
-  }
-  return {{UUIDGenerator()(), watchFolderName(path), path}};
-}
-
-SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::vector<WatchFolder>& folders,
+/// The folders are asked for before each scan, because the watchlist may change while we wait.
+SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::function<std::vector<WatchFolder>()>& folders,
                                const CheckOptions& options, Output& err) {
   std::optional<steady_clock::time_point> deadline;
   if (options.timeout) {
     deadline = steady_clock::now() + asDuration(*options.timeout);
   }
   while (true) {
-    SyncHealthReport report = engine.scan(folders);
+    SyncHealthReport report = engine.scan(folders());
     const auto now = steady_clock::now();
     if (report.safeToClose || !options.waits || (deadline && now >= *deadline)) {
       return report;
@@ -86,8 +80,9 @@ std::string complaintAboutNaN(const std::string& text) {
 
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
   const ICloudScanEngine engine(context.machine.fileSystem(), context.machine.clock());
-  const std::vector<WatchFolder> folders =
-      options.folders.empty() ? defaultFolders(context.machine.fileSystem()) : namedFolders(options.folders);
+  const auto folders = [&] {
+    return options.folders.empty() ? openWatchlist(context.machine).folders() : namedFolders(options.folders);
+  };
   const SyncHealthReport report = scanUntilSafe(engine, folders, options, context.err);
   if (context.wantsJSON) {
     writeJSONDocument(context.out, report);
@@ -103,15 +98,13 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto options = std::make_shared<CheckOptions>();
   CLI::App* command = app.add_subcommand("check", "Scan folders and say whether it is safe to close");
   command->footer(
-      "Without a FOLDER, iCloud Drive is scanned. Nothing is recorded.\n\n"
+      "Without a FOLDER, the watchlist is scanned. Nothing is recorded.\n\n"
       "Examples:\n"
       "  cirrovanectl check\n"
       "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
       "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
       "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
-  command->add_option("FOLDER", options->folders, "Folders to scan")->check([](const std::string& folder) {
-    return folder.empty() ? "A folder's name cannot be empty." : "";
-  });
+  command->add_option("FOLDER", options->folders, "Folders to scan")->check(isFolderArgument);
   CLI::Option* wait = command->add_flag("--wait", options->waits, "Scan again until it is safe, or time is up");
   command->add_option("--timeout", options->timeout, "With --wait: give up after S seconds (default: never)")
       ->check(CLI::NonNegativeNumber)

@@ -4,8 +4,11 @@
 #include "cli/Output.h"
 #include "core/JSONWriter.h"
 #include "platform/Machine.h"
+#include "stores/WatchlistStore.h"
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace CLI {
 class App;
@@ -31,9 +34,21 @@ struct ChosenCommand {
 
 /// A command's part in the command line: adds its subcommand, which sets `chosen` when the user asks for it.
 void addCheckCommand(CLI::App& app, ChosenCommand& chosen);
+void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen);
+void addHistoryCommand(CLI::App& app, ChosenCommand& chosen);
+void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen);
 
 /// Adds the option --json to a subcommand.
 void addJSONOption(CLI::App& command, ChosenCommand& chosen);
+
+/// What is wrong with an argument that should name a folder; empty when nothing is.
+std::string isFolderArgument(const std::string& argument);
+
+/// The user's watchlist. Opening it may give an empty one its first folder.
+WatchlistStore openWatchlist(const Machine& machine);
+
+/// Says why a command could not do what it was asked for; names in the message are made harmless.
+ExitStatus reportFailure(CommandContext& context, std::string_view message);
 
 /// Writes one JSON document and a line end.
 template <class Value>

@@ -72,6 +72,9 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   app.add_option("--mac-root", root, "Folder that stands for a Mac's disk (default: this machine)")->type_name("DIR");
   ChosenCommand chosen;
   addCheckCommand(app, chosen);
+  addWatchlistCommand(app, chosen);
+  addHistoryCommand(app, chosen);
+  addIncidentsCommand(app, chosen);
   try {
     app.parse(argumentCount, arguments);
   } catch (const CLI::ParseError& error) {
@@ -81,10 +84,6 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
 }
 
 }  // namespace
-
-void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
-  command.add_flag("--json", chosen.wantsJSON, "Print one JSON document instead of text");
-}
 
 }  // namespace cirrovane
 

@@ -1,0 +1,23 @@
+#include "cli/Command.h"
+
+#include "core/DisplayText.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cirrovane {
+
+void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
+  command.add_flag("--json", chosen.wantsJSON, "Print one JSON document instead of text");
+}
+
+std::string isFolderArgument(const std::string& argument) {
+  return argument.empty() ? "A folder's name cannot be empty." : "";
+}
+
+ExitStatus reportFailure(CommandContext& context, std::string_view message) {
+  context.err.write(fmt::format("cirrovanectl: {}\n", displayText(message)));
+  return ExitStatus::couldNot;
+}
+
+}  // namespace cirrovane

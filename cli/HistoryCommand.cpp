@@ -1,0 +1,68 @@
+#include "cli/Command.h"
+#include "cli/LocalTime.h"
+#include "cli/TextStyle.h"
+#include "core/DisplayText.h"
+#include "stores/ScanHistoryStore.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+void printSnapshot(const ScanSnapshot& snapshot, const TextStyle& style, Output& out) {
+  const HealthState colour = snapshot.safeToClose                   ? HealthState::safe
+                             : snapshot.status == HealthState::safe ? HealthState::warning
+                                                                    : snapshot.status;
+  out.write(fmt::format("{}  {}  trust {:>3}  local {:>3}  {} pending, {} blockers\n",
+                        localTimeText(snapshot.timestamp),
+                        style.inStateColour(colour, snapshot.safeToClose ? "safe    " : "not safe"), snapshot.score,
+                        snapshot.localAvailabilityScore ? fmt::to_string(*snapshot.localAvailabilityScore) : "-",
+                        snapshot.pendingUploads, snapshot.blockerCount));
+  if (snapshot.topBlockerReason) {
+    out.write(fmt::format("{:18}{}\n", "",
+                          style.dim(fmt::format("{}: {}", displayTitle(*snapshot.topBlockerReason),
+                                                displayText(snapshot.topBlockerFilePath.value_or("-"))))));
+  }
+}
+
+ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
+  const ScanHistoryStore store(context.machine.fileSystem(), context.machine.fileStorage());
+  std::vector<ScanSnapshot> snapshots = store.snapshots();
+  if (limit && *limit < std::ssize(snapshots)) {
+    snapshots.resize(static_cast<std::size_t>(*limit));
+  }
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, snapshots);
+    return ExitStatus::done;
+  }
+  if (snapshots.empty()) {
+    context.out.write("No scan has been recorded yet.\n");
+  }
+  const TextStyle style(context.out.isColoured());
+  for (const ScanSnapshot& snapshot : snapshots) {
+    printSnapshot(snapshot, style, context.out);
+  }
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+void addHistoryCommand(CLI::App& app, ChosenCommand& chosen) {
+  const auto limit = std::make_shared<std::optional<std::int64_t>>();
+  CLI::App* command = app.add_subcommand("history", "Show the recorded scans, the newest first");
+  command->add_option("--limit", *limit, "Show at most N scans (default: all)")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("N");
+  addJSONOption(*command, chosen);
+  command->callback(
+      [&chosen, limit] { chosen.run = [limit](CommandContext& context) { return history(*limit, context); }; });
+}
+
+}  // namespace cirrovane

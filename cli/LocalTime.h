@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/Time.h"
+
+#include <string>
+
+namespace cirrovane {
+
+/// A time in the user's zone to the minute, in a form that sorts: "2026-11-15 18:21".
+std::string localTimeText(Time time);
+
+}  // namespace cirrovane

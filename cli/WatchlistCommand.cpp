@@ -1,0 +1,139 @@
+#include "cli/Command.h"
+#include "cli/FolderArgument.h"
+#include "cli/TextStyle.h"
+#include "core/DisplayText.h"
+#include "stores/WatchlistStore.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+void printFolders(const std::vector<WatchFolder>& folders, CommandContext& context) {
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, folders);
+    return;
+  }
+  if (folders.empty()) {
+    context.out.write("No folder is watched. Add one: cirrovanectl watchlist add FOLDER\n");
+    return;
+  }
+  const TextStyle style(context.out.isColoured());
+  for (const WatchFolder& folder : folders) {
+    context.out.write(fmt::format("{}\n  {}\n  {}\n", style.bold(displayText(folder.name)), displayText(folder.path),
+                                  style.dim(folder.id.text())));
+  }
+}
+
+ExitStatus finish(const WatchlistStore& store, CommandContext& context) {
+  if (store.saveFailure()) {
+    return reportFailure(context, "The watchlist was not changed: " + store.saveFailure()->message);
+  }
+  printFolders(store.folders(), context);
+  return ExitStatus::done;
+}
+
+ExitStatus list(CommandContext& context) {
+  const WatchlistStore store = openWatchlist(context.machine);
+  printFolders(store.folders(), context);
+  return ExitStatus::done;
+}
+
+ExitStatus add(const Arguments& arguments, CommandContext& context) {
+  WatchlistStore store = openWatchlist(context.machine);
+  for (const std::string& argument : arguments) {
+    const std::string path = absolutePath(argument);
+    // Watching a folder that is still to come is allowed: until then, no verdict is "safe".
+    if (!context.machine.fileSystem().exists(path)) {
+      context.err.write(
+          fmt::format("cirrovanectl: {} does not exist; it is watched all the same.\n", displayText(path)));
+    }
+    store.addFolder(path);
+    if (store.saveFailure()) {
+      break;
+    }
+  }
+  return finish(store, context);
+}
+
+/// The folder that an argument means: by its identifier, by its path as stored, or by its path as an argument.
+std::optional<UUID> folderMeantBy(const std::string& argument, const std::vector<WatchFolder>& folders) {
+  const std::optional<UUID> id = UUID::fromText(argument);
+  const std::string path = absolutePath(argument);
+  const auto found = std::ranges::find_if(folders, [&](const WatchFolder& folder) {
+    return folder.id == id || folder.path == argument || folder.path == path;
+  });
+  return found == folders.end() ? std::nullopt : std::optional(found->id);
+}
+
+ExitStatus removeFolders(const Arguments& arguments, CommandContext& context) {
+  WatchlistStore store = openWatchlist(context.machine);
+  std::vector<UUID> ids;
+  for (const std::string& argument : arguments) {
+    const std::optional<UUID> id = folderMeantBy(argument, store.folders());
+    if (!id) {
+      return reportFailure(context, fmt::format("{} is not on the watchlist.", argument));
+    }
+    ids.push_back(*id);
+  }
+  for (const UUID& id : ids) {
+    store.removeFolder(id);
+    if (store.saveFailure()) {
+      break;
+    }
+  }
+  return finish(store, context);
+}
+
+}  // namespace
+
+WatchlistStore openWatchlist(const Machine& machine) {
+  return {machine.fileSystem(), machine.fileStorage(), machine.collation()};
+}
+
+void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
+  CLI::App* command = app.add_subcommand("watchlist", "Show and change the watched folders");
+  command->footer(
+      "Examples:\n"
+      "  cirrovanectl watchlist\n"
+      "  cirrovanectl watchlist add ~/Documents/Clients\n"
+      "  cirrovanectl watchlist remove ~/Documents/Clients");
+  command->require_subcommand(0, 1);
+  addJSONOption(*command, chosen);
+
+  CLI::App* listVerb = command->add_subcommand("list", "Show the watched folders (what watchlist alone does)");
+  addJSONOption(*listVerb, chosen);
+
+  const auto added = std::make_shared<Arguments>();
+  CLI::App* addVerb = command->add_subcommand("add", "Watch folders");
+  addVerb->add_option("FOLDER", *added, "Folders to watch")->required()->check(isFolderArgument);
+  addJSONOption(*addVerb, chosen);
+
+  const auto removed = std::make_shared<Arguments>();
+  CLI::App* removeVerb = command->add_subcommand("remove", "Watch folders no longer");
+  removeVerb->add_option("FOLDER-or-ID", *removed, "Watched folders, or their identifiers")
+      ->required()
+      ->check(isFolderArgument);
+  addJSONOption(*removeVerb, chosen);
+
+  command->callback([&chosen, addVerb, added, removeVerb, removed] {
+    if (addVerb->parsed()) {
+      chosen.run = [added](CommandContext& context) { return add(*added, context); };
+    } else if (removeVerb->parsed()) {
+      chosen.run = [removed](CommandContext& context) { return removeFolders(*removed, context); };
+    } else {
+      chosen.run = list;
+    }
+  });
+}
+
+}  // namespace cirrovane
