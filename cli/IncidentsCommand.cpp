@@ -72,10 +72,9 @@ ExitStatus change(const std::string& identifier, void (IncidentStore::*verb)(con
   if (found == store.records().end()) {
     return reportFailure(context, fmt::format("There is no incident {}.", identifier));
   }
-  const IncidentRecord record = *found;
-  (store.*verb)(record);
-  if (store.saveFailure()) {
-    return reportFailure(context, "The incident was not changed: " + store.saveFailure()->message);
+  (store.*verb)(*found);
+  if (const std::optional<Failure>& failure = store.saveFailure()) {
+    return reportFailure(context, "The incident was not changed: " + failure->message);
   }
   printRecords(store.records(), {}, context);
   return ExitStatus::done;

@@ -35,8 +35,8 @@ void printFolders(const std::vector<WatchFolder>& folders, CommandContext& conte
 }
 
 ExitStatus finish(const WatchlistStore& store, CommandContext& context) {
-  if (store.saveFailure()) {
-    return reportFailure(context, "The watchlist was not changed: " + store.saveFailure()->message);
+  if (const std::optional<Failure>& failure = store.saveFailure()) {
+    return reportFailure(context, "The watchlist was not changed: " + failure->message);
   }
   printFolders(store.folders(), context);
   return ExitStatus::done;

@@ -134,7 +134,7 @@ std::weak_ordering compare(const SortKey& lhs, const SortKey& rhs) {
     return rhs.weight <=> lhs.weight;
   }
   if (lhs.isDated != rhs.isDated) {
-    return rhs.isDated <=> lhs.isDated;
+    return lhs.isDated ? std::weak_ordering::less : std::weak_ordering::greater;
   }
   return lhs.lastModified <=> rhs.lastModified;
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kAttribute = "user.icloud";
 /// The kernel keeps no longer attribute.
-constexpr std::size_t kLargestAttribute = 64 * 1024;
+constexpr std::size_t kLargestAttribute = std::size_t{64} * 1024;
 
 [[noreturn]] void fail(const std::filesystem::path& path, int error) {
   const std::string name = printable(path.native());

@@ -19,7 +19,7 @@ struct CloudKey {
 std::span<const CloudKey> cloudKeys();
 
 /// What is wrong with a key and a value that it is to get; absent when nothing is. An empty value is always right.
-std::optional<std::string> complaintAbout(std::string_view key, std::string_view value);
+std::optional<std::string> complaintAbout(std::string_view name, std::string_view value);
 
 /// A file's cloud state as lines of key=value. Lines that it does not know stay as they are.
 class CloudState {

@@ -99,7 +99,7 @@ std::span<const FactKey> factKeys() {
 std::optional<std::string> complaintAbout(std::string_view name, const Json& value) {
   const auto* key = std::ranges::find(kFactKeys, name, &FactKey::name);
   if (key == kFactKeys.end()) {
-    return "\"" + printable(name) + "\" is no fact of a machine. \"fact --help\" lists those there are.";
+    return '"' + printable(name) + R"(" is no fact of a machine. "fact --help" lists those there are.)";
   }
   if (value.is_null() || key->accepts(value)) {
     return std::nullopt;

@@ -21,7 +21,7 @@ struct FactKey {
 std::span<const FactKey> factKeys();
 
 /// What is wrong with a fact and a value that it is to get; absent when nothing is. null is always right.
-std::optional<std::string> complaintAbout(std::string_view key, const nlohmann::ordered_json& value);
+std::optional<std::string> complaintAbout(std::string_view name, const nlohmann::ordered_json& value);
 
 /// The facts of a healthy portable Mac.
 nlohmann::ordered_json sampleFacts();

@@ -75,8 +75,8 @@ class Noise {
   }
 
  private:
-  static constexpr std::uint64_t kFactor = 6364136223846793005u;
-  std::uint64_t state_ = 1442695040888963407u;
+  static constexpr std::uint64_t kFactor = 6364136223846793005U;
+  std::uint64_t state_ = 1442695040888963407U;
 };
 
 }  // namespace

@@ -26,7 +26,7 @@ constexpr std::string_view kDownloadUnavailable =
     "“Lab Video Week 6.mov” couldn’t be downloaded from iCloud because the iCloud servers are unavailable.";
 
 // A small design studio and a family, halfway through a working day. Paths are below iCloud Drive.
-constexpr Row kDriveRows[] = {
+constexpr auto kDriveRows = std::to_array<Row>({
     // Client work: the morning's changes are still on their way, one upload is stuck, one document diverged.
     {"Client Work/Harbour Café/Brief.docx", 24'310, settled, days(41)},
     {"Client Work/Harbour Café/Contract signed.pdf", 48'220, settled, days(38)},
@@ -122,17 +122,17 @@ constexpr Row kDriveRows[] = {
     {"Photos/Family.photoslibrary/originals/7/7BE903.heic", 30'208, settled, days(19)},
     {"Photos/Family.photoslibrary/resources/derivatives/0A41C2_thumb.jpg", 4'352, settled, days(2)},
     {"Reading list.txt", 1'024, settled, days(7)},
-};
+});
 
 // Outside iCloud Drive, below the home folder.
-constexpr Row kHomeRows[] = {
+constexpr auto kHomeRows = std::to_array<Row>({
     {"Desktop/Scratch/Colour tests.png", 17'408, localOnly, 3h},
     {"Desktop/Scratch/Export settings.json", 640, localOnly, days(2)},
     {"Desktop/Scratch/Ideas.txt", 1'536, localOnly, 35min},
     {"Desktop/Scratch/Voice memo.m4a", 20'480, localOnly, days(1)},
     {"Downloads/Font licence.pdf", 7'168, localOnly, days(60)},
     {"Downloads/Router manual.pdf", 23'552, localOnly, days(400)},
-};
+});
 
 constexpr std::array<std::string_view, 3> kDrivePackages = {
     "Client Work/Harbour Café/Proposal.pages",
@@ -148,6 +148,7 @@ std::string inDrive(std::string_view path) {
 
 std::vector<SampleFile> sampleFiles() {
   std::vector<SampleFile> files;
+  files.reserve(kDriveRows.size() + kHomeRows.size());
   for (const Row& row : kDriveRows) {
     files.push_back({inDrive(row.path), row.size, row.state, row.age, row.error});
   }
@@ -159,6 +160,7 @@ std::vector<SampleFile> sampleFiles() {
 
 std::vector<std::string> samplePackages() {
   std::vector<std::string> packages;
+  packages.reserve(kDrivePackages.size());
   for (const std::string_view path : kDrivePackages) {
     packages.push_back(inDrive(path));
   }

@@ -115,7 +115,7 @@ void IncidentStore::reopen(const IncidentRecord& record) {
   setResolved(record.id, std::nullopt);
 }
 
-void IncidentStore::setResolved(const UUID& id, std::optional<Time> resolvedAt) {
+void IncidentStore::setResolved(UUID id, std::optional<Time> resolvedAt) {
   const auto found = std::ranges::find(records(), id, &IncidentRecord::id);
   if (found == records().end()) {
     return;

@@ -43,7 +43,7 @@ class IncidentStore {
   const std::optional<Failure>& saveFailure() const { return list_.saveFailure(); }
 
  private:
-  void setResolved(const UUID& id, std::optional<Time> resolvedAt);
+  void setResolved(UUID id, std::optional<Time> resolvedAt);
 
   const Clock& clock_;
   StoredList<IncidentRecord> list_;

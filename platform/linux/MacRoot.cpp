@@ -92,7 +92,7 @@ std::optional<std::string> complaintAbout(const json& facts) {
 }
 
 /// Far beyond any description of a machine.
-constexpr off_t kLargestFacts = 64 * 1024 * 1024;
+constexpr off_t kLargestFacts = off_t{64} << 20U;
 
 /// The content of a regular file of bearable size. What else may lie at a path can block its reader or never end.
 std::optional<std::string> readRegularFile(const std::string& path) {

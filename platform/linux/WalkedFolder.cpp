@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <ranges>
 #include <string_view>
 #include <sys/resource.h>
 #include <utility>
@@ -70,13 +71,13 @@ FolderDescriptors::Opened FolderDescriptors::open(const WalkedFolder& folder) {
     }
     missing.push_back(step);
   }
-  for (auto step = missing.rbegin(); step != missing.rend(); ++step) {
+  for (const WalkedFolder* step : std::views::reverse(missing)) {
     const Descriptor parent = current.descriptor;
-    current = openBelow(**step, parent.get());
+    current = openBelow(*step, parent.get());
     if (current.result != FolderOpening::opened) {
       return current;
     }
-    entries_.push_front({*step, current.descriptor});
+    entries_.push_front({step, current.descriptor});
     if (entries_.size() > capacity_) {
       entries_.pop_back();
     }
