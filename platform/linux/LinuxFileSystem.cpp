@@ -27,7 +27,7 @@ std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const std::string& folder
   // The reading threads change their working directory, against which a relative path would lose its meaning.
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
-  return error ? nullptr : std::make_unique<ReadAheadWalk>(absolute.native());
+  return std::make_unique<ReadAheadWalk>(error ? folder : absolute.native());
 }
 
 }  // namespace cirrovane

@@ -4,6 +4,7 @@
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <sys/stat.h>
@@ -52,6 +53,18 @@ TEST_F(LinuxFileSystemOnDisk, path_withANUL_isNotTakenForWhatStandsBeforeIt) {
   EXPECT_FALSE(fileSystem_.exists(folder_ / "folder\0/x"s));
   EXPECT_EQ(fileSystem_.enumerate(folder_ / "folder\0"s), nullptr);
   EXPECT_EQ(fileSystem_.enumerate(folder_ / "folder\0x"s), nullptr);
+}
+
+TEST_F(LinuxFileSystemOnDisk, relativePath_isWalkedFromWhereTheProcessStands) {
+  writeFile(folder_ / "folder/file");
+  const std::string relative = std::filesystem::relative(folder_ / "folder").native();
+  const auto walk = fileSystem_.enumerate(relative);
+  ASSERT_NE(walk, nullptr);
+  const ItemBatch* batch = walk->next();
+  ASSERT_NE(batch, nullptr);
+  const std::string path = batch->path(batch->items().front());
+  EXPECT_TRUE(path.starts_with('/')) << path;
+  EXPECT_EQ(std::filesystem::canonical(path), std::filesystem::canonical(folder_ / "folder/file"));
 }
 
 TEST_F(LinuxFileSystemOnDisk, homeDirectory_isThatOfTheRoot) {
