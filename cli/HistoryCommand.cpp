@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -30,6 +31,11 @@ void printSnapshot(const ScanSnapshot& snapshot, const TextStyle& style, Output&
                           style.dim(fmt::format("{}: {}", displayTitle(*snapshot.topBlockerReason),
                                                 displayText(snapshot.topBlockerFilePath.value_or("-"))))));
   }
+}
+
+std::string isCount(const std::string& text) {
+  std::int64_t value = 0;
+  return CLI::detail::lexical_cast(text, value) && value >= 0 ? "" : text + " is no whole number from 0 on";
 }
 
 ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
@@ -57,9 +63,7 @@ ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
 void addHistoryCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto limit = std::make_shared<std::optional<std::int64_t>>();
   CLI::App* command = app.add_subcommand("history", "Show the recorded scans, the newest first");
-  command->add_option("--limit", *limit, "Show at most N scans (default: all)")
-      ->check(CLI::NonNegativeNumber)
-      ->type_name("N");
+  command->add_option("--limit", *limit, "Show at most N scans (default: all)")->check(isCount)->type_name("N");
   addJSONOption(*command, chosen);
   command->callback(
       [&chosen, limit] { chosen.run = [limit](CommandContext& context) { return history(*limit, context); }; });

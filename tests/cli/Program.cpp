@@ -2,14 +2,17 @@
 
 #include "core/FolderNaming.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <pty.h>
 #include <signal.h>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -18,6 +21,22 @@ namespace cirrovane::test {
 
 ChildResult ctl(const std::vector<std::string>& arguments, const ChildOptions& options) {
   return runProgram(kProgram, arguments, options);
+}
+
+ChildResult ctlOnAFullDisk(const std::vector<std::string>& arguments) {
+  std::vector<std::string> shell = {"-c", "trap '' XFSZ; ulimit -f 0; exec \"$@\"", "sh", kProgram};
+  shell.insert(shell.end(), arguments.begin(), arguments.end());
+  return runProgram("/bin/sh", shell);
+}
+
+std::vector<std::string> namesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::ranges::sort(names);
+  return names;
 }
 
 nlohmann::json parsed(const std::string& text) {

@@ -21,6 +21,12 @@ inline const std::string kProgram = CIRROVANE_BIN_DIR "/cirrovanectl";
 /// Runs the program to its end, its output no terminal.
 ChildResult ctl(const std::vector<std::string>& arguments, const ChildOptions& options = {});
 
+/// The same on a disk that is full: no file can be given a byte.
+ChildResult ctlOnAFullDisk(const std::vector<std::string>& arguments);
+
+/// The names in a folder, in byte order; none when there is no such folder.
+std::vector<std::string> namesIn(const std::string& folder);
+
 /// The one JSON document in a program's output; fails the test, and is null, when it is none.
 nlohmann::json parsed(const std::string& text);
 
@@ -34,6 +40,9 @@ class MacTree {
   std::string iCloudDrive() const { return iCloudDrive_; }
   /// Adds a file below iCloud Drive, with the cloud state given as lines of key=value.
   std::string addFile(const std::string& name, const std::string& state = "") const;
+  /// The folder where the program keeps what it remembers.
+  std::string storeFolder() const { return root_ / "Users/demo/Library/Application Support/com.quillmere.Cirrovane"; }
+  std::string storePath(const std::string& name) const { return storeFolder() + "/" + name; }
 
  private:
   TemporaryFolder root_{CIRROVANE_TEST_DIR};
