@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,10 +25,13 @@ using std::chrono::steady_clock;
 /// Beyond this a number of seconds means "for ever", and would not fit the clock's arithmetic.
 constexpr Seconds kLongestTime{1e9};
 constexpr Seconds kDefaultInterval{5};
+/// Scans follow each other no faster, whatever the user asks for: the machine has other things to do.
+constexpr Seconds kShortestInterval{0.01};
 
 struct CheckOptions {
   std::vector<std::string> folders;
   bool waits = false;
+  /// Seconds; absent for no limit.
   std::optional<double> timeout;
   double interval = kDefaultInterval.count();
 };
@@ -61,7 +63,7 @@ SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::functi
     if (report.safeToClose || !options.waits || (deadline && now >= *deadline)) {
       return report;
     }
-    auto pause = asDuration(options.interval);
+    auto pause = asDuration(std::max(options.interval, kShortestInterval.count()));
     if (deadline) {
       pause = std::min(pause, *deadline - now);
     }
@@ -72,10 +74,16 @@ SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::functi
   }
 }
 
-/// The parser's own ranges let "nan" pass, which is no time to wait.
-std::string complaintAboutNaN(const std::string& text) {
-  double value = 0;
-  return CLI::detail::lexical_cast(text, value) && std::isnan(value) ? text + " is not a number" : "";
+// The parser's own ranges let "nan" pass, which is no time to wait, and name their limits with hundreds of digits.
+
+std::string complaintAboutTimeout(const std::string& text) {
+  double seconds = 0;
+  return CLI::detail::lexical_cast(text, seconds) && seconds >= 0 ? "" : text + " is no number of seconds from 0 on";
+}
+
+std::string complaintAboutInterval(const std::string& text) {
+  double seconds = 0;
+  return CLI::detail::lexical_cast(text, seconds) && seconds > 0 ? "" : text + " is no number of seconds above 0";
 }
 
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
@@ -107,13 +115,11 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
   command->add_option("FOLDER", options->folders, "Folders to scan")->check(isFolderArgument);
   CLI::Option* wait = command->add_flag("--wait", options->waits, "Scan again until it is safe, or time is up");
   command->add_option("--timeout", options->timeout, "With --wait: give up after S seconds (default: never)")
-      ->check(CLI::NonNegativeNumber)
-      ->check(complaintAboutNaN)
+      ->check(complaintAboutTimeout)
       ->needs(wait)
       ->type_name("S");
   command->add_option("--interval", options->interval, "With --wait: seconds between two scans (default: 5)")
-      ->check(CLI::PositiveNumber)
-      ->check(complaintAboutNaN)
+      ->check(complaintAboutInterval)
       ->needs(wait)
       ->type_name("S");
   addJSONOption(*command, chosen);

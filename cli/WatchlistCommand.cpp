@@ -2,6 +2,7 @@
 #include "cli/FolderArgument.h"
 #include "cli/TextStyle.h"
 #include "core/DisplayText.h"
+#include "platform/UTF8.h"
 #include "stores/WatchlistStore.h"
 
 #include <algorithm>
@@ -36,7 +37,7 @@ void printFolders(const std::vector<WatchFolder>& folders, CommandContext& conte
 
 ExitStatus finish(const WatchlistStore& store, CommandContext& context) {
   if (const std::optional<Failure>& failure = store.saveFailure()) {
-    return reportFailure(context, "The watchlist was not changed: " + failure->message);
+    return reportFailure(context, "The watchlist could not be saved: " + failure->message);
   }
   printFolders(store.folders(), context);
   return ExitStatus::done;
@@ -49,6 +50,12 @@ ExitStatus list(CommandContext& context) {
 }
 
 ExitStatus add(const Arguments& arguments, CommandContext& context) {
+  for (const std::string& argument : arguments) {
+    // The file could only hold another name, under which the folder would never be found again.
+    if (!isValidUTF8(absolutePath(argument))) {
+      return reportFailure(context, fmt::format("{} is not UTF-8, so it cannot be watched.", argument));
+    }
+  }
   WatchlistStore store = openWatchlist(context.machine);
   for (const std::string& argument : arguments) {
     const std::string path = absolutePath(argument);

@@ -178,6 +178,14 @@ TEST_F(Watchlist, add_ofAMissingFolder_warnsAndWatchesIt) {
   EXPECT_THAT(result.out, HasSubstr("later\n  /Volumes/later\n"));
 }
 
+TEST_F(Watchlist, add_ofAPathThatIsNotUTF8_isRefusedAndAddsNothing) {
+  writeTwoFolders();
+  const ChildResult result = watchlist({"add", "/Volumes/good", "/Volumes/bad\xff"});
+  EXPECT_EQ(result.exitStatus, 3);
+  EXPECT_EQ(result.err, "cirrovanectl: /Volumes/bad\\xff is not UTF-8, so it cannot be watched.\n");
+  EXPECT_THAT(paths(), ElementsAre("/Volumes/One", "/Volumes/Two"));
+}
+
 TEST_F(Watchlist, remove_byPathOrIdentifier_removesThatFolderAlone) {
   for (const std::string& argument :
        {std::string("/Volumes/One"), std::string("/Volumes/x/../One"), kFirstID, lowerCase(kFirstID)}) {
@@ -246,7 +254,7 @@ TEST_F(Watchlist, change_thatCannotBeWritten_isSaidAndLeavesTheFile) {
     EXPECT_EQ(result.exitStatus, 3) << more.front();
     EXPECT_THAT(result.out, IsEmpty()) << more.front();
     EXPECT_THAT(result.err,
-                AllOf(StartsWith("cirrovanectl: The watchlist was not changed: "), HasSubstr("watchlist.json")));
+                AllOf(StartsWith("cirrovanectl: The watchlist could not be saved: "), HasSubstr("watchlist.json")));
     EXPECT_EQ(readFile(file()), content) << more.front();
     EXPECT_THAT(namesIn(mac_.storeFolder()), ElementsAre("watchlist.json")) << more.front();
   }
@@ -257,7 +265,7 @@ TEST_F(Watchlist, storeFolder_thatIsAFile_failsChangesButShowsTheList) {
   const ChildResult result = watchlist({"add", mac_.path()});
   EXPECT_EQ(result.exitStatus, 3);
   EXPECT_THAT(result.out, IsEmpty());
-  EXPECT_THAT(result.err, StartsWith("cirrovanectl: The watchlist was not changed: "));
+  EXPECT_THAT(result.err, StartsWith("cirrovanectl: The watchlist could not be saved: "));
   EXPECT_EQ(readFile(mac_.storeFolder()), "in the way");
   EXPECT_EQ(watchlist().exitStatus, 0);
   EXPECT_THAT(paths(), ElementsAre(mac_.iCloudDrive()));
