@@ -98,7 +98,7 @@ class SeenBlockers {
 
   struct Slot {
     std::uint32_t index = kEmpty;
-    /// The part of the hash that did not choose the slot: it spares nearly every look at another blocker, far away.
+    /// The bits of the hash that did not choose the slot: they spare nearly every look at another blocker, far away.
     std::uint32_t hash = 0;
   };
 
