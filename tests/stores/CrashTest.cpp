@@ -25,9 +25,9 @@
 namespace cirrovane::test {
 namespace {
 
-constexpr int kKills = 2'000;
-constexpr int kKillsInsideASave = 500;
-constexpr int kMostKills = 20'000;
+constexpr int kKills = CIRROVANE_KILLS;
+constexpr int kKillsInsideASave = kKills / 4;
+constexpr int kMostKills = 10 * kKills;
 constexpr std::int64_t kFullHistory = 200;
 
 class CrashTest : public StoreTest {
