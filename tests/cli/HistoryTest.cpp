@@ -59,7 +59,9 @@ class History : public testing::Test {
     return ctl(more, {.workingDirectory = "", .environment = {{"TZ", "UTC"}}});
   }
   std::string file() const { return mac_.storePath("history.json"); }
-  void writeSnapshots() const { writeFile(file(), json{safeSnapshot(), unsafeSnapshot(), oldSnapshot()}.dump()); }
+  void writeSnapshots() const {
+    writeFile(file(), json::array({safeSnapshot(), unsafeSnapshot(), oldSnapshot()}).dump());
+  }
 
   const MacTree mac_;
 };
@@ -95,13 +97,13 @@ TEST_F(History, JSON_isWhatTheFileHolds) {
 }
 
 TEST_F(History, JSON_ofAnOlderScan_inventsNothing) {
-  writeFile(file(), json{oldSnapshot()}.dump());
-  EXPECT_EQ(parsed(history({"--json"}).out), (json{oldSnapshot()}));
+  writeFile(file(), json::array({oldSnapshot()}).dump());
+  EXPECT_EQ(parsed(history({"--json"}).out), (json::array({oldSnapshot()})));
 }
 
 TEST_F(History, order_isNotChanged) {
-  writeFile(file(), json{oldSnapshot(), safeSnapshot(), unsafeSnapshot()}.dump());
-  EXPECT_EQ(parsed(history({"--json"}).out), (json{oldSnapshot(), safeSnapshot(), unsafeSnapshot()}));
+  writeFile(file(), json::array({oldSnapshot(), safeSnapshot(), unsafeSnapshot()}).dump());
+  EXPECT_EQ(parsed(history({"--json"}).out), (json::array({oldSnapshot(), safeSnapshot(), unsafeSnapshot()})));
 }
 
 TEST_F(History, limit_showsTheFirst) {
@@ -109,8 +111,8 @@ TEST_F(History, limit_showsTheFirst) {
   const std::string content = readFile(file());
   EXPECT_EQ(history({"--limit", "0", "--json"}).out, "[]\n");
   EXPECT_EQ(history({"--limit", "0"}).exitStatus, 0);
-  EXPECT_EQ(parsed(history({"--limit", "1", "--json"}).out), (json{safeSnapshot()}));
-  EXPECT_EQ(parsed(history({"--limit=2", "--json"}).out), (json{safeSnapshot(), unsafeSnapshot()}));
+  EXPECT_EQ(parsed(history({"--limit", "1", "--json"}).out), (json::array({safeSnapshot()})));
+  EXPECT_EQ(parsed(history({"--limit=2", "--json"}).out), (json::array({safeSnapshot(), unsafeSnapshot()})));
   for (const char* limit : {"3", "4", "1000000", "9223372036854775807", "9223372036854775808"}) {
     EXPECT_EQ(parsed(history({"--limit", limit, "--json"}).out).size(), 3U) << limit;
   }
@@ -132,7 +134,8 @@ TEST_F(History, limit_thatIsNoCount_givesStatus2AndSaysSo) {
 TEST_F(History, corruptFile_isEmptyAndLeftAlone) {
   json incomplete = safeSnapshot();
   incomplete.erase("pendingUploads");
-  for (const std::string& content : {std::string("{}"), std::string("[{"), std::string(), json{incomplete}.dump()}) {
+  for (const std::string& content :
+       {std::string("{}"), std::string("[{"), std::string(), json::array({incomplete}).dump()}) {
     writeFile(file(), content);
     const ChildResult result = history({"--json"});
     EXPECT_EQ(result.exitStatus, 0) << content;

@@ -92,7 +92,8 @@ TEST_F(Incidents, JSON_isWhatTheFileHolds) {
 }
 
 TEST_F(Incidents, text_tellsEachInTheOrderOfTheFile) {
-  writeFile(file(), json{incident(kResolvedError, "error", true), incident(kActiveWarning, "warning", false)}.dump());
+  writeFile(file(),
+            json::array({incident(kResolvedError, "error", true), incident(kActiveWarning, "warning", false)}).dump());
   EXPECT_EQ(incidents().out,
             "resolved  Network: Default route\n          There is none.\n"
             "          seen 3 x, 2026-11-14 08:05 to 2026-11-15 18:21  " +
@@ -107,7 +108,7 @@ TEST_F(Incidents, text_escapesWhatCouldDeceive) {
   json record = incident(kActiveError, "error", false);
   record["title"] = "a\x1b[2J\nSAFE";
   record["lastDetail"] = "b\xE2\x80\xAEx";
-  writeFile(file(), json{record}.dump());
+  writeFile(file(), json::array({record}).dump());
   EXPECT_THAT(incidents().out, AllOf(StartsWith("error     Network: a\\x1b[2J\\nSAFE\n          b\\u{202e}x\n"),
                                      Not(HasSubstr("\x1b")), Not(HasSubstr("\xE2\x80\xAE"))));
 }
@@ -140,7 +141,7 @@ TEST_F(Incidents, scopeAndSeverity_showWhatPassesBoth) {
 }
 
 TEST_F(Incidents, filter_thatNothingPasses_saysSo) {
-  writeFile(file(), json{incident(kActiveError, "error", false)}.dump());
+  writeFile(file(), json::array({incident(kActiveError, "error", false)}).dump());
   EXPECT_EQ(incidents({"--scope", "resolved"}).out, "No incidents.\n");
   EXPECT_EQ(incidents({"--scope", "resolved", "--json"}).out, "[]\n");
 }

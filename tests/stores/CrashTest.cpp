@@ -1,12 +1,14 @@
 // Saves without end in child processes that are killed at random moments: after each kill the file has to be one whole
 // document, the old or the new one.
 
+#include "platform/posix/FileDescriptor.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
 #include "stores/WatchlistStore.h"
 #include "tests/stores/StoreFixture.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -42,7 +44,9 @@ class CrashTest : public StoreTest {
 
   /// Kills children that save, until there were enough kills, and enough of them between the birth of a temporary file
   /// and its rename; checks the document after each.
-  void killSavers(const std::function<void()>& saveForever, const std::function<void()>& checkDocument) {
+  /// The saver says when it is about to save, so that no time to die is wasted on its beginnings.
+  void killSavers(const std::function<void(const std::function<void()>& sayReady)>& saveForever,
+                  const std::function<void()>& checkDocument) {
     // A fixed seed repeats the choice of moments, though not what the machine does in them.
     std::mt19937 random(20'261'121);
     std::uniform_int_distribution<int> microseconds(0, 3'000);
@@ -50,12 +54,19 @@ class CrashTest : public StoreTest {
     int killsInsideASave = 0;
     std::size_t mostTemporaryFiles = 0;
     while ((kills < kKills || killsInsideASave < kKillsInsideASave) && kills < kMostKills && !HasFailure()) {
+      std::array<int, 2> ends{};
+      ASSERT_EQ(pipe(ends.data()), 0);
+      const FileDescriptor readEnd(ends[0]);
+      FileDescriptor writeEnd(ends[1]);
       const pid_t child = fork();
       ASSERT_GE(child, 0);
       if (child == 0) {
-        saveForever();
+        saveForever([&] { static_cast<void>(!write(writeEnd.get(), "", 1)); });
         _exit(1);
       }
+      writeEnd = FileDescriptor();
+      char ready = 0;
+      ASSERT_EQ(read(readEnd.get(), &ready, 1), 1);
       std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
       kill(child, SIGKILL);
       int status = 0;
@@ -85,8 +96,9 @@ TEST_F(CrashTest, watchlistKilledWhileSaving_isTheOldOrTheNewList) {
     store.addFolder(pathOf(number));
   }
   killSavers(
-      [&] {
+      [&](const auto& sayReady) {
         WatchlistStore saver(fileSystem_, storage_, collation_);
+        sayReady();
         while (true) {
           saver.addFolder(pathOf(kFolders));
           saver.removeFolder(saver.folders().back().id);
@@ -117,8 +129,9 @@ TEST_F(CrashTest, historyKilledWhileSaving_isTheOldOrTheNewHistory) {
   }
   std::int64_t latest = kFullHistory - 1;
   killSavers(
-      [&] {
+      [&](const auto& sayReady) {
         ScanHistoryStore saver(fileSystem_, storage_);
+        sayReady();
         for (std::int64_t number = latest + 1;; ++number) {
           record(saver, number);
         }
@@ -148,8 +161,9 @@ TEST_F(CrashTest, incidentsKilledWhileSaving_areTheOldOrTheNewOnes) {
   merge(store, 1);
   std::int64_t latest = 1;
   killSavers(
-      [&] {
+      [&](const auto& sayReady) {
         IncidentStore saver(fileSystem_, storage_, clock_);
+        sayReady();
         for (std::int64_t number = latest + 1;; ++number) {
           merge(saver, number);
         }
