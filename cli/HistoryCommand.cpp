@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -18,12 +19,10 @@ namespace cirrovane {
 namespace {
 
 void printSnapshot(const ScanSnapshot& snapshot, const TextStyle& style, Output& out) {
-  const HealthState colour = snapshot.safeToClose                   ? HealthState::safe
-                             : snapshot.status == HealthState::safe ? HealthState::warning
-                                                                    : snapshot.status;
+  const std::string_view verdict = snapshot.safeToClose ? "safe    " : "not safe";
   out.write(fmt::format("{}  {}  trust {:>3}  local {:>3}  {} pending, {} blockers\n",
                         localTimeText(snapshot.timestamp),
-                        style.inStateColour(colour, snapshot.safeToClose ? "safe    " : "not safe"), snapshot.score,
+                        style.inVerdictColour(snapshot.safeToClose, snapshot.status, verdict), snapshot.score,
                         snapshot.localAvailabilityScore ? fmt::to_string(*snapshot.localAvailabilityScore) : "-",
                         snapshot.pendingUploads, snapshot.blockerCount));
   if (snapshot.topBlockerReason) {

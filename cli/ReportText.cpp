@@ -36,11 +36,8 @@ class Page {
 };
 
 void addVerdict(Page& page, const SyncHealthReport& report, const TextStyle& style) {
-  // Not safe is never shown in the colour of safe, whatever made it so.
-  const HealthState colour = report.safeToClose                   ? HealthState::safe
-                             : report.status == HealthState::safe ? HealthState::warning
-                                                                  : report.status;
-  page.line("{}", style.bold(style.inStateColour(colour, report.safeToClose ? "SAFE TO CLOSE" : "NOT SAFE TO CLOSE")));
+  const std::string_view verdict = report.safeToClose ? "SAFE TO CLOSE" : "NOT SAFE TO CLOSE";
+  page.line("{}", style.bold(style.inVerdictColour(report.safeToClose, report.status, verdict)));
   page.blank();
 }
 

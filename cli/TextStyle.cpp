@@ -16,6 +16,13 @@ std::string TextStyle::inStateColour(HealthState state, std::string_view text) c
   return wrap("31", text);
 }
 
+std::string TextStyle::inVerdictColour(bool safeToClose, HealthState state, std::string_view text) const {
+  if (safeToClose) {
+    return inStateColour(HealthState::safe, text);
+  }
+  return inStateColour(state == HealthState::safe ? HealthState::warning : state, text);
+}
+
 std::string TextStyle::wrap(std::string_view code, std::string_view text) const {
   return isColoured_ ? fmt::format("\x1b[{}m{}\x1b[0m", code, text) : std::string(text);
 }

@@ -17,6 +17,8 @@ class TextStyle {
   std::string dim(std::string_view text) const { return wrap("2", text); }
   /// In the colour of a health state.
   std::string inStateColour(HealthState state, std::string_view text) const;
+  /// In the colour of a verdict: not safe never has the colour of safe, whatever the state beside it.
+  std::string inVerdictColour(bool safeToClose, HealthState state, std::string_view text) const;
 
  private:
   std::string wrap(std::string_view code, std::string_view text) const;
