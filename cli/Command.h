@@ -37,6 +37,8 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen);
 void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen);
 void addHistoryCommand(CLI::App& app, ChosenCommand& chosen);
 void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen);
+void addDiagnoseCommand(CLI::App& app, ChosenCommand& chosen);
+void addStatusCommand(CLI::App& app, ChosenCommand& chosen);
 
 /// Adds the option --json to a subcommand.
 void addJSONOption(CLI::App& command, ChosenCommand& chosen);

@@ -16,6 +16,20 @@ std::string TextStyle::inStateColour(HealthState state, std::string_view text) c
   return wrap("31", text);
 }
 
+std::string TextStyle::inSeverityColour(DiagnosticSeverity severity, std::string_view text) const {
+  switch (severity) {
+    case DiagnosticSeverity::ok:
+      return inStateColour(HealthState::safe, text);
+    case DiagnosticSeverity::warning:
+      return inStateColour(HealthState::warning, text);
+    case DiagnosticSeverity::error:
+      return inStateColour(HealthState::danger, text);
+    case DiagnosticSeverity::info:
+      break;
+  }
+  return wrap("36", text);
+}
+
 std::string TextStyle::inVerdictColour(bool safeToClose, HealthState state, std::string_view text) const {
   if (safeToClose) {
     return inStateColour(HealthState::safe, text);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/HealthState.h"
+#include "diagnostics/DiagnosticFinding.h"
 
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ class TextStyle {
   std::string dim(std::string_view text) const { return wrap("2", text); }
   /// In the colour of a health state.
   std::string inStateColour(HealthState state, std::string_view text) const;
+  /// In the colour of a finding's severity.
+  std::string inSeverityColour(DiagnosticSeverity severity, std::string_view text) const;
   /// In the colour of a verdict: not safe never has the colour of safe, whatever the state beside it.
   std::string inVerdictColour(bool safeToClose, HealthState state, std::string_view text) const;
 

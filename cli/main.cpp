@@ -5,6 +5,7 @@
 #include "core/DisplayText.h"
 #include "platform/Machine.h"
 
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -75,6 +76,8 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addWatchlistCommand(app, chosen);
   addHistoryCommand(app, chosen);
   addIncidentsCommand(app, chosen);
+  addDiagnoseCommand(app, chosen);
+  addStatusCommand(app, chosen);
   try {
     app.parse(argumentCount, arguments);
   } catch (const CLI::ParseError& error) {
@@ -89,6 +92,8 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) {
   cirrovane::ignoreClosedPipes();
+  // Whoever started us may have had no interest in its children's ends; we have one in ours.
+  std::signal(SIGCHLD, SIG_DFL);
   try {
     return static_cast<int>(cirrovane::runCommandLine(argumentCount, arguments));
   } catch (const std::exception& error) {

@@ -51,4 +51,8 @@ std::string displayText(std::string_view text) {
   return out;
 }
 
+std::string displayOutput(std::string_view text) {
+  return displayText(text.substr(0, text.find_last_not_of(" \t\r\n") + 1));
+}
+
 }  // namespace cirrovane

@@ -67,6 +67,14 @@ bool readJSON(const nlohmann::json& json, std::int64_t& target) {
   return true;
 }
 
+bool readJSON(const nlohmann::json& json, std::uint64_t& target) {
+  if (!json.is_number_unsigned()) {
+    return false;
+  }
+  target = json.get<std::uint64_t>();
+  return true;
+}
+
 bool readJSON(const nlohmann::json& json, double& target) {
   if (!json.is_number()) {
     return false;

@@ -22,6 +22,7 @@ std::optional<nlohmann::json> parseJSON(std::string_view text);
 /// or lacks a key. The target may then be half filled.
 bool readJSON(const nlohmann::json& json, bool& target);
 bool readJSON(const nlohmann::json& json, std::int64_t& target);
+bool readJSON(const nlohmann::json& json, std::uint64_t& target);
 bool readJSON(const nlohmann::json& json, double& target);
 bool readJSON(const nlohmann::json& json, std::string& target);
 bool readJSON(const nlohmann::json& json, UUID& target);

@@ -55,6 +55,10 @@ void JSONWriter::write(std::int64_t value) {
   fmt::format_to(std::back_inserter(buffer_), "{}", value);
 }
 
+void JSONWriter::write(std::uint64_t value) {
+  fmt::format_to(std::back_inserter(buffer_), "{}", value);
+}
+
 void JSONWriter::write(double value) {
   // JSON has no infinity and no NaN; a measurement that is neither a number is written as none.
   if (!std::isfinite(value)) {

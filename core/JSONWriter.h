@@ -35,6 +35,7 @@ class JSONWriter {
 
   void write(bool value) { buffer_ += value ? "true" : "false"; }
   void write(std::int64_t value);
+  void write(std::uint64_t value);
   void write(double value);
   void write(std::string_view text);
   void write(const std::string& text) { write(std::string_view(text)); }

@@ -2,6 +2,7 @@
 
 #include "platform/Time.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -53,6 +54,13 @@ class FolderWalk {
   virtual const ItemBatch* next() = 0;
 };
 
+/// Sizes of the volume that holds a folder, in bytes; absent when the system does not give them.
+struct VolumeCapacities {
+  /// What the user can still store, as much as the system would clear for that included.
+  std::optional<std::int64_t> availableForImportantUsage;
+  std::optional<std::int64_t> total;
+};
+
 /// The files of this machine. Callable on any thread.
 class FileSystem {
  public:
@@ -64,6 +72,8 @@ class FileSystem {
   /// A walk over the items below the folder, recursive, without hidden items and without the contents of packages.
   /// What cannot be listed is passed over. nullptr when no walk can be made, which counts as a folder without items.
   virtual std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const = 0;
+
+  virtual VolumeCapacities volumeCapacities(const std::string& folder) const = 0;
 
   /// The user's home folder, without a trailing slash.
   virtual std::string homeDirectory() const = 0;

@@ -2,9 +2,11 @@
 
 #include "platform/Clock.h"
 #include "platform/Collation.h"
+#include "platform/CommandRunner.h"
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
 #include "platform/Result.h"
+#include "platform/SystemInformation.h"
 #include "platform/UserDefaults.h"
 
 #include <memory>
@@ -18,6 +20,8 @@ class Machine {
   virtual ~Machine() = default;
   virtual const FileSystem& fileSystem() const = 0;
   virtual const FileStorage& fileStorage() const = 0;
+  virtual const CommandRunner& commandRunner() const = 0;
+  virtual const SystemInformation& systemInformation() const = 0;
   virtual const Clock& clock() const = 0;
   virtual const Collation& collation() const = 0;
   virtual UserDefaults& userDefaults() = 0;

@@ -1,10 +1,14 @@
 #include "platform/linux/LinuxFileSystem.h"
 
+#include "platform/linux/MachineFacts.h"
 #include "platform/linux/ReadAheadWalk.h"
 
 #include <filesystem>
+#include <sys/statvfs.h>
 #include <system_error>
 #include <unistd.h>
+
+#include <nlohmann/json.hpp>
 
 namespace cirrovane {
 namespace {
@@ -12,6 +16,18 @@ namespace {
 /// The system would take the path to end at a NUL and answer for another item.
 bool isAddressable(const std::string& path) {
   return path.find('\0') == std::string::npos;
+}
+
+VolumeCapacities hostCapacities(const std::string& folder) {
+  struct statvfs volume {};
+  if (!isAddressable(folder) || statvfs(folder.c_str(), &volume) != 0) {
+    return {};
+  }
+  const auto inBytes = [&](fsblkcnt_t blocks) {
+    std::int64_t bytes = 0;
+    return __builtin_mul_overflow(blocks, volume.f_frsize, &bytes) ? std::nullopt : std::optional(bytes);
+  };
+  return {inBytes(volume.f_bavail), inBytes(volume.f_blocks)};
 }
 
 }  // namespace
@@ -28,6 +44,14 @@ std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const std::string& folder
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
   return std::make_unique<ReadAheadWalk>(error ? folder : absolute.native());
+}
+
+VolumeCapacities LinuxFileSystem::volumeCapacities(const std::string& folder) const {
+  if (root_.describesHost()) {
+    return hostCapacities(folder);
+  }
+  const nlohmann::json volume = root_.facts().value("volume", nlohmann::json::object());
+  return {integerFact(volume, "availableForImportantUsage"), integerFact(volume, "total")};
 }
 
 }  // namespace cirrovane

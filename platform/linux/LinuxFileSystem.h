@@ -16,6 +16,7 @@ class LinuxFileSystem final : public FileSystem {
 
   bool exists(const std::string& path) const override;
   std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  VolumeCapacities volumeCapacities(const std::string& folder) const override;
   std::string homeDirectory() const override { return root_.homeDirectory(); }
   std::optional<std::string> applicationSupportDirectory() const override {
     return root_.applicationSupportDirectory();

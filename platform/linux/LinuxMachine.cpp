@@ -1,6 +1,8 @@
 #include "platform/Machine.h"
 #include "platform/linux/ICUCollation.h"
+#include "platform/linux/LinuxCommandRunner.h"
 #include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/LinuxSystemInformation.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/MacRoot.h"
 #include "platform/posix/PosixFileStorage.h"
@@ -16,6 +18,8 @@ class LinuxMachine final : public Machine {
 
   const FileSystem& fileSystem() const override { return fileSystem_; }
   const FileStorage& fileStorage() const override { return fileStorage_; }
+  const CommandRunner& commandRunner() const override { return commandRunner_; }
+  const SystemInformation& systemInformation() const override { return systemInformation_; }
   const Clock& clock() const override { return clock_; }
   const Collation& collation() const override { return collation_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
@@ -24,6 +28,8 @@ class LinuxMachine final : public Machine {
   MacRoot root_;
   LinuxFileSystem fileSystem_{root_};
   PosixFileStorage fileStorage_;
+  LinuxCommandRunner commandRunner_{root_};
+  LinuxSystemInformation systemInformation_{root_};
   SystemClock clock_;
   ICUCollation collation_;
   LinuxUserDefaults userDefaults_{root_, fileStorage_};

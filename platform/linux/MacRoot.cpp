@@ -184,6 +184,21 @@ json MacRoot::facts() const {
   return facts && !complaintAbout(*facts) ? *facts : json::object();
 }
 
+std::optional<std::map<std::string, std::string>> MacRoot::environment() const {
+  const json facts = this->facts();
+  const auto described = facts.find("environment");
+  if (described == facts.end()) {
+    return std::nullopt;
+  }
+  std::map<std::string, std::string> variables;
+  for (const auto& [name, value] : described->items()) {
+    if (value.is_string()) {
+      variables.emplace(name, value.get<std::string>());
+    }
+  }
+  return variables;
+}
+
 std::string MacRoot::homeDirectory() const {
   if (isHost()) {
     return withoutTrailingSlashes(hostHomeDirectory());

@@ -2,6 +2,8 @@
 
 #include "platform/Result.h"
 
+#include <map>
+#include <optional>
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
@@ -23,6 +25,9 @@ class MacRoot {
 
   /// The machine.json as it is now; an empty object when there is none, or when it has become unreadable since.
   nlohmann::json facts() const;
+
+  /// The environment that programs on this Mac see; absent when that is our own.
+  std::optional<std::map<std::string, std::string>> environment() const;
 
   /// The user's home folder as a real path, without a trailing slash.
   std::string homeDirectory() const;

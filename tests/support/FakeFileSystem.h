@@ -46,6 +46,11 @@ class FakeFileSystem final : public FileSystem {
   bool exists(const std::string& path) const override { return existing_.contains(path); }
   /// nullptr for a folder that was only made to exist.
   std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  VolumeCapacities volumeCapacities(const std::string& folder) const override {
+    const auto found = capacities_.find(folder);
+    return found == capacities_.end() ? VolumeCapacities() : found->second;
+  }
+  void setVolumeCapacities(const std::string& folder, const VolumeCapacities& sizes) { capacities_[folder] = sizes; }
   std::string homeDirectory() const override { return home_; }
   std::optional<std::string> applicationSupportDirectory() const override { return applicationSupport_; }
   void setApplicationSupportDirectory(std::optional<std::string> path) { applicationSupport_ = std::move(path); }
@@ -56,6 +61,7 @@ class FakeFileSystem final : public FileSystem {
  private:
   std::set<std::string> existing_;
   std::map<std::string, std::vector<FakeItem>> folders_;
+  std::map<std::string, VolumeCapacities> capacities_;
   std::string home_ = "/Users/test";
   std::optional<std::string> applicationSupport_;
   std::size_t batchSize_ = 3;

@@ -1,0 +1,89 @@
+#include "cli/Command.h"
+#include "cli/TextStyle.h"
+#include "core/DisplayText.h"
+#include "core/ICloudScanEngine.h"
+#include "diagnostics/PlatformDiagnosticsService.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+void printFindings(const std::vector<DiagnosticFinding>& findings, const TextStyle& style, Output& out) {
+  std::size_t width = 0;
+  for (const DiagnosticFinding& finding : findings) {
+    width = std::max(width, finding.title.size());
+  }
+  for (const DiagnosticFinding& finding : findings) {
+    const std::string severity = fmt::format("{:<7}", rawValue(finding.severity));
+    out.write(fmt::format("{}  {:<11}  {}  {}\n", style.inSeverityColour(finding.severity, severity),
+                          rawValue(finding.domain), style.bold(fmt::format("{:<{}}", finding.title, width)),
+                          displayOutput(finding.detail)));
+  }
+}
+
+ExitStatus diagnose(std::optional<DiagnosticDomain> domain, CommandContext& context) {
+  const Machine& machine = context.machine;
+  const std::vector<WatchFolder> folders = openWatchlist(machine).folders();
+  const SyncHealthReport report = ICloudScanEngine(machine.fileSystem(), machine.clock()).scan(folders);
+  const PlatformDiagnosticsService service(machine.commandRunner(), machine.systemInformation(), machine.fileSystem(),
+                                           machine.clock());
+  const std::vector<DiagnosticFinding> findings =
+      domain ? service.collect(*domain, report, folders) : service.collect(report, folders);
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, findings);
+  } else {
+    printFindings(findings, TextStyle(context.out.isColoured()), context.out);
+  }
+  return ExitStatus::done;
+}
+
+/// The domain of a name in any case; absent for any other text.
+std::optional<DiagnosticDomain> domainNamed(const std::string& name) {
+  for (const auto& [domain, text] : kDiagnosticDomains) {
+    if (CLI::detail::to_lower(name) == CLI::detail::to_lower(std::string(text))) {
+      return domain;
+    }
+  }
+  return std::nullopt;
+}
+
+std::string domainNames() {
+  std::vector<std::string> names;
+  for (const auto& [domain, text] : kDiagnosticDomains) {
+    names.push_back(CLI::detail::to_lower(std::string(text)));
+  }
+  return fmt::format("{}", fmt::join(names, ", "));
+}
+
+std::string complaintAboutDomain(const std::string& name) {
+  return domainNamed(name) ? "" : fmt::format("There is no domain {}, only {}", name, domainNames());
+}
+
+}  // namespace
+
+void addDiagnoseCommand(CLI::App& app, ChosenCommand& chosen) {
+  const auto domain = std::make_shared<std::string>();
+  CLI::App* command = app.add_subcommand("diagnose", "Judge the machine and its connection to iCloud");
+  command->footer(
+      "Scans the watchlist first, since some findings are about it. Nothing is recorded.\n\n"
+      "Examples:\n"
+      "  cirrovanectl diagnose\n"
+      "  cirrovanectl diagnose network\n"
+      "  cirrovanectl diagnose --json | jq -r '.[] | select(.severity == \"error\") | .detail'");
+  command->add_option("DOMAIN", *domain, "One of " + domainNames() + " (default: all)")->check(complaintAboutDomain);
+  addJSONOption(*command, chosen);
+  command->callback([&chosen, domain] {
+    chosen.run = [domain](CommandContext& context) { return diagnose(domainNamed(*domain), context); };
+  });
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,44 @@
+#include "diagnostics/PowerReading.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace cirrovane {
+namespace {
+
+/// The nearest integer; for a number beyond all integers the last one on that side.
+std::int64_t rounded(double value) {
+  constexpr double kBeyond = 0x1p62;
+  return std::llround(std::clamp(value, -kBeyond, kBeyond));
+}
+
+}  // namespace
+
+BatteryStatus batteryStatus(const std::vector<PowerSource>& sources) {
+  for (const PowerSource& source : sources) {
+    if (source.maximumCapacity.value_or(0) >= 1) {
+      const double share = source.currentCapacity.value_or(0) / static_cast<double>(*source.maximumCapacity);
+      return {rounded(share * 100), source.isCharging};
+    }
+  }
+  return {};
+}
+
+std::string_view thermalStateName(std::optional<ThermalState> state) {
+  if (!state) {
+    return "Unknown";
+  }
+  switch (*state) {
+    case ThermalState::nominal:
+      return "Nominal";
+    case ThermalState::fair:
+      return "Fair";
+    case ThermalState::serious:
+      return "Serious";
+    case ThermalState::critical:
+      break;
+  }
+  return "Critical";
+}
+
+}  // namespace cirrovane

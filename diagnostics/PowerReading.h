@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/SystemInformation.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace cirrovane {
+
+/// The machine's battery; both values are absent where there is none.
+struct BatteryStatus {
+  /// Charge in percent.
+  std::optional<std::int64_t> percent;
+  std::optional<bool> charging;
+};
+
+/// The battery is the first source that tells how much it can hold.
+BatteryStatus batteryStatus(const std::vector<PowerSource>& sources);
+
+/// "Nominal", "Fair", "Serious", "Critical", or "Unknown".
+std::string_view thermalStateName(std::optional<ThermalState> state);
+
+}  // namespace cirrovane
