@@ -18,5 +18,7 @@ void addSettleCommand(CLI::App& app, Action& chosen);
 void addUnsettleCommand(CLI::App& app, Action& chosen);
 void addSetCommand(CLI::App& app, Action& chosen);
 void addFactCommand(CLI::App& app, Action& chosen);
+void addProcessCommand(CLI::App& app, Action& chosen);
+void addNetworkCommand(CLI::App& app, Action& chosen);
 
 }  // namespace cirrovane::demo

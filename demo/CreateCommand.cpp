@@ -37,7 +37,9 @@ void tell(const DemoMac& mac, std::ostream& out) {
       << "  cirrovane-demo-mac set " << pending << " isUploaded=true\n"
       << "  cirrovane-demo-mac settle " << root << "     # now it is safe to close\n"
       << "  cirrovane-demo-mac unsettle " << root << "   # as at first\n"
-      << "  cirrovane-demo-mac fact " << root << " thermalState '\"serious\"'\n";
+      << "  cirrovane-demo-mac fact " << root << " thermalState '\"serious\"'\n"
+      << "  cirrovane-demo-mac process " << root << " bird off\n"
+      << "  cirrovane-demo-mac network " << root << " off\n";
 }
 
 }  // namespace
@@ -48,6 +50,7 @@ void addCreateCommand(CLI::App& app, Action& chosen) {
   command->footer(
       "DIR is made when it does not exist. It may be empty, or a demo Mac, which is then made anew: everything in it\n"
       "is removed. Any other folder is left alone. It must lie on a file system with extended attributes.\n\n"
+      "Besides files it holds a Mac's commands: DIR/usr/bin/pgrep and the like, and a brew that installs.\n\n"
       "Example:\n"
       "  cirrovane-demo-mac create ~/demo-mac\n"
       "  cirrovanectl --mac-root ~/demo-mac check");

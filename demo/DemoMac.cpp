@@ -3,7 +3,10 @@
 #include "demo/CloudAttribute.h"
 #include "demo/Failure.h"
 #include "demo/FolderInMaking.h"
+#include "demo/MacCommands.h"
 #include "demo/MachineFacts.h"
+#include "demo/Network.h"
+#include "demo/RunningProcesses.h"
 #include "demo/SampleContent.h"
 #include "demo/SampleFiles.h"
 #include "demo/SampleWatchlist.h"
@@ -123,6 +126,9 @@ DemoMac DemoMac::create(const fs::path& root) {
   placeSamples(home);
   writeWatchlist(watchlistPath(home), sampleWatchlist(mac.home()));
   writeFacts(folder.content(), sampleFacts());
+  placeCommands(folder.content());
+  writeSampleProcesses(folder.content());
+  setNetwork(folder.content(), true);
   folder.finish();
   return mac;
 }

@@ -49,7 +49,7 @@ void addUnsettleCommand(CLI::App& app, Action& chosen) {
   CLI::App* command = app.add_subcommand("unsettle", "Bring back the troubles that \"create\" made");
   command->footer(
       "States, ages and the watchlist become those of a new demo Mac; ages count from now. Files that you added, and\n"
-      "what you wrote into others, stay, and so does what \"fact\" set.");
+      "what you wrote into others, stay, and so does what \"fact\", \"process\" and \"network\" set.");
   addPathArgument(*command, "DIR", *folder, "A demo Mac");
   command->callback([&chosen, folder] { chosen = [folder](std::ostream& out) { unsettle(*folder, out); }; });
 }

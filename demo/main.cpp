@@ -60,6 +60,8 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addUnsettleCommand(app, chosen);
   addSetCommand(app, chosen);
   addFactCommand(app, chosen);
+  addProcessCommand(app, chosen);
+  addNetworkCommand(app, chosen);
   try {
     app.parse(argumentCount, arguments);
   } catch (const CLI::ParseError& error) {

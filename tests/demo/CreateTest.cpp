@@ -315,7 +315,7 @@ TEST_F(CreateTest, commandLine_wrongUsage_exitsWithTwo) {
 TEST_F(CreateTest, help_asked_teachesEveryCommand) {
   const ChildResult result = demo({"--help"});
   EXPECT_EQ(result.exitStatus, 0);
-  for (const std::string command : {"create", "settle", "unsettle", "set", "fact"}) {
+  for (const std::string command : {"create", "settle", "unsettle", "set", "fact", "process", "network"}) {
     EXPECT_THAT(result.out, HasSubstr("  " + command + " "));
     const ChildResult help = demo({command, "--help"});
     EXPECT_EQ(help.exitStatus, 0);

@@ -79,6 +79,12 @@ ChildResult DemoMacTest::succeed(const std::string& command) const {
   return result;
 }
 
+ChildResult DemoMacTest::onMac(const std::string& path, const std::vector<std::string>& arguments,
+                               ChildOptions options) const {
+  options.environment.try_emplace("PATH", "/usr/bin:/bin:/usr/sbin:/sbin");
+  return runProgram(root() + path, arguments, options);
+}
+
 ChildResult DemoMacTest::check(const std::vector<std::string>& folders) const {
   std::vector<std::string> arguments = {"--mac-root", root(), "check", "--json"};
   arguments.insert(arguments.end(), folders.begin(), folders.end());

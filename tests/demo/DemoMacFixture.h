@@ -46,6 +46,9 @@ class DemoMacTest : public ::testing::Test {
   ChildResult demo(const std::vector<std::string>& arguments, const ChildOptions& options = {}) const;
   /// Runs one command on the demo Mac, which must succeed.
   ChildResult succeed(const std::string& command) const;
+  /// Runs a command of the Mac's own by its path on that Mac, with a Mac's PATH unless told another one.
+  ChildResult onMac(const std::string& path, const std::vector<std::string>& arguments,
+                    ChildOptions options = {}) const;
   ChildResult check(const std::vector<std::string>& folders = {}) const;
   nlohmann::json report(const std::vector<std::string>& folders = {}) const;
 

@@ -1,0 +1,52 @@
+#include "demo/Arguments.h"
+#include "demo/Command.h"
+#include "demo/DemoMac.h"
+#include "demo/RunningProcesses.h"
+
+#include <algorithm>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace cirrovane::demo {
+namespace {
+
+struct ProcessOptions {
+  std::string folder;
+  std::string name;
+  bool isOn = false;
+};
+
+void switchProcess(const ProcessOptions& options, std::ostream& out) {
+  const std::filesystem::path root = DemoMac::open(absolutePath(options.folder)).root();
+  const bool hasChanged = options.isOn ? startProcess(root, options.name) : stopProcess(root, options.name);
+  out << options.name << (hasChanged ? " is now " : " is already ") << (options.isOn ? "running" : "off") << ".\n";
+}
+
+std::string complaintAboutName(const std::string& name) {
+  const bool isGood = !name.empty() && std::ranges::none_of(name, [](char letter) {
+    const auto byte = static_cast<unsigned char>(letter);
+    return byte <= ' ' || byte == 0x7f || byte == '/';
+  });
+  return isGood ? "" : "The name of a process has no blank, line break or slash.";
+}
+
+}  // namespace
+
+void addProcessCommand(CLI::App& app, Action& chosen) {
+  const auto options = std::make_shared<ProcessOptions>();
+  CLI::App* command = app.add_subcommand("process", "Start or stop a process, as pgrep sees it");
+  command->footer(
+      "On a new demo Mac bird, cloudd, fileproviderd and Finder run. DIR/processes.txt lists them, one a line.\n\n"
+      "Examples:\n"
+      "  cirrovane-demo-mac process ~/demo-mac bird off\n"
+      "  cirrovane-demo-mac process ~/demo-mac smartctl on");
+  addPathArgument(*command, "DIR", options->folder, "A demo Mac");
+  command->add_option("NAME", options->name, "The process")->required()->type_name("")->check(complaintAboutName);
+  addSwitchArgument(*command, options->isOn, "Whether it is to run");
+  command->callback([&chosen, options] { chosen = [options](std::ostream& out) { switchProcess(*options, out); }; });
+}
+
+}  // namespace cirrovane::demo
