@@ -12,7 +12,6 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::Gt;
-using ::testing::HasSubstr;
 using ::testing::Lt;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
