@@ -119,12 +119,11 @@ std::optional<FoundNumber> temperatureNumber(std::string_view text) {
 }  // namespace
 
 std::optional<std::string_view> firstLineContaining(std::string_view text, std::string_view part) {
-  while (const auto line = takeLine(text)) {
-    if (line->find(part) != std::string_view::npos) {
-      return line;
-    }
+  auto line = takeLine(text);
+  while (line && line->find(part) == std::string_view::npos) {
+    line = takeLine(text);
   }
-  return std::nullopt;
+  return line;
 }
 
 std::optional<double> cpuUsageFromTop(std::string_view text) {
@@ -148,7 +147,10 @@ std::optional<double> cpuUsageFromTop(std::string_view text) {
 
 std::optional<double> temperatureFromSensor(std::string_view text) {
   const std::optional<FoundNumber> number = temperatureNumber(text);
-  const std::optional<double> degrees = number ? valueOf(number->digits) : std::nullopt;
+  if (!number) {
+    return std::nullopt;
+  }
+  const std::optional<double> degrees = valueOf(number->digits);
   if (!degrees) {
     return std::nullopt;
   }
