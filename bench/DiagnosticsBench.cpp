@@ -1,0 +1,159 @@
+// What judging the machine costs besides the commands that it runs, and what starting a command costs beside the bare
+// system call, in a small process and in one that has much memory. Prints lines of: what, how, and the seconds of each
+// repetition, with tabs between.
+
+#include "core/SyncHealthReport.h"
+#include "core/WatchFolder.h"
+#include "diagnostics/PlatformDiagnosticsService.h"
+#include "diagnostics/SystemStatusService.h"
+#include "platform/Machine.h"
+#include "platform/posix/ChildProcess.h"
+#include "tests/support/FakeCommandRunner.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <spawn.h>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+constexpr std::size_t kFolders = 50;
+constexpr std::size_t kLargeHeap = std::size_t{1} << 30U;
+constexpr const char* kCommand = "/bin/true";
+
+void expect(bool holds, const char* what) {
+  if (!holds) {
+    throw std::runtime_error(what);
+  }
+}
+
+template <class Work>
+double secondsOf(const Work& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void print(std::string_view what, std::string_view how, const std::vector<double>& seconds) {
+  fmt::print("{}\t{}", what, how);
+  for (const double time : seconds) {
+    fmt::print("\t{:.9f}", time);
+  }
+  fmt::print("\n");
+}
+
+/// A Mac's answers, without the time that its commands take to give them.
+test::FakeCommandRunner macCommands() {
+  test::FakeCommandRunner commands;
+  for (const char* name : {"bird", "cloudd", "fileproviderd"}) {
+    commands.answer({"/usr/bin/pgrep", "-x", name}, std::string("312\n"));
+  }
+  commands.answer({"/usr/sbin/route", "-n", "get", "default"}, std::string("    gateway: 192.168.1.1\n"));
+  commands.answer({"/usr/sbin/scutil", "-r", "www.icloud.com"}, std::string("Reachable\n"));
+  commands.answer({"/usr/bin/dscacheutil", "-q", "host", "-a", "name", "www.icloud.com"},
+                  std::string("name: www.icloud.com\nip_address: 23.1.2.3\n"));
+  commands.answer({"/usr/sbin/sysctl", "vm.swapusage"},
+                  std::string("vm.swapusage: total = 2048.00M  used = 1017.50M  free = 1030.50M  (encrypted)\n"));
+  commands.answer({"/usr/bin/top", "-l", "1", "-n", "0"},
+                  std::string("Processes: 598 total, 6 running, 592 sleeping, 2847 threads\n"
+                              "Load Avg: 3.10, 3.23, 3.11\n"
+                              "CPU usage: 20.86% user, 12.94% sys, 66.18% idle\n"
+                              "PhysMem: 31G used (8595M wired, 3102M compressor), 344M unused.\n"));
+  commands.answer({"/usr/bin/vm_stat"}, std::string("Mach Virtual Memory Statistics: (page size of 16384 bytes)\n"
+                                                    "Pages active:                            301234.\n"
+                                                    "Pages wired down:                        151234.\n"
+                                                    "Pages occupied by compressor:            121234.\n"));
+  return commands;
+}
+
+void measureOwnCost(const Machine& machine, int repetitions) {
+  const test::FakeCommandRunner commands = macCommands();
+  SyncHealthReport report;
+  report.generatedAt = machine.clock().now();
+  report.metrics.pendingUploads = 3;
+  report.blockers.emplace_back().filePath = "/Users/demo/Invoices/2026-11.pdf";
+  const std::vector<WatchFolder> folders(kFolders, {UUID(), "Invoices", "/Users/demo/Invoices"});
+  const PlatformDiagnosticsService diagnostics(commands, machine.systemInformation(), machine.fileSystem(),
+                                               machine.clock());
+  const SystemStatusService status(commands, machine.systemInformation(), machine.fileSystem(), machine.clock());
+  std::vector<double> collects;
+  std::vector<double> captures;
+  for (int repetition = 0; repetition < repetitions; ++repetition) {
+    collects.push_back(
+        secondsOf([&] { expect(diagnostics.collect(report, folders).size() > 20, "findings are missing"); }));
+    captures.push_back(secondsOf([&] { expect(status.capture().memoryUsedBytes.has_value(), "a value is missing"); }));
+  }
+  print("collect", "without commands", collects);
+  print("capture", "without commands", captures);
+}
+
+void spawnBarely() {
+  pid_t child = 0;
+  std::string name = kCommand;
+  char* const list[] = {name.data(), nullptr};
+  expect(posix_spawn(&child, kCommand, nullptr, nullptr, list, environ) == 0, "nothing can be started");
+  expect(waitpid(child, nullptr, 0) == child, "the child is lost");
+}
+
+void spawnOurWay(CommandOutput output) {
+  const auto result = runChild(kCommand, {}, output);
+  expect(result && result->hasSucceeded(), "nothing can be started");
+}
+
+/// Ours and the bare call in turns, so that whatever else the machine does strikes both.
+void measureSpawns(const char* heap, int repetitions) {
+  std::vector<double> ours;
+  std::vector<double> unread;
+  std::vector<double> bare;
+  for (int repetition = 0; repetition < repetitions; ++repetition) {
+    ours.push_back(secondsOf([] { spawnOurWay(CommandOutput::collected); }));
+    unread.push_back(secondsOf([] { spawnOurWay(CommandOutput::discarded); }));
+    bare.push_back(secondsOf(spawnBarely));
+  }
+  print("spawn", heap, ours);
+  print("spawn, output unread", heap, unread);
+  print("posix_spawn", heap, bare);
+}
+
+void run(const Machine& machine, int repetitions) {
+  measureOwnCost(machine, repetitions);
+  measureSpawns("small heap", repetitions);
+  const std::vector<char> heap(kLargeHeap, 'x');
+  measureSpawns("1 GB heap", repetitions);
+  expect(heap.back() == 'x', "the heap is gone");
+}
+
+}  // namespace
+}  // namespace cirrovane
+
+int main(int argumentCount, char** arguments) {
+  const int repetitions = argumentCount == 3 ? std::atoi(arguments[2]) : 0;
+  if (repetitions < 1) {
+    std::fprintf(stderr, "Usage: diagnostics_bench MAC_ROOT REPETITIONS\n");
+    return 2;
+  }
+  try {
+    auto machine = cirrovane::makeMachine(std::filesystem::absolute(arguments[1]));
+    if (!machine) {
+      throw std::runtime_error(machine.message());
+    }
+    cirrovane::run(**machine, repetitions);
+    return 0;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "diagnostics_bench: %s\n", error.what());
+    return 1;
+  }
+}

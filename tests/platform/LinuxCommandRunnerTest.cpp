@@ -1,0 +1,93 @@
+#include "platform/linux/LinuxCommandRunner.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+class LinuxCommandRunnerTest : public testing::Test {
+ protected:
+  void describe(const std::string& facts) const { writeFile(folder_ / "machine.json", facts); }
+  /// A command of the Mac's disk that tells about itself.
+  void addCommand(const std::string& path, const std::string& script) const {
+    writeFile(folder_.path() + path, "#!/bin/sh\n" + script + "\n");
+    chmod((folder_.path() + path).c_str(), 0755);
+  }
+  std::optional<std::string> outputOf(const std::string& path) const {
+    const MacRoot root = *MacRoot::open(folder_.path());
+    const auto result = LinuxCommandRunner(root).run(path, {}, CommandOutput::collected);
+    return result ? std::optional(result->output) : std::nullopt;
+  }
+  bool isExecutable(const std::string& path) const {
+    const MacRoot root = *MacRoot::open(folder_.path());
+    return LinuxCommandRunner(root).isExecutable(path);
+  }
+
+  TemporaryFolder folder_{CIRROVANE_TEST_DIR};
+};
+
+TEST_F(LinuxCommandRunnerTest, path_ofTheMac_leadsIntoTheRoot) {
+  addCommand("/usr/bin/tool", "echo \"$0\"");
+  EXPECT_EQ(outputOf("/usr/bin/tool"), folder_.path() + "/usr/bin/tool\n");
+  EXPECT_TRUE(isExecutable("/usr/bin/tool"));
+}
+
+TEST_F(LinuxCommandRunnerTest, path_insideOfTheRootAlready_staysAsItIs) {
+  addCommand("/usr/bin/tool", "echo \"$0\"");
+  EXPECT_EQ(outputOf(folder_ / "usr/bin/tool"), folder_.path() + "/usr/bin/tool\n");
+  EXPECT_TRUE(isExecutable(folder_ / "usr/bin/tool"));
+}
+
+TEST_F(LinuxCommandRunnerTest, path_besideTheRootWithItsNameAsBeginning_leadsIntoTheRoot) {
+  addCommand(folder_.path() + "-other/tool", "echo inside");
+  EXPECT_EQ(outputOf(folder_.path() + "-other/tool"), "inside\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, path_upAndAwayFromTheRoot_staysInside) {
+  EXPECT_EQ(outputOf("/../../../../../../../../bin/echo"), std::nullopt);
+  EXPECT_EQ(outputOf(folder_ / "../../../../../../../../../bin/echo"), std::nullopt);
+}
+
+TEST_F(LinuxCommandRunnerTest, command_ofTheHostAlone_isNotLaunched) {
+  EXPECT_EQ(outputOf("/bin/echo"), std::nullopt);
+  EXPECT_FALSE(isExecutable("/bin/echo"));
+}
+
+TEST_F(LinuxCommandRunnerTest, command_inTheHostRoot_isTheHosts) {
+  const MacRoot host = *MacRoot::open("/");
+  const auto result = LinuxCommandRunner(host).run("/bin/echo", {"a"}, CommandOutput::collected);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->output, "a\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, environment_described_isWhatChildrenGet) {
+  describe(R"({"environment": {"PATH": "/bin:/usr/bin", "ONE": "1", "number": 5}})");
+  addCommand("/tool", "env | grep -v -e ^PWD= -e ^_= | sort");
+  EXPECT_EQ(outputOf("/tool"), "ONE=1\nPATH=/bin:/usr/bin\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, environment_notDescribed_isOurs) {
+  describe("{}");
+  setenv("CIRROVANE_TEST_VARIABLE", "ours", 1);
+  addCommand("/tool", "echo $CIRROVANE_TEST_VARIABLE");
+  EXPECT_EQ(outputOf("/tool"), "ours\n");
+  unsetenv("CIRROVANE_TEST_VARIABLE");
+}
+
+TEST_F(LinuxCommandRunnerTest, environment_changedBetweenRuns_isReadAfresh) {
+  describe(R"({"environment": {"WORD": "one"}})");
+  addCommand("/tool", "echo $WORD");
+  const MacRoot root = *MacRoot::open(folder_.path());
+  const LinuxCommandRunner runner(root);
+  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected)->output, "one\n");
+  describe(R"({"environment": {"WORD": "two"}})");
+  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected)->output, "two\n");
+}
+
+}  // namespace
+}  // namespace cirrovane::test
