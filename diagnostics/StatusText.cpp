@@ -32,13 +32,14 @@ std::string loadPart(std::optional<double> load) {
 }  // namespace
 
 std::string byteCountText(std::uint64_t bytes) {
-  constexpr std::uint64_t kGigabyte = 1'000'000'000;
+  // Up to here a number of megabytes does not round to 1000.
+  constexpr std::uint64_t kMostMegabytes = 999'949'999;
   if (bytes == 0) {
     return "Zero KB";
   }
   const auto size = static_cast<double>(bytes);
-  return bytes < kGigabyte ? withoutTrailingZeros(fmt::format("{:.1f}", size / 1e6)) + " MB"
-                           : withoutTrailingZeros(fmt::format("{:.2f}", size / 1e9)) + " GB";
+  return bytes <= kMostMegabytes ? withoutTrailingZeros(fmt::format("{:.1f}", size / 1e6)) + " MB"
+                                 : withoutTrailingZeros(fmt::format("{:.2f}", size / 1e9)) + " GB";
 }
 
 std::string byteCountText(std::optional<std::uint64_t> bytes) {
