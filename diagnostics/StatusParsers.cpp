@@ -90,9 +90,14 @@ std::uint64_t pageCount(std::string_view text, std::string_view label) {
   return integerOf(lastPiece(line)).value_or(0);
 }
 
+bool isLetterOrDigit(char byte) {
+  return isDigit(byte) || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+}
+
 bool isFollowedByDegrees(std::string_view rest) {
   rest.remove_prefix(std::min(rest.find_first_not_of(" \t"), rest.size()));
-  return rest.starts_with("°"sv) || rest.starts_with('C');
+  // A C that begins a word ("2 CPU") is no unit.
+  return rest.starts_with("°"sv) || rest == "C" || (rest.starts_with('C') && !isLetterOrDigit(rest[1]));
 }
 
 /// A temperature as it was found in a text.

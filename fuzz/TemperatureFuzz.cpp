@@ -21,6 +21,15 @@ struct Reading {
   bool isInDegrees = false;
 };
 
+/// A "C" by itself, and not the beginning of a word.
+bool isUnit(std::string_view rest) {
+  if (!rest.starts_with("C")) {
+    return false;
+  }
+  const std::string next(rest.substr(1, 1));
+  return next.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789") == std::string::npos;
+}
+
 std::vector<Reading> naiveReadings(std::string_view text) {
   std::vector<Reading> readings;
   char before = '\0';
@@ -36,7 +45,7 @@ std::vector<Reading> naiveReadings(std::string_view text) {
     while (rest.starts_with(' ') || rest.starts_with('\t')) {
       rest.remove_prefix(1);
     }
-    readings.push_back({number, before == '-', rest.starts_with("\xC2\xB0") || rest.starts_with("C")});
+    readings.push_back({number, before == '-', rest.starts_with("\xC2\xB0") || isUnit(rest)});
     before = number.back();
   }
   return readings;

@@ -378,6 +378,12 @@ TEST(TemperatureFromSensor, sampleOutputs_giveTheirDegrees) {
   EXPECT_THAT(temperatureFromSensor("CPU: 61.8°C\r\n"), Optional(61.8));
 }
 
+TEST(TemperatureFromSensor, letterC_thatBeginsAWord_isNoUnit) {
+  EXPECT_EQ(temperatureFromSensor("2 CPU: 61.8°C"), 61.8);
+  EXPECT_EQ(temperatureFromSensor("0 C1 61.8 C"), 61.8);
+  EXPECT_EQ(temperatureFromSensor("5 C, 61.8°C"), 5);
+}
+
 TEST(TemperatureFromSensor, numberBeforeADegreeSign_countsBeforeAllOthers) {
   EXPECT_THAT(temperatureFromSensor("Sensor 2: 61.8°C"), Optional(61.8));
   EXPECT_THAT(temperatureFromSensor("2 fans, 3000 rpm, 61.8 °C"), Optional(61.8));
