@@ -1,8 +1,8 @@
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/ReportText.h"
+#include "cli/Scan.h"
 #include "core/FolderNaming.h"
-#include "core/ICloudScanEngine.h"
 
 #include <algorithm>
 #include <chrono>
@@ -51,14 +51,14 @@ std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments)
 }
 
 /// The folders are asked for before each scan, because the watchlist may change while we wait.
-SyncHealthReport scanUntilSafe(const ICloudScanEngine& engine, const std::function<std::vector<WatchFolder>()>& folders,
+SyncHealthReport scanUntilSafe(const Machine& machine, const std::function<std::vector<WatchFolder>()>& folders,
                                const CheckOptions& options, Output& err) {
   std::optional<steady_clock::time_point> deadline;
   if (options.timeout) {
     deadline = steady_clock::now() + asDuration(*options.timeout);
   }
   while (true) {
-    SyncHealthReport report = engine.scan(folders());
+    SyncHealthReport report = scanShowingProgress(machine, folders(), err);
     const auto now = steady_clock::now();
     if (report.safeToClose || !options.waits || (deadline && now >= *deadline)) {
       return report;
@@ -87,11 +87,10 @@ std::string complaintAboutInterval(const std::string& text) {
 }
 
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
-  const ICloudScanEngine engine(context.machine.fileSystem(), context.machine.clock());
   const auto folders = [&] {
     return options.folders.empty() ? openWatchlist(context.machine).folders() : namedFolders(options.folders);
   };
-  const SyncHealthReport report = scanUntilSafe(engine, folders, options, context.err);
+  const SyncHealthReport report = scanUntilSafe(context.machine, folders, options, context.err);
   if (context.wantsJSON) {
     writeJSONDocument(context.out, report);
   } else {

@@ -39,6 +39,10 @@ void addHistoryCommand(CLI::App& app, ChosenCommand& chosen);
 void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen);
 void addDiagnoseCommand(CLI::App& app, ChosenCommand& chosen);
 void addStatusCommand(CLI::App& app, ChosenCommand& chosen);
+void addRefreshCommand(CLI::App& app, ChosenCommand& chosen);
+void addExplainCommand(CLI::App& app, ChosenCommand& chosen);
+void addExportCommand(CLI::App& app, ChosenCommand& chosen);
+void addVersionCommand(CLI::App& app, ChosenCommand& chosen);
 
 /// Adds the option --json to a subcommand.
 void addJSONOption(CLI::App& command, ChosenCommand& chosen);

@@ -1,7 +1,7 @@
 #include "cli/Command.h"
+#include "cli/Scan.h"
 #include "cli/TextStyle.h"
 #include "core/DisplayText.h"
-#include "core/ICloudScanEngine.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
 
 #include <algorithm>
@@ -33,7 +33,7 @@ void printFindings(const std::vector<DiagnosticFinding>& findings, const TextSty
 ExitStatus diagnose(std::optional<DiagnosticDomain> domain, CommandContext& context) {
   const Machine& machine = context.machine;
   const std::vector<WatchFolder> folders = openWatchlist(machine).folders();
-  const SyncHealthReport report = ICloudScanEngine(machine.fileSystem(), machine.clock()).scan(folders);
+  const SyncHealthReport report = scanShowingProgress(machine, folders, context.err);
   const PlatformDiagnosticsService service(machine.commandRunner(), machine.systemInformation(), machine.fileSystem(),
                                            machine.clock());
   const std::vector<DiagnosticFinding> findings =

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace cirrovane {
@@ -22,6 +23,11 @@ bool hasColours() {
 
 Output::Output(int descriptor)
     : descriptor_(descriptor), isTerminal_(isatty(descriptor) == 1), isColoured_(isTerminal_ && hasColours()) {}
+
+std::size_t Output::columns() const {
+  winsize size{};
+  return ioctl(descriptor_, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+}
 
 bool Output::write(std::string_view text) {
   while (!text.empty() && !isClosed_) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,8 @@ class Output {
   /// Whether text may be coloured: a terminal that knows colours, and a user who does not object (NO_COLOR).
   bool isColoured() const { return isColoured_; }
   bool isTerminal() const { return isTerminal_; }
+  /// The terminal's width in characters, as it is now; 80 where it does not tell.
+  std::size_t columns() const;
 
   /// Writes at once. false when the stream takes no more; a reader that has gone away is no error of ours.
   bool write(std::string_view text);

@@ -73,11 +73,15 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   app.add_option("--mac-root", root, "Folder that stands for a Mac's disk (default: this machine)")->type_name("DIR");
   ChosenCommand chosen;
   addCheckCommand(app, chosen);
+  addExplainCommand(app, chosen);
+  addRefreshCommand(app, chosen);
   addWatchlistCommand(app, chosen);
   addHistoryCommand(app, chosen);
   addIncidentsCommand(app, chosen);
   addDiagnoseCommand(app, chosen);
   addStatusCommand(app, chosen);
+  addExportCommand(app, chosen);
+  addVersionCommand(app, chosen);
   try {
     app.parse(argumentCount, arguments);
   } catch (const CLI::ParseError& error) {

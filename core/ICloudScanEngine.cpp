@@ -47,15 +47,22 @@ class FolderScan {
     return {folder_.id, folder_, 0, 1, HealthState::danger, 0};
   }
 
-  FolderHealth walk(const FileSystem& fileSystem) {
+  FolderHealth walk(const FileSystem& fileSystem, ScanProgress* progress) {
+    if (progress != nullptr) {
+      progress->enterFolder(folderPath_);
+    }
     if (!isInsideICloudDrive(folderPath_)) {
       addFolderBlocker(BlockerReason::outsideICloud,
                        "This folder is outside the iCloud Drive path, so upload trust is unknown.");
     }
     if (const std::unique_ptr<FolderWalk> walk = fileSystem.enumerate(folderPath_)) {
       while (const ItemBatch* batch = walk->next()) {
+        const std::int64_t countBefore = fileCount_;
         for (const Item& item : batch->items()) {
           examine(item, *batch);
+        }
+        if (progress != nullptr) {
+          progress->addFiles(fileCount_ - countBefore);
         }
       }
     }
@@ -161,7 +168,7 @@ SyncHealthReport ICloudScanEngine::scan(const std::vector<WatchFolder>& folders)
     std::string folderPath(withoutTrailingSlash(folder.path));
     const bool exists = fileSystem_.exists(folderPath);
     FolderScan folderScan(folder, std::move(folderPath), clock_, staleUploadThreshold_, report.metrics, makeID);
-    report.folderHealth.push_back(exists ? folderScan.walk(fileSystem_) : folderScan.missing());
+    report.folderHealth.push_back(exists ? folderScan.walk(fileSystem_, progress_) : folderScan.missing());
     appendMoving(report.blockers, folderScan.takeBlockers());
   }
 

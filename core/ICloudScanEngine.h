@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ScanProgress.h"
 #include "core/SyncHealthReport.h"
 #include "core/WatchFolder.h"
 #include "platform/Clock.h"
@@ -17,9 +18,11 @@ class ICloudScanEngine {
   /// An upload that has not ended this long after the file's last change counts as stalled.
   static constexpr std::chrono::seconds kDefaultStaleUploadThreshold{1200};
 
+  /// Tells `progress`, where there is one, of each folder and of the files in it as it goes.
   ICloudScanEngine(const FileSystem& fileSystem, const Clock& clock,
-                   std::chrono::microseconds staleUploadThreshold = kDefaultStaleUploadThreshold)
-      : fileSystem_(fileSystem), clock_(clock), staleUploadThreshold_(staleUploadThreshold) {}
+                   std::chrono::microseconds staleUploadThreshold = kDefaultStaleUploadThreshold,
+                   ScanProgress* progress = nullptr)
+      : fileSystem_(fileSystem), clock_(clock), staleUploadThreshold_(staleUploadThreshold), progress_(progress) {}
 
   /// The report over the folders, which are taken in the order given. Never fails: whatever goes wrong becomes a
   /// blocker or is counted.
@@ -29,6 +32,7 @@ class ICloudScanEngine {
   const FileSystem& fileSystem_;
   const Clock& clock_;
   std::chrono::microseconds staleUploadThreshold_;
+  ScanProgress* progress_;
 };
 
 }  // namespace cirrovane

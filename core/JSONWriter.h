@@ -14,6 +14,9 @@
 
 namespace cirrovane {
 
+template <class Value>
+class Shared;
+
 /// Writes the one JSON form of everything that leaves the program: two spaces a level, dates as ISO 8601, an invalid
 /// UTF-8 sequence as U+FFFD. It streams, so that a large report costs no second copy of itself in memory. Records come
 /// out with their keys sorted.
@@ -56,6 +59,11 @@ class JSONWriter {
       write(entry);
     }
     endArray();
+  }
+
+  template <class Value>
+  void write(const Shared<Value>& shared) {
+    write(*shared);
   }
 
   template <JSONRecord Record>

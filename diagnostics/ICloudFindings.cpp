@@ -11,10 +11,6 @@ namespace {
 
 using enum DiagnosticSeverity;
 
-bool isCoverageGap(const SyncBlocker& blocker) {
-  return blocker.reason == BlockerReason::unavailableFolder || blocker.reason == BlockerReason::outsideICloud;
-}
-
 }  // namespace
 
 std::vector<DiagnosticFinding> PlatformDiagnosticsService::iCloudFindings(
@@ -57,7 +53,7 @@ std::vector<DiagnosticFinding> PlatformDiagnosticsService::iCloudFindings(
     findings.add(error, "Upload/download errors",
                  fmt::format("{} iCloud metadata errors were observed during scan.", metrics.errors));
   }
-  if (const auto gaps = std::ranges::count_if(report.blockers, isCoverageGap); gaps >= 1) {
+  if (const auto gaps = std::ranges::count_if(report.blockers, isCoverageGap, &SyncBlocker::reason); gaps >= 1) {
     findings.add(warning, "Watchlist coverage gaps",
                  fmt::format("{} watchlist entries are outside iCloud or unavailable.", gaps));
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Bundle.h"
 #include "platform/Clock.h"
 #include "platform/Collation.h"
 #include "platform/CommandRunner.h"
@@ -7,6 +8,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Result.h"
 #include "platform/SystemInformation.h"
+#include "platform/TimeText.h"
 #include "platform/UserDefaults.h"
 
 #include <memory>
@@ -24,6 +26,8 @@ class Machine {
   virtual const SystemInformation& systemInformation() const = 0;
   virtual const Clock& clock() const = 0;
   virtual const Collation& collation() const = 0;
+  virtual const TimeText& timeText() const = 0;
+  virtual const Bundle& bundle() const = 0;
   virtual UserDefaults& userDefaults() = 0;
 };
 

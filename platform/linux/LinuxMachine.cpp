@@ -1,5 +1,7 @@
 #include "platform/Machine.h"
 #include "platform/linux/ICUCollation.h"
+#include "platform/linux/ICUTimeText.h"
+#include "platform/linux/LinuxBundle.h"
 #include "platform/linux/LinuxCommandRunner.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/LinuxSystemInformation.h"
@@ -22,6 +24,8 @@ class LinuxMachine final : public Machine {
   const SystemInformation& systemInformation() const override { return systemInformation_; }
   const Clock& clock() const override { return clock_; }
   const Collation& collation() const override { return collation_; }
+  const TimeText& timeText() const override { return timeText_; }
+  const Bundle& bundle() const override { return bundle_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
 
  private:
@@ -32,6 +36,8 @@ class LinuxMachine final : public Machine {
   LinuxSystemInformation systemInformation_{root_};
   SystemClock clock_;
   ICUCollation collation_;
+  ICUTimeText timeText_;
+  LinuxBundle bundle_{root_};
   LinuxUserDefaults userDefaults_{root_, fileStorage_};
 };
 

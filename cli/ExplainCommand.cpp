@@ -1,0 +1,112 @@
+#include "cli/Command.h"
+#include "cli/LocalTime.h"
+#include "cli/Scan.h"
+#include "cli/TextStyle.h"
+#include "coordinator/Explanation.h"
+#include "core/DisplayText.h"
+#include "stores/IncidentStore.h"
+#include "stores/ScanHistoryStore.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+class ExplanationPage {
+ public:
+  ExplanationPage(const Explanation& explanation, HealthState state, const TextStyle& style, Output& out)
+      : explanation_(explanation), state_(state), style_(style), out_(out) {}
+
+  void print() {
+    const bool isSafe = explanation_.safeToClose;
+    out_.write(style_.bold(style_.inVerdictColour(isSafe, state_, isSafe ? "SAFE TO CLOSE" : "NOT SAFE TO CLOSE")) +
+               "\n");
+    printTopBlocker();
+    printCriteria();
+    printHistory();
+    printIncidents();
+  }
+
+ private:
+  void heading(std::string_view text) { out_.write(fmt::format("\n{}\n", style_.bold(text))); }
+
+  void printTopBlocker() {
+    if (!explanation_.topBlocker) {
+      return;
+    }
+    const SyncBlocker& blocker = *explanation_.topBlocker;
+    heading("Top blocker");
+    out_.write(fmt::format("  {:<23}{}\n", displayTitle(blocker.reason), displayText(blocker.filePath)));
+    out_.write(fmt::format("  {:<23}{}\n", "", style_.dim(displayText(blocker.details))));
+  }
+
+  void printCriteria() {
+    heading("Criteria");
+    for (const SafetyCriterion& criterion : explanation_.criteria) {
+      const std::string mark = criterion.isPassing ? style_.inStateColour(HealthState::safe, "pass")
+                                                   : style_.inStateColour(HealthState::danger, "fail");
+      out_.write(fmt::format("  {}  {:<28}{}\n", mark, criterion.title, style_.dim(criterion.detail)));
+    }
+  }
+
+  void printHistory() {
+    heading("History");
+    out_.write(fmt::format("  {}\n", explanation_.recentStabilityText));
+    printSnapshot("Last safe scan", explanation_.lastSafeSnapshot);
+    printSnapshot("Last failed scan", explanation_.lastFailedSnapshot);
+  }
+
+  void printSnapshot(std::string_view label, const std::optional<ScanSnapshot>& snapshot) {
+    if (!snapshot) {
+      return;
+    }
+    const std::string cause =
+        snapshot->topBlockerReason ? fmt::format("  {}", displayTitle(*snapshot->topBlockerReason)) : "";
+    out_.write(fmt::format("  {:<18}{}{}\n", label, localTimeText(snapshot->timestamp), style_.dim(cause)));
+  }
+
+  void printIncidents() {
+    heading("Incidents");
+    out_.write(fmt::format("  {} active, {} of them recurring; {} resolved\n", explanation_.activeIncidentCount,
+                           explanation_.recurringIncidentCount, explanation_.resolvedIncidentCount));
+  }
+
+  const Explanation& explanation_;
+  HealthState state_;
+  const TextStyle& style_;
+  Output& out_;
+};
+
+ExitStatus explainVerdict(CommandContext& context) {
+  const Machine& machine = context.machine;
+  const SyncHealthReport report = scanShowingProgress(machine, openWatchlist(machine).folders(), context.err);
+  const ScanHistoryStore history(machine.fileSystem(), machine.fileStorage());
+  const IncidentStore incidents(machine.fileSystem(), machine.fileStorage(), machine.clock());
+  const Explanation explanation = explain(report, history.snapshots(), incidents.records());
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, explanation);
+  } else {
+    ExplanationPage(explanation, report.status, TextStyle(context.out.isColoured()), context.out).print();
+  }
+  return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
+}
+
+}  // namespace
+
+void addExplainCommand(CLI::App& app, ChosenCommand& chosen) {
+  CLI::App* command = app.add_subcommand("explain", "Scan the watchlist and say why the verdict is what it is");
+  command->footer(
+      "Nothing is recorded.\n\n"
+      "Examples:\n"
+      "  cirrovanectl explain\n"
+      "  cirrovanectl explain --json | jq '.criteria[] | select(.isPassing | not) | .detail'");
+  addJSONOption(*command, chosen);
+  command->callback([&chosen] { chosen.run = explainVerdict; });
+}
+
+}  // namespace cirrovane

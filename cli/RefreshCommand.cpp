@@ -1,0 +1,101 @@
+#include "cli/Command.h"
+#include "cli/FolderArgument.h"
+#include "cli/HeadlessDashboard.h"
+#include "cli/ProgressLine.h"
+#include "cli/ReportText.h"
+#include "core/DisplayText.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+void runRefresh(DashboardViewModel& dashboard, const ScanProgress& progress, Output& err) {
+  const ProgressLine line(progress, err);
+  dashboard.refresh();
+}
+
+/// Why something of the refresh could not be kept; absent when all was.
+std::optional<Failure> lossOf(DashboardViewModel& dashboard) {
+  const auto& history = dashboard.historyStore().saveFailure();
+  return history ? history : dashboard.incidentStore().saveFailure();
+}
+
+ExitStatus refresh(CommandContext& context) {
+  ScanProgress progress;
+  HeadlessDashboard headless(context.machine, &progress);
+  DashboardViewModel& dashboard = headless.viewModel();
+  runRefresh(dashboard, progress, context.err);
+  const SyncHealthReport& report = dashboard.report();
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, report);
+  } else {
+    context.out.write(reportText(report, TextStyle(context.out.isColoured())));
+  }
+  if (const std::optional<Failure> loss = lossOf(dashboard)) {
+    return reportFailure(context, "The scan was not recorded: " + loss->message);
+  }
+  return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
+}
+
+ExitStatus exportPacket(const std::string& destination, CommandContext& context) {
+  ScanProgress progress;
+  HeadlessDashboard headless(context.machine, &progress);
+  DashboardViewModel& dashboard = headless.viewModel();
+  runRefresh(dashboard, progress, context.err);
+  if (const std::optional<Failure> loss = lossOf(dashboard)) {
+    // The packet is what was asked for, and it can still be made.
+    reportFailure(context, "The scan was not recorded: " + loss->message);
+  }
+  if (destination == "-") {
+    writeProofPacket(dashboard.proofPacket(), [&](std::string_view piece) { return context.out.write(piece); });
+    return ExitStatus::done;
+  }
+  const std::string path = absolutePath(destination);
+  if (const std::optional<Failure> failure = dashboard.exportProofPacket(path)) {
+    return reportFailure(context, "Export failed: " + failure->message);
+  }
+  if (!context.wantsJSON) {
+    context.out.write(fmt::format("Proof packet exported to {}.\n", displayText(path.substr(path.rfind('/') + 1))));
+  }
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+void addRefreshCommand(CLI::App& app, ChosenCommand& chosen) {
+  CLI::App* command = app.add_subcommand("refresh", "Scan the watchlist, judge the machine, and record both");
+  command->footer(
+      "One whole cycle of the application: a scan, the findings and a status sample, recorded in the history and the\n"
+      "incidents. Shows the verdict.\n\n"
+      "Examples:\n"
+      "  cirrovanectl refresh\n"
+      "  cirrovanectl refresh --json | jq .safeToClose");
+  addJSONOption(*command, chosen);
+  command->callback([&chosen] { chosen.run = refresh; });
+}
+
+void addExportCommand(CLI::App& app, ChosenCommand& chosen) {
+  const auto destination = std::make_shared<std::string>();
+  CLI::App* command = app.add_subcommand("export", "Refresh, then write everything known into a proof packet");
+  command->footer(
+      "A file that exists is replaced, whole or not at all.\n\n"
+      "Examples:\n"
+      "  cirrovanectl export proof.json\n"
+      "  cirrovanectl export - | jq '.diagnostics[] | select(.severity != \"ok\")'");
+  command->add_option("FILE", *destination, "The file to write; - for standard output")
+      ->required()
+      ->check([](const std::string& name) { return name.empty() ? "A file's name cannot be empty." : ""; });
+  addJSONOption(*command, chosen);
+  command->callback([&chosen, destination] {
+    chosen.run = [destination](CommandContext& context) { return exportPacket(*destination, context); };
+  });
+}
+
+}  // namespace cirrovane

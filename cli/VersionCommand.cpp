@@ -1,0 +1,37 @@
+#include "cli/Command.h"
+#include "coordinator/AppUpdateService.h"
+#include "core/JSONRecord.h"
+
+#include <string>
+#include <tuple>
+
+#include <CLI/CLI.hpp>
+
+namespace cirrovane {
+namespace {
+
+struct Version {
+  std::string versionLabel;
+
+  static constexpr auto jsonFields() { return std::tuple{JSONField{"versionLabel", &Version::versionLabel}}; }
+};
+
+ExitStatus version(CommandContext& context) {
+  const std::string label = versionLabel(context.machine.bundle());
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, Version{label});
+  } else {
+    context.out.write(label + "\n");
+  }
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+void addVersionCommand(CLI::App& app, ChosenCommand& chosen) {
+  CLI::App* command = app.add_subcommand("version", "Show which build this is");
+  addJSONOption(*command, chosen);
+  command->callback([&chosen] { chosen.run = version; });
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/JSONRecord.h"
+#include "core/SyncHealthReport.h"
+#include "core/UUID.h"
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace cirrovane {
+
+/// One line of the checklist that explains a verdict.
+struct SafetyCriterion {
+  /// New each time the list is made; only tells the lines of one list apart, and so is no part of its JSON form.
+  UUID id;
+  std::string title;
+  bool isPassing = false;
+  /// One sentence.
+  std::string detail;
+
+  static constexpr auto jsonFields() {
+    return std::tuple{JSONField{"title", &SafetyCriterion::title}, JSONField{"isPassing", &SafetyCriterion::isPassing},
+                      JSONField{"detail", &SafetyCriterion::detail}};
+  }
+  friend bool operator==(const SafetyCriterion&, const SafetyCriterion&) = default;
+};
+
+/// The five criteria over a report, made from its counts alone and never from its verdict.
+std::vector<SafetyCriterion> safetyCriteria(const SyncHealthReport& report);
+
+/// Blockers of a report that are watched folders which are missing or outside iCloud.
+std::int64_t coverageGapCount(const SyncHealthReport& report);
+
+}  // namespace cirrovane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Bundle.h"
+#include "platform/linux/MacRoot.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace cirrovane {
+
+/// The bundle that a Mac root describes. On the host itself: a bundle's place in the install prefix for an installed
+/// program, else the bare executable, and in either case this build's own version.
+class LinuxBundle final : public Bundle {
+ public:
+  explicit LinuxBundle(const MacRoot& root) : root_(root) {}
+
+  std::string location() const override;
+  std::optional<std::string> infoText(std::string_view key) const override;
+
+ private:
+  const MacRoot& root_;
+};
+
+}  // namespace cirrovane
