@@ -5,7 +5,9 @@
 #include <array>
 #include <filesystem>
 #include <functional>
+#include <ostream>
 #include <string>
+#include <vector>
 
 namespace cirrovane::test {
 
@@ -89,11 +91,11 @@ struct CommandBehaviour {
   const char* title;
   /// Makes the command, whose answer is otherwise known, behave so.
   std::function<void(const HealthyMac&, const char* command, const std::string& answer)> apply;
-};
 
-inline void PrintTo(const CommandBehaviour& behaviour, std::ostream* out) {
-  *out << behaviour.title;
-}
+  friend std::ostream& operator<<(std::ostream& out, const CommandBehaviour& behaviour) {
+    return out << behaviour.title;
+  }
+};
 
 /// The ways in which a command gives no output, though most of them print its answer.
 inline std::vector<CommandBehaviour> waysWithoutOutput() {

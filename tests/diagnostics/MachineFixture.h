@@ -34,9 +34,9 @@ struct Row {
 
 inline std::vector<Row> rowsOf(const std::vector<DiagnosticFinding>& findings) {
   std::vector<Row> rows;
-  for (const DiagnosticFinding& finding : findings) {
-    rows.push_back({finding.severity, finding.title, finding.detail});
-  }
+  std::ranges::transform(findings, std::back_inserter(rows), [](const DiagnosticFinding& finding) {
+    return Row{finding.severity, finding.title, finding.detail};
+  });
   return rows;
 }
 

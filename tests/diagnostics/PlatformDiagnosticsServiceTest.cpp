@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -35,10 +36,9 @@ class PlatformDiagnostics : public MachineTest {
 /// Each finding as "Domain severity Title".
 std::vector<std::string> headlines(const std::vector<DiagnosticFinding>& findings) {
   std::vector<std::string> lines;
-  for (const DiagnosticFinding& finding : findings) {
-    lines.push_back(std::string(rawValue(finding.domain)) + " " + std::string(rawValue(finding.severity)) + " " +
-                    finding.title);
-  }
+  std::ranges::transform(findings, std::back_inserter(lines), [](const DiagnosticFinding& finding) {
+    return std::string(rawValue(finding.domain)) + " " + std::string(rawValue(finding.severity)) + " " + finding.title;
+  });
   return lines;
 }
 

@@ -310,7 +310,7 @@ TEST(SystemStatusSnapshot, writtenForm_hasOneKeyAField) {
 }
 
 TEST(SystemStatusSnapshot, writtenFormOfEmpty_hasOnlyWhatAlwaysIs) {
-  const nlohmann::json json = *parseJSON(encodeJSON(SystemStatusSnapshot::empty()));
+  const auto json = nlohmann::json::parse(encodeJSON(SystemStatusSnapshot::empty()));
   std::vector<std::string> keys;
   for (const auto& entry : json.items()) {
     keys.push_back(entry.key());
@@ -326,7 +326,7 @@ TEST(SystemStatusSnapshot, encodedAndDecoded_isEqual) {
 
 TEST(SystemStatusSnapshot, withoutAKeyThatAlwaysIs_failsToDecode) {
   for (const char* key : {"capturedAt", "lowPowerMode", "memoryTotalBytes", "thermalState", "uptimeSeconds"}) {
-    nlohmann::json json = *parseJSON(encodeJSON(wholeSnapshot()));
+    auto json = nlohmann::json::parse(encodeJSON(wholeSnapshot()));
     json.erase(key);
     EXPECT_EQ(decodeJSON<SystemStatusSnapshot>(json.dump()), std::nullopt) << key;
   }
