@@ -13,4 +13,11 @@ inline constexpr std::string_view kLastKnownSafeToCloseKey = "lastKnownSafeToClo
 /// Text: version and build of the latest launch.
 inline constexpr std::string_view kLastLaunchedBuildKey = "Cirrovane.lastLaunchedBuildToken";
 
+/// Text: "liquid" or "classic".
+inline constexpr std::string_view kVisualStyleKey = "visualStyle";
+/// Truth value: whether anything on screen moves by itself.
+inline constexpr std::string_view kMotionEnabledKey = "motionEnabled";
+/// Truth value: whether the dashboard explains its terms.
+inline constexpr std::string_view kShowTerminologyOnDashboardKey = "showTerminologyOnDashboard";
+
 }  // namespace cirrovane

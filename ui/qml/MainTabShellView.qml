@@ -1,0 +1,131 @@
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The main window's content: the tab bar over the page of the chosen tab.
+Item {
+    id: shell
+
+    required property ShellViewModel viewModel
+    required property AppSettings settings
+
+    AppBackdropView {
+        anchors.fill: parent
+        isClassic: shell.settings.isClassic
+        motionEnabled: shell.settings.motionEnabled
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        RowLayout {
+            spacing: Theme.rowSpacing
+            Layout.fillWidth: true
+            Layout.leftMargin: 14
+            Layout.rightMargin: 14
+            Layout.topMargin: 8
+            Layout.bottomMargin: 8
+
+            // Scrolls sideways where the window is too narrow for all tabs.
+            Flickable {
+                id: tabs
+                contentWidth: tabRow.implicitWidth
+                implicitHeight: 36
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                flickableDirection: Flickable.HorizontalFlick
+                Layout.fillWidth: true
+
+                function reveal(item: Item) {
+                    if (item.x < contentX) {
+                        contentX = item.x;
+                    } else if (item.x + item.width > contentX + width) {
+                        contentX = item.x + item.width - width;
+                    }
+                }
+
+                Accessible.role: Accessible.PageTabList
+                Accessible.name: "Tabs"
+
+                Row {
+                    id: tabRow
+                    spacing: 2
+                    height: parent.height
+
+                    Repeater {
+                        model: shell.viewModel.primaryTabs
+
+                        TabButton {
+                            required property var modelData
+
+                            text: modelData.title
+                            symbolName: modelData.symbol
+                            isChosen: shell.viewModel.selectedTab === modelData.id
+                            anchors.verticalCenter: parent.verticalCenter
+                            onClicked: shell.viewModel.selectedTab = modelData.id
+                            onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
+                        }
+                    }
+                    DropDownMenu {
+                        text: shell.viewModel.extraTabsLabel
+                        entries: shell.viewModel.extraTabs
+                        chosen: shell.viewModel.selectedTab
+                        anchors.verticalCenter: parent.verticalCenter
+                        onPicked: id => shell.viewModel.selectedTab = id
+                        onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
+                    }
+                }
+            }
+
+            AppLabel {
+                text: shell.viewModel.updateStatusLine
+                font.pixelSize: Theme.captionSize
+                color: Theme.dimmedText
+                Layout.maximumWidth: 300
+                Layout.fillWidth: true
+                Layout.preferredWidth: implicitWidth
+                horizontalAlignment: Text.AlignRight
+            }
+            ActionButton {
+                text: shell.viewModel.buildLabel
+                description: "Copies the version"
+                onClicked: shell.viewModel.copyBuild()
+            }
+            ActionButton {
+                text: "Rescan"
+                symbolName: "arrow.clockwise"
+                description: shell.viewModel.isScanning ? "A scan is running" : ""
+                onClicked: shell.viewModel.rescan()
+            }
+            BusySpinner {
+                visible: shell.viewModel.isScanning
+            }
+        }
+
+        Divider {
+        }
+
+        Loader {
+            id: pageLoader
+            focus: true
+            sourceComponent: shell.viewModel.selectedTab === "faq" ? faqPage : plainPage
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+        }
+    }
+
+    Component {
+        id: faqPage
+        FAQView {
+        }
+    }
+    Component {
+        id: plainPage
+        PremiumTabScaffold {
+            readonly property var heading: shell.viewModel.pageHeading(shell.viewModel.selectedTab)
+            title: heading.title
+            subtitle: heading.subtitle
+        }
+    }
+}

@@ -1,0 +1,66 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Cirrovane
+
+// The main window with its menu bar and shortcuts.
+ApplicationWindow {
+    id: window
+
+    required property ShellViewModel shell
+    required property AppSettings settings
+
+    title: "Cirrovane"
+    width: 1120
+    height: 800
+    minimumWidth: 860
+    minimumHeight: 700
+    color: Theme.liquidBottom
+
+    signal quitRequested
+
+    onVisibleChanged: if (visible) shell.appeared()
+
+    Binding {
+        target: Theme
+        property: "isClassic"
+        value: window.settings.isClassic
+    }
+    Binding {
+        target: Theme
+        property: "motionEnabled"
+        value: window.settings.motionEnabled
+    }
+
+    menuBar: WindowMenuBar {
+        shell: window.shell
+        onCloseRequested: window.close()
+        onMinimizeRequested: window.showMinimized()
+        onQuitRequested: window.quitRequested()
+        onTerminologyRequested: guide.open()
+    }
+
+    Repeater {
+        model: window.shell.primaryTabs
+
+        Item {
+            id: tab
+            required property var modelData
+            required property int index
+
+            Shortcut {
+                sequence: "Ctrl+" + (tab.index + 1)
+                onActivated: window.shell.selectedTab = tab.modelData.id
+            }
+        }
+    }
+
+    MainTabShellView {
+        anchors.fill: parent
+        viewModel: window.shell
+        settings: window.settings
+    }
+
+    TerminologyGuideView {
+        id: guide
+    }
+}

@@ -1,0 +1,143 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Cirrovane
+
+// The commands of the application and its window.
+MenuBar {
+    id: bar
+
+    required property ShellViewModel shell
+
+    signal closeRequested
+    signal minimizeRequested
+    signal quitRequested
+    signal terminologyRequested
+
+    background: Rectangle {
+        color: Theme.popupFill
+    }
+    delegate: BarItem {
+    }
+
+    AppMenu {
+        title: "Cirrovane"
+
+        Action {
+            text: "Check for Updates..."
+            shortcut: "Ctrl+U"
+            onTriggered: bar.shell.checkForUpdates()
+        }
+        Action {
+            text: "Open Release Notes"
+            onTriggered: bar.shell.openReleaseNotes()
+        }
+        MenuSeparator {
+        }
+        Action {
+            text: "Quit Cirrovane"
+            shortcut: StandardKey.Quit
+            onTriggered: bar.quitRequested()
+        }
+    }
+    AppMenu {
+        title: "View"
+
+        Action {
+            text: "Rescan"
+            shortcut: "Ctrl+R"
+            onTriggered: bar.shell.rescan()
+        }
+    }
+    AppMenu {
+        title: "Window"
+
+        Action {
+            text: "Minimize"
+            shortcut: "Ctrl+M"
+            onTriggered: bar.minimizeRequested()
+        }
+        Action {
+            text: "Close Window"
+            shortcut: StandardKey.Close
+            onTriggered: bar.closeRequested()
+        }
+    }
+    AppMenu {
+        title: "Help"
+
+        Action {
+            text: "Terminology Guide"
+            onTriggered: bar.terminologyRequested()
+        }
+        Action {
+            text: "FAQ"
+            onTriggered: bar.shell.selectedTab = "faq"
+        }
+    }
+
+    component BarItem: MenuBarItem {
+        id: item
+
+        implicitHeight: 26
+        leftPadding: 10
+        rightPadding: 10
+        contentItem: AppLabel {
+            text: item.text
+            font.pixelSize: Theme.smallSize
+            Accessible.ignored: true
+        }
+        background: Rectangle {
+            color: item.highlighted ? Theme.controlPressed : "transparent"
+        }
+
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: text
+        Accessible.onPressAction: item.triggered()
+    }
+
+    component AppMenu: Menu {
+        id: menu
+
+        delegate: CommandItem {
+        }
+        background: Rectangle {
+            implicitWidth: 240
+            radius: 8
+            color: Theme.popupFill
+            border.width: 1
+            border.color: Theme.popupOutline
+        }
+        padding: 6
+    }
+
+    component CommandItem: MenuItem {
+        id: command
+
+        implicitHeight: 28
+        contentItem: Row {
+            AppLabel {
+                text: command.text
+                width: command.availableWidth - keys.width
+                font.pixelSize: Theme.smallSize
+                anchors.verticalCenter: parent.verticalCenter
+                Accessible.ignored: true
+            }
+            AppLabel {
+                id: keys
+                text: command.action ? bar.shell.shortcutText(command.action.shortcut) : ""
+                font.pixelSize: Theme.smallSize
+                color: Theme.dimmedText
+                anchors.verticalCenter: parent.verticalCenter
+                Accessible.ignored: true
+            }
+        }
+        background: Rectangle {
+            radius: 5
+            color: command.highlighted ? Theme.controlPressed : "transparent"
+        }
+
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: text
+        Accessible.onPressAction: command.triggered()
+    }
+}

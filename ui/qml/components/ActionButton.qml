@@ -1,0 +1,62 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A button: a symbol, a text, or both. Bordered unless it is plain.
+T.Button {
+    id: button
+
+    property string symbolName: ""
+    property bool isPlain: false
+    // What a screen reader says when that is more than the text.
+    property string description: ""
+    property color tint: Theme.text
+
+    implicitHeight: Theme.controlHeight
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    leftPadding: Theme.controlPadding
+    rightPadding: Theme.controlPadding
+    focusPolicy: Qt.StrongFocus
+    opacity: enabled ? 1 : 0.5
+
+    contentItem: Row {
+        spacing: 6
+        anchors.centerIn: parent
+
+        Symbol {
+            name: button.symbolName.length > 0 ? button.symbolName : "xmark"
+            visible: button.symbolName.length > 0
+            size: 15
+            color: button.tint
+            anchors.verticalCenter: parent.verticalCenter
+        }
+        AppLabel {
+            text: button.text
+            visible: button.text.length > 0 && button.display !== T.AbstractButton.IconOnly
+            color: button.tint
+            font.pixelSize: Theme.subheadlineSize
+            font.weight: Font.Medium
+            anchors.verticalCenter: parent.verticalCenter
+            Accessible.ignored: true
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: button.down ? Theme.controlPressed : button.hovered ? Theme.controlHover
+             : button.isPlain ? "transparent" : Theme.controlFill
+        border.width: button.isPlain ? 0 : 1
+        border.color: Theme.controlOutline
+
+        FocusRing {
+            target: button
+        }
+    }
+
+    Keys.onReturnPressed: button.click()
+    Keys.onEnterPressed: button.click()
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: description
+    Accessible.onPressAction: button.click()
+}

@@ -1,0 +1,26 @@
+import QtQuick
+
+// Turns while something is under way; without motion it only stands there.
+Item {
+    id: spinner
+
+    property int size: 14
+
+    implicitWidth: size
+    implicitHeight: size
+    Accessible.ignored: true
+
+    Symbol {
+        name: "arrow.clockwise"
+        size: spinner.size
+        anchors.centerIn: parent
+
+        // A few steps a second are enough to show that something goes on.
+        Timer {
+            interval: 100
+            repeat: true
+            running: spinner.visible && Theme.motionEnabled
+            onTriggered: parent.rotation = (parent.rotation + 36) % 360
+        }
+    }
+}

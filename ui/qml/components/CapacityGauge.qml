@@ -1,0 +1,37 @@
+import QtQuick
+import QtQuick.Layouts
+
+// How full something is, from 0 to 1, with the share in words.
+RowLayout {
+    id: gauge
+
+    required property real ratio
+    required property string valueText
+    required property string label
+    required property color tint
+
+    spacing: Theme.rowSpacing
+    Layout.fillWidth: true
+
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: label
+    Accessible.description: valueText
+
+    Rectangle {
+        Layout.fillWidth: true
+        implicitHeight: 8
+        radius: 4
+        color: Theme.controlHover
+
+        Rectangle {
+            width: Math.max(parent.height, parent.width * Math.max(0, Math.min(1, gauge.ratio)))
+            height: parent.height
+            radius: 4
+            color: gauge.tint
+        }
+    }
+    AppLabel {
+        text: gauge.valueText
+        font.pixelSize: Theme.subheadlineSize
+    }
+}

@@ -1,0 +1,112 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A button that opens a list of commands or choices. Arrow keys walk through the list, Escape closes it.
+ActionButton {
+    id: button
+
+    // Objects with an id, a title and a symbol.
+    required property var entries
+    // The id of the entry that is chosen now; empty for none.
+    property string chosen: ""
+
+    signal picked(id: string)
+
+    function openList() {
+        popup.open();
+        const index = Math.max(0, button.entries.findIndex(entry => entry.id === button.chosen));
+        list.currentIndex = index;
+        list.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    rightPadding: Theme.controlPadding + 16
+    onClicked: popup.opened ? popup.close() : openList()
+    Keys.onDownPressed: openList()
+
+    Accessible.role: Accessible.ButtonMenu
+
+    Symbol {
+        name: "chevron.down"
+        size: 11
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+    }
+
+    T.Popup {
+        id: popup
+        y: button.height + 4
+        x: Math.min(0, button.width - width)
+        implicitWidth: 210
+        implicitHeight: list.contentHeight + 12
+        padding: 6
+        focus: true
+        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+        onClosed: button.forceActiveFocus(Qt.PopupFocusReason)
+
+        background: Rectangle {
+            radius: 10
+            color: Theme.popupFill
+            border.width: 1
+            border.color: Theme.popupOutline
+        }
+
+        contentItem: ListView {
+            id: list
+            model: button.entries
+            implicitHeight: contentHeight
+            boundsBehavior: Flickable.StopAtBounds
+            keyNavigationWraps: true
+            activeFocusOnTab: true
+
+            Accessible.role: Accessible.PopupMenu
+            Accessible.name: button.text
+
+            delegate: T.ItemDelegate {
+                id: entry
+
+                required property var modelData
+                required property int index
+
+                width: list.width
+                implicitHeight: 30
+                highlighted: ListView.isCurrentItem
+                hoverEnabled: true
+                onHoveredChanged: if (hovered) list.currentIndex = index
+                onClicked: {
+                    popup.close();
+                    button.picked(modelData.id);
+                }
+                Keys.onReturnPressed: entry.click()
+                Keys.onEnterPressed: entry.click()
+                Keys.onSpacePressed: entry.click()
+
+                contentItem: Row {
+                    leftPadding: 8
+                    spacing: 8
+
+                    Symbol {
+                        name: entry.modelData.symbol
+                        size: 15
+                        anchors.verticalCenter: parent.verticalCenter
+                    }
+                    AppLabel {
+                        text: entry.modelData.title
+                        font.pixelSize: Theme.subheadlineSize
+                        font.weight: entry.modelData.id === button.chosen ? Font.DemiBold : Font.Normal
+                        anchors.verticalCenter: parent.verticalCenter
+                        Accessible.ignored: true
+                    }
+                }
+                background: Rectangle {
+                    radius: 6
+                    color: entry.highlighted ? Theme.controlPressed : "transparent"
+                }
+
+                Accessible.role: Accessible.MenuItem
+                Accessible.name: modelData.title
+                Accessible.onPressAction: entry.click()
+            }
+        }
+    }
+}

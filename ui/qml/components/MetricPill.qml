@@ -1,0 +1,41 @@
+import QtQuick
+
+// A number under its name.
+Rectangle {
+    id: pill
+
+    required property string title
+    required property string value
+    property color tint: Theme.text
+    property int valueSize: Theme.headingSize
+
+    implicitWidth: Math.max(58, column.implicitWidth + 24)
+    implicitHeight: column.implicitHeight + 16
+    radius: 10
+    color: Theme.pillFill
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title + " " + value
+
+    Column {
+        id: column
+        anchors.centerIn: parent
+        spacing: 2
+
+        AppLabel {
+            text: pill.title
+            font.pixelSize: Theme.captionSize
+            color: Theme.dimmedText
+            anchors.horizontalCenter: parent.horizontalCenter
+            Accessible.ignored: true
+        }
+        AppLabel {
+            text: pill.value
+            font.pixelSize: pill.valueSize
+            font.weight: Font.Bold
+            color: pill.tint
+            anchors.horizontalCenter: parent.horizontalCenter
+            Accessible.ignored: true
+        }
+    }
+}

@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Layouts
+
+// A card around one section of a page; for a screen reader a group of the heading's name.
+Item {
+    id: card
+
+    default property alias content: column.data
+    property string heading: ""
+    property alias spacing: column.spacing
+
+    implicitWidth: column.implicitWidth + 2 * Theme.cardPadding
+    implicitHeight: column.implicitHeight + 2 * Theme.cardPadding
+    Layout.fillWidth: true
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: heading
+
+    // The outline: a gradient all around, of which the card's own fill leaves a point in sight.
+    CardOutline {
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        fill: Theme.cardFill
+        outlineStart: Theme.cardOutlineStart
+        outlineEnd: Theme.cardOutlineEnd
+    }
+
+    ColumnLayout {
+        id: column
+        anchors.fill: parent
+        anchors.margins: Theme.cardPadding
+        spacing: Theme.cardSpacing
+    }
+}

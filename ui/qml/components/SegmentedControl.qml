@@ -1,0 +1,86 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A choice of one among a few, all in sight.
+FocusScope {
+    id: control
+
+    // Texts of the choices, in order, and the values that they stand for.
+    required property var titles
+    required property var values
+    required property string value
+    required property string label
+
+    signal chosen(value: string)
+
+    implicitWidth: row.implicitWidth + 4
+    implicitHeight: Theme.controlHeight
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: label
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.controlRadius
+        color: Theme.controlFill
+        border.width: 1
+        border.color: Theme.controlOutline
+    }
+
+    Row {
+        id: row
+        anchors.centerIn: parent
+        height: parent.height - 4
+
+        Repeater {
+            model: control.titles
+
+            T.RadioButton {
+                id: segment
+
+                required property int index
+                required property string modelData
+                readonly property bool isChosen: control.values[index] === control.value
+
+                text: modelData
+                height: row.height
+                implicitWidth: Math.max(64, title.implicitWidth + 2 * Theme.controlPadding)
+                focusPolicy: Qt.StrongFocus
+                checked: isChosen
+                autoExclusive: false
+                onClicked: control.chosen(control.values[index])
+                // The template has checked the button by itself; what is chosen is decided elsewhere.
+                onToggled: checked = Qt.binding(() => segment.isChosen)
+
+                contentItem: AppLabel {
+                    id: title
+                    text: segment.text
+                    font.pixelSize: Theme.subheadlineSize
+                    font.weight: segment.isChosen ? Font.DemiBold : Font.Normal
+                    horizontalAlignment: Text.AlignHCenter
+                    Accessible.ignored: true
+                }
+                background: Rectangle {
+                    radius: Theme.controlRadius - 2
+                    color: segment.isChosen ? Theme.selectedFill : segment.hovered ? Theme.controlFill : "transparent"
+
+                    FocusRing {
+                        target: segment
+                    }
+                }
+
+                Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+                Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                Keys.onReturnPressed: segment.click()
+                Keys.onEnterPressed: segment.click()
+
+                Accessible.role: Accessible.RadioButton
+                Accessible.name: text
+                Accessible.checkable: true
+                Accessible.checked: isChosen
+                Accessible.onPressAction: segment.click()
+                Accessible.onToggleAction: segment.click()
+            }
+        }
+    }
+}

@@ -1,0 +1,28 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// Content over a window that waits until it is closed. Escape and the window's closing shortcut close it.
+T.Popup {
+    id: sheet
+
+    required property string title
+
+    anchors.centerIn: T.Overlay.overlay
+    width: Math.min(560, (parent ? parent.width : 640) - 48)
+    height: Math.min(620, (parent ? parent.height : 700) - 48)
+    padding: 20
+    modal: true
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.scrim
+    }
+
+    background: Rectangle {
+        radius: 16
+        color: Theme.popupFill
+        border.width: 1
+        border.color: Theme.popupOutline
+    }
+}

@@ -1,0 +1,23 @@
+import QtQuick
+
+// A word on its colour.
+Rectangle {
+    id: badge
+
+    required property string text
+    required property color tint
+
+    implicitWidth: label.implicitWidth + 18
+    implicitHeight: label.implicitHeight + 8
+    radius: height / 2
+    color: Qt.rgba(tint.r, tint.g, tint.b, 0.22)
+
+    AppLabel {
+        id: label
+        anchors.centerIn: parent
+        text: badge.text
+        color: badge.tint
+        font.pixelSize: Theme.captionSize
+        font.weight: Font.DemiBold
+    }
+}

@@ -1,0 +1,22 @@
+import QtQuick
+
+// A symbol by its name, in one colour. It says nothing to a screen reader: what it shows always stands beside it in words.
+Image {
+    id: symbol
+
+    required property string name
+    property color color: Theme.text
+    property int size: 16
+
+    function hex(part: real): string {
+        return Math.round(part * 255).toString(16).padStart(2, "0");
+    }
+
+    source: "image://symbols/" + name + "/" + hex(color.r) + hex(color.g) + hex(color.b) + hex(color.a)
+    sourceSize: Qt.size(size, size)
+    width: size
+    height: size
+    fillMode: Image.PreserveAspectFit
+
+    Accessible.ignored: true
+}

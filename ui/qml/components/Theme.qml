@@ -1,0 +1,82 @@
+pragma Singleton
+
+import QtQuick
+
+// Every colour, distance and type size of the look, once. The two styles differ in the backdrop and the cards alone.
+QtObject {
+    // Set by the application from the user's settings.
+    property bool isClassic: false
+    property bool motionEnabled: true
+
+    // Type sizes, in points of the design.
+    readonly property int titleSize: 30
+    readonly property int dialSize: 36
+    readonly property int headingSize: 17
+    readonly property int bodySize: 14
+    readonly property int subheadlineSize: 13
+    readonly property int smallSize: 12
+    readonly property int captionSize: 11
+
+    // Distances
+    readonly property int pagePadding: 22
+    readonly property int pageSpacing: 16
+    readonly property int pageWidth: 980
+    readonly property int cardSpacing: 12
+    readonly property int cardPadding: 16
+    readonly property int rowSpacing: 8
+    readonly property int tightSpacing: 4
+    readonly property int controlHeight: 30
+    readonly property int controlPadding: 12
+    readonly property int controlRadius: 8
+
+    // Text
+    readonly property color text: "#ffffff"
+    readonly property color subtitleText: Qt.rgba(1, 1, 1, 0.84)
+    readonly property color secondaryText: Qt.rgba(1, 1, 1, 0.78)
+    readonly property color dimmedText: Qt.rgba(1, 1, 1, 0.72)
+    readonly property color selection: Qt.rgba(0.20, 0.60, 0.86, 0.55)
+
+    // Signals: the system's dark-mode colours.
+    readonly property color green: "#30d158"
+    readonly property color yellow: "#ffd60a"
+    readonly property color orange: "#ff9f0a"
+    readonly property color red: "#ff453a"
+    readonly property color cyan: "#64d2ff"
+    readonly property color teal: "#40c8e0"
+    readonly property color blue: "#0a84ff"
+    readonly property color accent: "#3d9bff"
+
+    // Controls
+    readonly property color controlFill: Qt.rgba(1, 1, 1, 0.08)
+    readonly property color controlHover: Qt.rgba(1, 1, 1, 0.14)
+    readonly property color controlPressed: Qt.rgba(1, 1, 1, 0.20)
+    readonly property color controlOutline: Qt.rgba(1, 1, 1, 0.24)
+    readonly property color selectedFill: Qt.rgba(1, 1, 1, 0.20)
+    readonly property color focusRing: "#8ec5ff"
+    readonly property color divider: Qt.rgba(1, 1, 1, 0.14)
+    readonly property color pillFill: Qt.rgba(1, 1, 1, 0.06)
+    readonly property color popupFill: "#1b2735"
+    readonly property color popupOutline: Qt.rgba(1, 1, 1, 0.22)
+    readonly property color scrim: Qt.rgba(0, 0, 0, 0.55)
+
+    // Cards
+    readonly property int cardRadius: isClassic ? 18 : 20
+    readonly property color cardFill: isClassic ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0.55, 0.68, 0.80, 0.13)
+    readonly property color cardOutlineStart: isClassic ? Qt.rgba(1, 1, 1, 0.20) : Qt.rgba(1, 1, 1, 0.35)
+    readonly property color cardOutlineEnd: isClassic ? Qt.rgba(1, 1, 1, 0.20) : Qt.rgba(1, 1, 1, 0.10)
+
+    // Backdrops
+    readonly property color liquidTop: Qt.rgba(0.04, 0.10, 0.16, 1)
+    readonly property color liquidBottom: Qt.rgba(0.01, 0.03, 0.07, 1)
+    readonly property color classicTop: Qt.rgba(0.09, 0.12, 0.18, 1)
+    readonly property color classicBottom: Qt.rgba(0.04, 0.05, 0.10, 1)
+    readonly property color orbOne: Qt.rgba(teal.r, teal.g, teal.b, 0.32)
+    readonly property color orbTwo: Qt.rgba(blue.r, blue.g, blue.b, 0.28)
+
+    readonly property int hoverDuration: motionEnabled ? 120 : 0
+
+    // The colour that a state has wherever it is shown, by its name in the records.
+    function stateColor(state: string): color {
+        return state === "safe" ? green : state === "warning" ? yellow : red;
+    }
+}

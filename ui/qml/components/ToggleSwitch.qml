@@ -1,0 +1,75 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// An on/off switch with its label; the label can be left to the surroundings.
+T.Switch {
+    id: control
+
+    // Whether the label stands beside the switch; a screen reader hears it in any case.
+    property bool showsLabel: true
+    property bool isOn: false
+
+    signal switched(on: bool)
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight)
+    rightPadding: showsLabel && text.length > 0 ? track.width + 10 : track.width
+    focusPolicy: Qt.StrongFocus
+    checked: isOn
+    onToggled: {
+        const wanted = checked;
+        checked = Qt.binding(() => control.isOn);
+        control.switched(wanted);
+    }
+
+    contentItem: AppLabel {
+        text: control.showsLabel ? control.text : ""
+        visible: control.showsLabel
+        font.pixelSize: Theme.subheadlineSize
+        Accessible.ignored: true
+    }
+
+    indicator: Rectangle {
+        id: track
+        x: control.width - width
+        anchors.verticalCenter: parent.verticalCenter
+        width: 38
+        height: 22
+        radius: height / 2
+        color: control.isOn ? Theme.green : Theme.controlPressed
+        border.width: 1
+        border.color: Theme.controlOutline
+
+        Rectangle {
+            x: control.isOn ? parent.width - width - 2 : 2
+            anchors.verticalCenter: parent.verticalCenter
+            width: 18
+            height: 18
+            radius: 9
+            color: "#ffffff"
+
+            Behavior on x {
+                enabled: Theme.motionEnabled
+                NumberAnimation {
+                    duration: Theme.hoverDuration
+                }
+            }
+        }
+
+        FocusRing {
+            target: control
+            radius: track.radius + 3
+            anchors.fill: track
+        }
+    }
+
+    Keys.onReturnPressed: control.click()
+    Keys.onEnterPressed: control.click()
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text
+    Accessible.checkable: true
+    Accessible.checked: isOn
+    Accessible.onPressAction: control.click()
+    Accessible.onToggleAction: control.click()
+}
