@@ -199,6 +199,7 @@ TEST_F(WatchlistStoreTest, noApplicationSupport_usesTheHomeFolder) {
    public:
     bool exists(const std::string&) const override { return false; }
     std::unique_ptr<FolderWalk> enumerate(const std::string&) const override { return nullptr; }
+    VolumeCapacities volumeCapacities(const std::string& /*folder*/) const override { return {}; }
     std::string homeDirectory() const override { return "/Users/a"; }
     std::optional<std::string> applicationSupportDirectory() const override { return std::nullopt; }
   };
