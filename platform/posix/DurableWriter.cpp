@@ -197,6 +197,16 @@ bool fill(const FileCalls& calls, OpenFile& file, const ByteProducer& produce) {
   return error == 0;
 }
 
+/// Why no file can take the place of what has the name now; 0 when one can. A rename would put it in place of a device
+/// or a pipe too, as little as that was meant.
+int obstacleAt(int folder, const std::string& name) {
+  struct stat status {};
+  if (::fstatat(folder, name.c_str(), &status, 0) != 0 || S_ISREG(status.st_mode)) {
+    return 0;
+  }
+  return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+}
+
 }  // namespace
 
 std::optional<Failure> writeDurably(const FileCalls& calls, const std::string& path, FileAccess access,
@@ -208,6 +218,10 @@ std::optional<Failure> writeDurably(const FileCalls& calls, const std::string& p
     return failureOf(path, errno);
   }
   removeAbandoned(calls, folder.get());
+  const std::string target = path.substr(path.rfind('/') + 1);
+  if (const int error = obstacleAt(folder.get(), target)) {
+    return failureOf(path, error);
+  }
 
   std::optional<TemporaryFile> temporary =
       makeTemporary(calls, folder.get(), access == FileAccess::privateToUser ? kPrivateMode : kUsualMode);
@@ -216,7 +230,6 @@ std::optional<Failure> writeDurably(const FileCalls& calls, const std::string& p
   }
   // Closing a file can report a late failure, so it is closed before the rename; this second descriptor keeps the lock.
   const OpenFile lockHolder(calls, calls.duplicate(temporary->file.get()));
-  const std::string target = path.substr(path.rfind('/') + 1);
   const auto fail = [&](int error) {
     calls.unlinkAt(folder.get(), temporary->name.c_str());
     return failureOf(path, error);
