@@ -14,15 +14,18 @@ bool isSet(const char* name) {
   return value != nullptr && *value != '\0';
 }
 
-bool hasColours() {
+bool knowsEscapeSequences() {
   const char* terminal = std::getenv("TERM");
-  return terminal != nullptr && std::string_view(terminal) != "dumb" && !isSet("NO_COLOR");
+  return terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
 }  // namespace
 
 Output::Output(int descriptor)
-    : descriptor_(descriptor), isTerminal_(isatty(descriptor) == 1), isColoured_(isTerminal_ && hasColours()) {}
+    : descriptor_(descriptor),
+      isTerminal_(isatty(descriptor) == 1),
+      isErasable_(isTerminal_ && knowsEscapeSequences()),
+      isColoured_(isErasable_ && !isSet("NO_COLOR")) {}
 
 std::size_t Output::columns() const {
   winsize size{};

@@ -14,6 +14,8 @@ class Output {
   /// Whether text may be coloured: a terminal that knows colours, and a user who does not object (NO_COLOR).
   bool isColoured() const { return isColoured_; }
   bool isTerminal() const { return isTerminal_; }
+  /// Whether a line can be taken back: a terminal that knows how.
+  bool isErasable() const { return isErasable_; }
   /// The terminal's width in characters, as it is now; 80 where it does not tell.
   std::size_t columns() const;
 
@@ -26,6 +28,7 @@ class Output {
  private:
   int descriptor_;
   bool isTerminal_;
+  bool isErasable_;
   bool isColoured_;
   bool isClosed_ = false;
   bool hasLostText_ = false;

@@ -1,9 +1,7 @@
 #include "cli/ProgressLine.h"
 
 #include "core/DisplayText.h"
-#include "platform/UTF8.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -19,24 +17,39 @@ constexpr std::chrono::milliseconds kPatience{500};
 constexpr std::chrono::milliseconds kInterval{100};
 constexpr const char* kEraseLine = "\r\x1b[K";
 
-/// The end of a path, which tells more than its beginning, in at most `width` characters.
-std::string tail(const std::string& path, std::size_t width) {
-  std::size_t count = 0;
-  std::size_t start = path.size();
-  while (start > 0 && count < width) {
-    // Back to where a character begins: the bytes after its first look like no beginning.
+bool isBeginningOfCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+}
+
+/// Where the longest end of a text begins that fits into `width` columns of a terminal.
+std::size_t startOfEnd(const std::string& text, std::size_t width) {
+  std::size_t start = text.size();
+  std::size_t columns = 0;
+  for (std::size_t next = start; next > 0; start = next) {
     do {
-      --start;
-    } while (start > 0 && (static_cast<unsigned char>(path[start]) & 0xC0U) == 0x80U);
-    ++count;
+      --next;
+    } while (next > 0 && !isBeginningOfCharacter(text[next]));
+    // Outside ASCII a character may be two columns wide.
+    columns += static_cast<unsigned char>(text[next]) < 0x80U ? 1U : 2U;
+    if (columns > width) {
+      break;
+    }
   }
-  return start == 0 ? path : "…" + path.substr(start);
+  return start;
+}
+
+/// The end of a path, which tells more than its beginning, in at most `width` columns.
+std::string end(const std::string& path, std::size_t width) {
+  if (startOfEnd(path, width) == 0) {
+    return path;
+  }
+  return width < 2 ? "" : "…" + path.substr(startOfEnd(path, width - 2));
 }
 
 }  // namespace
 
 ProgressLine::ProgressLine(const ScanProgress& progress, Output& out) : progress_(progress), out_(out) {
-  if (out_.isTerminal()) {
+  if (out_.isErasable()) {
     thread_ = std::thread([this] { showUntilOver(); });
   }
 }
@@ -67,12 +80,13 @@ void ProgressLine::showUntilOver() {
 }
 
 void ProgressLine::draw(std::chrono::duration<double> elapsed) {
+  // A line that reached the terminal's last column would wrap, and could not be erased.
+  const std::size_t width = out_.columns() - 1;
   const std::int64_t files = progress_.files();
   const std::string counts =
-      fmt::format("Scanning: {} files, {:.0f} a second  ", files, static_cast<double>(files) / elapsed.count());
-  // A line that reached the terminal's last column would wrap, and could not be erased.
-  const std::size_t width = out_.columns() > counts.size() + 2 ? out_.columns() - counts.size() - 2 : 0;
-  out_.write(kEraseLine + counts + tail(displayText(progress_.folder()), width));
+      fmt::format("Scanning: {} files, {:.0f} a second  ", files, static_cast<double>(files) / elapsed.count())
+          .substr(0, width);
+  out_.write(kEraseLine + counts + end(displayText(progress_.folder()), width - counts.size()));
 }
 
 }  // namespace cirrovane

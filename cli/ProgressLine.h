@@ -11,7 +11,8 @@
 namespace cirrovane {
 
 /// Shows on a terminal how far a scan has come, once it takes long enough for somebody to wonder; erased at the end.
-/// Shows nothing where the output is no terminal. While it lives nobody else writes to the output.
+/// Shows nothing where the output is no terminal, or one that cannot erase. While it lives nobody else writes to the
+/// output.
 class ProgressLine {
  public:
   ProgressLine(const ScanProgress& progress, Output& out);

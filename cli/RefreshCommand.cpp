@@ -44,6 +44,13 @@ ExitStatus refresh(CommandContext& context) {
   return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
 }
 
+std::string complaintAboutFile(const std::string& name) {
+  if (name.empty()) {
+    return "A file's name cannot be empty.";
+  }
+  return name.ends_with('/') ? name + " is the name of a folder." : "";
+}
+
 ExitStatus exportPacket(const std::string& destination, CommandContext& context) {
   ScanProgress progress;
   HeadlessDashboard headless(context.machine, &progress);
@@ -91,8 +98,8 @@ void addExportCommand(CLI::App& app, ChosenCommand& chosen) {
       "  cirrovanectl export - | jq '.diagnostics[] | select(.severity != \"ok\")'");
   command->add_option("FILE", *destination, "The file to write; - for standard output")
       ->required()
-      ->check([](const std::string& name) { return name.empty() ? "A file's name cannot be empty." : ""; });
-  addJSONOption(*command, chosen);
+      ->check(complaintAboutFile);
+  command->add_flag("--json", chosen.wantsJSON, "Print nothing: the packet is the document");
   command->callback([&chosen, destination] {
     chosen.run = [destination](CommandContext& context) { return exportPacket(*destination, context); };
   });

@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 #include "coordinator/AppUpdateService.h"
+#include "core/DisplayText.h"
 #include "core/JSONRecord.h"
 
 #include <string>
@@ -21,7 +22,7 @@ ExitStatus version(CommandContext& context) {
   if (context.wantsJSON) {
     writeJSONDocument(context.out, Version{label});
   } else {
-    context.out.write(label + "\n");
+    context.out.write(displayText(label) + "\n");
   }
   return ExitStatus::done;
 }
