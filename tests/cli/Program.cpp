@@ -11,6 +11,7 @@
 #include <pty.h>
 #include <signal.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -107,6 +108,13 @@ Terminal::Terminal() {
   programEnd_ = FileDescriptor(programEnd);
   fcntl(testEnd, F_SETFD, FD_CLOEXEC);
   fcntl(programEnd, F_SETFD, FD_CLOEXEC);
+}
+
+void Terminal::setColumns(unsigned short columns) const {
+  const winsize size{.ws_row = 24, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
+  if (ioctl(programEnd_.get(), TIOCSWINSZ, &size) != 0) {
+    throw std::runtime_error("no width for the pseudo-terminal");
+  }
 }
 
 void Terminal::waitFor(std::string_view text) {

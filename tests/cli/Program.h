@@ -73,6 +73,8 @@ class Terminal {
 
   /// For the program.
   int programEnd() const { return programEnd_.get(); }
+  /// Makes it this many characters wide.
+  void setColumns(unsigned short columns) const;
   /// To be called once the program has its copy, so that its end is the end of the text.
   void closeProgramEnd() { programEnd_ = FileDescriptor(); }
   /// Reads until the text has come; fails the test when the program ends first.
