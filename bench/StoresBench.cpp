@@ -1,12 +1,11 @@
 // What the stores' own work costs at their largest, with and without waiting for the disk. Prints lines of: what, how,
 // and the seconds of each repetition, with tabs between.
 
-#include "core/SyncHealthReport.h"
+#include "bench/SampleRecords.h"
 #include "platform/Clock.h"
 #include "platform/linux/ICUCollation.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/MacRoot.h"
-#include "platform/posix/FileCalls.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
@@ -32,48 +31,6 @@ namespace {
 constexpr std::size_t kFindings = 100;
 constexpr std::size_t kKnownFindings = kFindings / 2;
 constexpr std::size_t kFolders = 50;
-
-/// Leaves to the system when the bytes reach the disk.
-class CallsWithoutSync final : public FileCalls {
- public:
-  int sync(int /*file*/) const override { return 0; }
-};
-
-void expect(bool holds, const char* what) {
-  if (!holds) {
-    throw std::runtime_error(what);
-  }
-}
-
-std::string longPath(std::size_t number) {
-  return fmt::format(
-      "/Users/demo/Library/Mobile Documents/com~apple~CloudDocs/Clients/Harbour & Sons/2026/Contracts and invoices/"
-      "Quarter {}/Statement of work, final version {:06}.pages",
-      number % 4 + 1, number);
-}
-
-SyncHealthReport reportOf(std::size_t number, Time time) {
-  SyncHealthReport report;
-  report.status = HealthState::danger;
-  report.score = 42;
-  report.localAvailabilityScore = 97;
-  report.generatedAt = time;
-  SyncBlocker& blocker = report.blockers.emplace_back();
-  blocker.filePath = longPath(number);
-  blocker.folderName = "Contracts and invoices";
-  return report;
-}
-
-DiagnosticFinding findingOf(std::size_t number, Time time) {
-  DiagnosticFinding finding;
-  finding.domain = kDiagnosticDomains.at(number % kDiagnosticDomains.size()).value;
-  finding.severity = number % 3 == 0 ? DiagnosticSeverity::error : DiagnosticSeverity::warning;
-  finding.title = fmt::format("Something is wrong with part {} of this machine", number);
-  finding.detail =
-      fmt::format("{} of 494.4 GB are free on the volume that holds the home folder; keep 10 % of it free.", number);
-  finding.observedAt = time;
-  return finding;
-}
 
 class Bench {
  public:
@@ -104,12 +61,12 @@ class Bench {
   void fill(const FileStorage& storage) {
     ScanHistoryStore history = this->history(storage);
     for (std::size_t count = 0; count < ScanHistoryStore::kMaximumSnapshots; ++count) {
-      history.record(reportOf(next_++, clock_.now()));
+      history.record(sampleReport(next_++, clock_.now()));
     }
     IncidentStore incidents = this->incidents(storage);
     std::vector<DiagnosticFinding> findings;
     for (std::size_t number = 0; number < IncidentStore::kMaximumRecords; ++number) {
-      findings.push_back(findingOf(number, clock_.now()));
+      findings.push_back(sampleFinding(number, clock_.now()));
     }
     incidents.merge(findings, clock_.now());
     WatchlistStore watchlist = this->watchlist(storage);
@@ -122,7 +79,7 @@ class Bench {
   void measureWrites(const char* how, const FileStorage& storage) {
     ScanHistoryStore history = this->history(storage);
     measure(
-        "record", how, [&](std::size_t number) { return reportOf(number, clock_.now()); },
+        "record", how, [&](std::size_t number) { return sampleReport(number, clock_.now()); },
         [&](const SyncHealthReport& report) { history.record(report); });
     expect(history.snapshots().size() == ScanHistoryStore::kMaximumSnapshots && !history.saveFailure(),
            "the history is not full");
@@ -132,7 +89,7 @@ class Bench {
       std::vector<DiagnosticFinding> found;
       for (std::size_t index = 0; index < kFindings; ++index) {
         const bool isKnown = index < kKnownFindings;
-        found.push_back(findingOf(isKnown ? index : number * kFindings + index, clock_.now()));
+        found.push_back(sampleFinding(isKnown ? index : number * kFindings + index, clock_.now()));
       }
       return found;
     };

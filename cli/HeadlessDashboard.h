@@ -1,8 +1,10 @@
 #pragma once
 
-#include "cli/Command.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/MakeDashboard.h"
+#include "platform/Machine.h"
+
+#include <utility>
 
 namespace cirrovane {
 
@@ -10,16 +12,19 @@ namespace cirrovane {
 /// nobody is notified, and no setting is written.
 class HeadlessDashboard {
  public:
-  explicit HeadlessDashboard(Machine& machine, ScanProgress* progress)
-      : viewModel_(makeDashboardServices(machine, progress), {{executor_, executor_, executor_, executor_},
-                                                              timer_,
-                                                              panels_,
-                                                              workspace_,
-                                                              machine.fileSystem(),
-                                                              machine.fileStorage(),
-                                                              machine.userDefaults(),
-                                                              machine.timeText(),
-                                                              machine.clock()}) {}
+  HeadlessDashboard(Machine& machine, ScanProgress* progress)
+      : HeadlessDashboard(machine, makeDashboardServices(machine, progress)) {}
+  /// With services of the caller's own.
+  HeadlessDashboard(Machine& machine, DashboardServices services)
+      : viewModel_(std::move(services), {{executor_, executor_, executor_, executor_},
+                                         timer_,
+                                         panels_,
+                                         workspace_,
+                                         machine.fileSystem(),
+                                         machine.fileStorage(),
+                                         machine.userDefaults(),
+                                         machine.timeText(),
+                                         machine.clock()}) {}
 
   DashboardViewModel& viewModel() { return viewModel_; }
 

@@ -1,0 +1,226 @@
+// What a refresh costs besides its scan and its commands, and what an export of a very large report costs in time and
+// memory, with and without waiting for the disk. Prints lines of: what, how, and the seconds, or bytes, of each
+// repetition, with tabs between.
+
+#include "bench/MacAnswers.h"
+#include "bench/SampleRecords.h"
+#include "cli/HeadlessDashboard.h"
+#include "platform/Machine.h"
+#include "platform/posix/DurableWriter.h"
+#include "platform/posix/PosixFileStorage.h"
+#include "stores/ProofPacket.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+constexpr std::size_t kBlockers = 500'000;
+constexpr std::size_t kPieceSize = std::size_t{1} << 16U;
+
+template <class Work>
+double secondsOf(const Work& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void print(std::string_view what, std::string_view how, const std::vector<double>& figures) {
+  fmt::print("{}\t{}", what, how);
+  for (const double figure : figures) {
+    fmt::print("\t{:.9f}", figure);
+  }
+  fmt::print("\n");
+  std::fflush(stdout);
+}
+
+/// Bytes that the kernel's account of this process has under a name: VmRSS now, VmHWM at most so far.
+double memory(std::string_view name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(name)) {
+      return std::stod(line.substr(name.size() + 1)) * 1024;
+    }
+  }
+  throw std::runtime_error("the kernel gives no account of memory");
+}
+
+/// Makes the most memory so far the memory now.
+void forgetPeak() {
+  std::ofstream("/proc/self/clear_refs") << 5;
+}
+
+SyncHealthReport largeReport(Time time) {
+  SyncHealthReport report = sampleReport(0, time);
+  report.metrics.pendingUploads = kBlockers;
+  report.blockers.clear();
+  report.blockers.reserve(kBlockers);
+  UUIDGenerator makeID;
+  for (std::size_t number = 0; number < kBlockers; ++number) {
+    report.blockers.push_back({makeID(), longPath(number), "Contracts and invoices", BlockerReason::notUploaded,
+                               "Still pending upload.", time});
+  }
+  return report;
+}
+
+/// The export, and as its rival the same bytes, ready in memory, through the same durable writer. In turns, so that
+/// whatever else the machine does strikes both.
+void measureExport(const std::string& folder, int repetitions) {
+  const std::string path = folder + "/packet.json";
+  const CallsWithoutSync withoutSync;
+  const FileCalls withSync;
+  ProofPacket packet;
+  packet.report = Shared<SyncHealthReport>(largeReport(SystemClock().now()));
+  const auto save = [&](const FileCalls& calls) {
+    expect(!saveProofPacket(packet, PosixFileStorage(calls), path), "the packet was not written");
+  };
+
+  std::vector<double> peaks;
+  for (int repetition = 0; repetition < repetitions; ++repetition) {
+    forgetPeak();
+    const double before = memory("VmRSS:");
+    save(withoutSync);
+    peaks.push_back(memory("VmHWM:") - before);
+  }
+  print("export", "peak over the report", peaks);
+  print("export", "report", {memory("VmRSS:")});
+
+  std::string bytes;
+  writeProofPacket(packet, [&](std::string_view piece) {
+    bytes += piece;
+    return true;
+  });
+  print("export", "bytes", {static_cast<double>(bytes.size())});
+  const auto writeReady = [&](const FileCalls& calls) {
+    const auto failure = writeDurably(calls, path, FileAccess::asUsual, [&](const ByteSink& sink) {
+      for (std::size_t start = 0; start < bytes.size(); start += kPieceSize) {
+        if (!sink(std::string_view(bytes).substr(start, kPieceSize))) {
+          return false;
+        }
+      }
+      return true;
+    });
+    expect(!failure, "the bytes were not written");
+  };
+  for (const auto& [how, calls] :
+       {std::pair<const char*, const FileCalls*>{"without sync", &withoutSync}, {"with sync", &withSync}}) {
+    std::vector<double> ours;
+    std::vector<double> ready;
+    for (int repetition = 0; repetition < repetitions; ++repetition) {
+      ours.push_back(secondsOf([&] { save(*calls); }));
+      expect(std::filesystem::file_size(path) == bytes.size(), "the file has not the packet's size");
+      ready.push_back(secondsOf([&] { writeReady(*calls); }));
+    }
+    print("export", how, ours);
+    print("ready bytes", how, ready);
+  }
+  std::filesystem::remove(path);
+}
+
+class RefreshBench {
+ public:
+  RefreshBench(Machine& machine, std::string folder) : machine_(machine), folder_(std::move(folder)) {}
+
+  void run(int repetitions) {
+    const CallsWithoutSync withoutSync;
+    const FileCalls withSync;
+    measure("without sync", withoutSync, repetitions);
+    measure("with sync", withSync, repetitions);
+  }
+
+ private:
+  /// The real services over canned commands, with a full history and full incidents and one empty folder to watch.
+  DashboardServices services(const FileStorage& storage) {
+    const std::string watched = folder_ + "/watched";
+    std::filesystem::create_directories(watched);
+    for (const char* name : {"watchlist.json", "history.json", "incidents.json"}) {
+      std::filesystem::remove(folder_ + "/" + name);
+    }
+    const FileSystem& files = machine_.fileSystem();
+    const Clock& clock = machine_.clock();
+    DashboardServices services;
+    services.watchlist =
+        std::make_unique<WatchlistStore>(files, storage, machine_.collation(), folder_ + "/watchlist.json");
+    services.watchlist->addFolder(watched);
+    services.historyStore = std::make_unique<ScanHistoryStore>(files, storage, folder_ + "/history.json");
+    for (std::size_t number = 0; number < ScanHistoryStore::kMaximumSnapshots; ++number) {
+      services.historyStore->record(sampleReport(number, clock.now()));
+    }
+    services.engine = std::make_shared<const ICloudScanEngine>(files, clock);
+    services.diagnosticsService =
+        std::make_shared<const PlatformDiagnosticsService>(commands_, machine_.systemInformation(), files, clock);
+    services.systemStatusService =
+        std::make_shared<const SystemStatusService>(commands_, machine_.systemInformation(), files, clock);
+    services.incidentStore = std::make_unique<IncidentStore>(files, storage, clock, folder_ + "/incidents.json");
+    std::vector<DiagnosticFinding> findings;
+    for (std::size_t number = 0; number < IncidentStore::kMaximumRecords; ++number) {
+      findings.push_back(sampleFinding(number, clock.now()));
+    }
+    services.incidentStore->merge(findings, clock.now());
+    return services;
+  }
+
+  void measure(const char* how, const FileCalls& calls, int repetitions) {
+    const PosixFileStorage storage(calls);
+    HeadlessDashboard headless(machine_, services(storage));
+    DashboardViewModel& dashboard = headless.viewModel();
+    std::vector<double> seconds;
+    for (int repetition = 0; repetition < repetitions; ++repetition) {
+      seconds.push_back(secondsOf([&] { dashboard.refresh(); }));
+    }
+    expect(dashboard.diagnostics().size() > 20 && dashboard.systemStatus().memoryUsedBytes,
+           "a refresh found too little");
+    expect(dashboard.fullHistory().size() == ScanHistoryStore::kMaximumSnapshots &&
+               !dashboard.historyStore().saveFailure(),
+           "the history is not full");
+    expect(dashboard.incidents().size() == IncidentStore::kMaximumRecords && !dashboard.incidentStore().saveFailure(),
+           "the incidents are not full");
+    print("refresh", how, seconds);
+  }
+
+  Machine& machine_;
+  std::string folder_;
+  test::FakeCommandRunner commands_ = macAnswers();
+};
+
+}  // namespace
+}  // namespace cirrovane
+
+int main(int argumentCount, char** arguments) {
+  const std::string what = argumentCount == 4 ? arguments[1] : "";
+  const int repetitions = argumentCount == 4 ? std::atoi(arguments[3]) : 0;
+  if (repetitions < 1 || (what != "export" && what != "refresh")) {
+    std::fprintf(stderr, "Usage: dashboard_bench export|refresh MAC_ROOT REPETITIONS\nWrites into MAC_ROOT/bench.\n");
+    return 2;
+  }
+  try {
+    const std::filesystem::path root = std::filesystem::absolute(arguments[2]);
+    const std::filesystem::path folder = root / "bench";
+    std::filesystem::create_directories(folder);
+    if (what == "export") {
+      cirrovane::measureExport(folder, repetitions);
+      return 0;
+    }
+    auto machine = cirrovane::makeMachine(root);
+    cirrovane::expect(static_cast<bool>(machine), "the folder cannot stand for a Mac");
+    cirrovane::RefreshBench(**machine, folder).run(repetitions);
+    return 0;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "dashboard_bench: %s\n", error.what());
+    return 1;
+  }
+}
