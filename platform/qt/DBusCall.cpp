@@ -3,21 +3,18 @@
 #include <QDBusError>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QMetaObject>
+#include <memory>
 #include <utility>
 
 namespace cirrovane {
 
 void callDBus(const QDBusConnection& bus, const QDBusMessage& call, QObject* context,
               std::function<void(const QDBusMessage&)> then) {
-  if (!bus.isConnected()) {
-    // A watcher would not tell of a call that never was.
-    const QDBusMessage error = call.createErrorReply(QDBusError::Disconnected, "There is no bus.");
-    QMetaObject::invokeMethod(
-        context, [error, then = std::move(then)] { then(error); }, Qt::QueuedConnection);
-    return;
-  }
-  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), context);
+  // Nobody would tell of the end of a call on a bus that never was.
+  const QDBusPendingCall pending =
+      bus.isConnected() ? bus.asyncCall(call)
+                        : QDBusPendingCall::fromError(QDBusError(QDBusError::Disconnected, "There is no bus."));
+  auto* watcher = std::make_unique<QDBusPendingCallWatcher>(pending, context).release();
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, then = std::move(then)] {
     watcher->deleteLater();
     then(watcher->reply());

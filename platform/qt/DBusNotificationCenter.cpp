@@ -2,7 +2,6 @@
 
 #include "platform/qt/DBusCall.h"
 
-#include <QMetaObject>
 #include <QStringList>
 #include <QVariantMap>
 #include <algorithm>
@@ -41,17 +40,17 @@ DBusNotificationCenter::DBusNotificationCenter(AuthorizationFact authorizationFa
 }
 
 void DBusNotificationCenter::readAuthorization(std::function<void(NotificationAuthorization)> then) {
-  post([this, then = std::move(then)] { then(authorization()); });
+  executor_.post([this, then = std::move(then)] { then(authorization()); });
 }
 
 void DBusNotificationCenter::requestAuthorization(std::function<void()> then) {
   wasGranted_ = wasGranted_ || authorization() != NotificationAuthorization::denied;
-  post(std::move(then));
+  executor_.post(std::move(then));
 }
 
 void DBusNotificationCenter::add(const Notification& notification, std::function<void()> then) {
   if (authorization() != NotificationAuthorization::authorized) {
-    post(std::move(then));
+    executor_.post(std::move(then));
     return;
   }
   callDBus(bus_, callOf("GetCapabilities"), this,
@@ -95,10 +94,6 @@ NotificationAuthorization DBusNotificationCenter::authorization() const {
   }
   return fact == "notDetermined" && !wasGranted_ ? NotificationAuthorization::notDetermined
                                                  : NotificationAuthorization::authorized;
-}
-
-void DBusNotificationCenter::post(std::function<void()> then) {
-  QMetaObject::invokeMethod(this, std::move(then), Qt::QueuedConnection);
 }
 
 uint DBusNotificationCenter::serverIdOf(const std::string& identifier) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/NotificationCenter.h"
+#include "platform/qt/QtMainExecutor.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -34,16 +35,15 @@ class DBusNotificationCenter final : public QObject, public NotificationCenter {
   /// Drops the notification unless the user has agreed.
   void add(const Notification& notification, std::function<void()> then) override;
 
- private slots:
-  void actionInvoked(uint serverId, const QString& action);
-  void notificationClosed(uint serverId);
-
  private:
+  Q_SLOT void actionInvoked(uint serverId, const QString& action);
+  Q_SLOT void notificationClosed(uint serverId);
   NotificationAuthorization authorization() const;
-  void post(std::function<void()> then);
   void send(const Notification& notification, bool hasMarkup, std::function<void()> then);
   uint serverIdOf(const std::string& identifier) const;
 
+  /// For the answers that no server gives.
+  QtMainExecutor executor_;
   QDBusConnection bus_;
   QDBusServiceWatcher serverWatcher_;
   AuthorizationFact authorizationFact_;

@@ -18,7 +18,7 @@ class QtMainExecutor::Queue {
     const std::lock_guard lock(mutex_);
     if (receiver_ != nullptr) {
       tasks_.push_back(std::move(task));
-      QCoreApplication::postEvent(receiver_, new QEvent(QEvent::User));
+      QCoreApplication::postEvent(receiver_, std::make_unique<QEvent>(QEvent::User).release());
     }
   }
 
@@ -78,12 +78,12 @@ class QtMainExecutor::Receiver final : public QObject {
 
 QtMainExecutor::QtMainExecutor() : queue_(std::make_shared<Queue>()) {
   if (QCoreApplication* application = QCoreApplication::instance()) {
-    queue_->open(new Receiver(queue_, application));
+    queue_->open(std::make_unique<Receiver>(queue_, application).release());
   }
 }
 
 QtMainExecutor::~QtMainExecutor() {
-  delete queue_->close();
+  const std::unique_ptr<QObject> receiver(queue_->close());
 }
 
 void QtMainExecutor::post(std::function<void()> task) {
