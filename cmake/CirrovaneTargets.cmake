@@ -18,30 +18,36 @@ if(CIRROVANE_CCACHE)
       "${CIRROVANE_CCACHE}")
 endif()
 
-add_library(cirrovane_build_options INTERFACE)
-target_compile_options(cirrovane_build_options INTERFACE
+# What our own sources are held to. Sources that a tool generates get the rest of the options alone.
+add_library(cirrovane_warnings INTERFACE)
+target_compile_options(cirrovane_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
   -Woverloaded-virtual -Wimplicit-fallthrough -Wcast-align -Wundef -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(cirrovane_build_options INTERFACE -Wduplicated-cond -Wlogical-op -Wuseless-cast)
+  target_compile_options(cirrovane_warnings INTERFACE -Wduplicated-cond -Wlogical-op -Wuseless-cast)
   if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # GCC 12 sees overlaps that are not there in std::string's own concatenation (its bug 105651).
-    target_compile_options(cirrovane_build_options INTERFACE -Wno-restrict)
+    target_compile_options(cirrovane_warnings INTERFACE -Wno-restrict)
   endif()
 endif()
+
+add_library(cirrovane_instrumentation INTERFACE)
 if(CIRROVANE_SANITIZE)
-  target_compile_options(cirrovane_build_options INTERFACE
+  target_compile_options(cirrovane_instrumentation INTERFACE
     -fsanitize=${CIRROVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   if(CIRROVANE_SANITIZE MATCHES "undefined")
     # The check of a class's identity opens a pipe; it cries out where a test has used up all descriptors.
-    target_compile_options(cirrovane_build_options INTERFACE -fno-sanitize=vptr)
+    target_compile_options(cirrovane_instrumentation INTERFACE -fno-sanitize=vptr)
   endif()
-  target_link_options(cirrovane_build_options INTERFACE -fsanitize=${CIRROVANE_SANITIZE})
+  target_link_options(cirrovane_instrumentation INTERFACE -fsanitize=${CIRROVANE_SANITIZE})
 endif()
 if(CIRROVANE_FUZZ)
   # Coverage in the libraries is what steers libFuzzer; only the targets themselves link its main().
-  target_compile_options(cirrovane_build_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(cirrovane_instrumentation INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+
+add_library(cirrovane_build_options INTERFACE)
+target_link_libraries(cirrovane_build_options INTERFACE cirrovane_warnings cirrovane_instrumentation)
 
 # cirrovane_library(NAME SOURCES... [NEEDS libraries...]): the library cirrovane::NAME of one folder. A folder includes
 # only what it NEEDS, so an include against the layers' direction does not link.

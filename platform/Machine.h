@@ -12,6 +12,7 @@
 #include "platform/UserDefaults.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace cirrovane {
@@ -29,6 +30,9 @@ class Machine {
   virtual const TimeText& timeText() const = 0;
   virtual const Bundle& bundle() const = 0;
   virtual UserDefaults& userDefaults() = 0;
+  /// What the described machine's user says to notifications: "notDetermined", "authorized" or "denied"; absent where
+  /// the system asks the user itself.
+  virtual std::optional<std::string> notificationAuthorization() const = 0;
 };
 
 /// The machine whose disk is the folder at an absolute path; "/" is the one that the program runs on. Each system has

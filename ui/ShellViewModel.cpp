@@ -3,6 +3,8 @@
 #include "coordinator/WebPages.h"
 #include "ui/Text.h"
 
+#include <QKeySequence>
+#include <QMetaType>
 #include <QVariantMap>
 #include <chrono>
 #include <string>

@@ -27,6 +27,7 @@ class LinuxMachine final : public Machine {
   const TimeText& timeText() const override { return timeText_; }
   const Bundle& bundle() const override { return bundle_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
+  std::optional<std::string> notificationAuthorization() const override { return root_.notificationAuthorization(); }
 
  private:
   MacRoot root_;

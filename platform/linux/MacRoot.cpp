@@ -199,6 +199,12 @@ std::optional<std::map<std::string, std::string>> MacRoot::environment() const {
   return variables;
 }
 
+std::optional<std::string> MacRoot::notificationAuthorization() const {
+  const json facts = this->facts();
+  const auto described = facts.find("notificationAuthorization");
+  return described != facts.end() ? std::optional(described->get<std::string>()) : std::nullopt;
+}
+
 std::string MacRoot::homeDirectory() const {
   if (isHost()) {
     return withoutTrailingSlashes(hostHomeDirectory());

@@ -29,6 +29,9 @@ class MacRoot {
   /// The environment that programs on this Mac see; absent when that is our own.
   std::optional<std::map<std::string, std::string>> environment() const;
 
+  /// What the described user says to notifications; absent when that is not described.
+  std::optional<std::string> notificationAuthorization() const;
+
   /// The user's home folder as a real path, without a trailing slash.
   std::string homeDirectory() const;
 

@@ -1,0 +1,137 @@
+#include "ui/CirrovaneApp.h"
+
+#include "coordinator/MakeDashboard.h"
+#include "platform/qt/DBusFileManager.h"
+#include "ui/WindowFrame.h"
+#include "ui/SymbolImageProvider.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QScreen>
+
+namespace cirrovane {
+namespace {
+
+QList<QRect> screenAreas() {
+  QList<QRect> areas;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    areas.append(screen->availableGeometry());
+  }
+  return areas;
+}
+
+QUrl sourceOf(const char* file) {
+  return QUrl(QStringLiteral("qrc:/Cirrovane/") + QLatin1String(file));
+}
+
+void bringToFront(QWindow& window) {
+  window.show();
+  window.raise();
+  window.requestActivate();
+}
+
+}  // namespace
+
+CirrovaneApp::CirrovaneApp(Machine& machine, NotificationCenter& notificationCenter, const AppTab& firstTab)
+    : machine_(machine),
+      panels_(machine.fileSystem().homeDirectory()),
+      workspace_(makeDBusItemRevealer()),
+      dashboard_(makeServices(machine, notificationCenter),
+                 {{mainExecutor_, scanExecutor_, diagnosticsExecutor_, statusExecutor_},
+                  refreshTimer_,
+                  panels_,
+                  workspace_,
+                  machine.fileSystem(),
+                  machine.fileStorage(),
+                  machine.userDefaults(),
+                  machine.timeText(),
+                  machine.clock()}),
+      updates_(machine.bundle(), machine.userDefaults(), workspace_, machine.timeText(), machine.clock(),
+               [] { return nullptr; }),
+      settings_(machine.userDefaults()),
+      shell_(dashboard_, updates_, clipboard_, workspace_, firstTab),
+      snapshot_(dashboard_) {
+  // The engine takes the provider over.
+  engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider);
+  makeTrayIcon();
+  makeWindow();
+}
+
+CirrovaneApp::~CirrovaneApp() = default;
+
+DashboardServices CirrovaneApp::makeServices(Machine& machine, NotificationCenter& notificationCenter) {
+  DashboardServices services = makeDashboardServices(machine);
+  services.notificationService =
+      std::make_unique<GuardrailNotificationService>(notificationCenter, machine.bundle(), machine.userDefaults());
+  registerDefaults(machine.userDefaults());
+  return services;
+}
+
+void CirrovaneApp::makeWindow() {
+  engine_.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell_)},
+                                {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
+  engine_.load(sourceOf("MainWindow.qml"));
+  window_ = engine_.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
+  if (window_ == nullptr) {
+    return;
+  }
+  panels_.setParentWindow(window_);
+  if (const auto frame = storedWindowFrame(machine_.userDefaults())) {
+    window_->setGeometry(fittedToScreens(*frame, screenAreas()));
+  }
+  connect(window_, SIGNAL(quitRequested()), qApp, SLOT(quit()));
+  connect(window_, &QWindow::visibleChanged, this, [this](bool isVisible) {
+    if (!isVisible) {
+      rememberFrame();
+    }
+  });
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &CirrovaneApp::rememberFrame);
+}
+
+void CirrovaneApp::makeTrayIcon() {
+  const bool hasTray = QSystemTrayIcon::isSystemTrayAvailable();
+  // Without a tray nothing would be left of the application to click on.
+  QGuiApplication::setQuitOnLastWindowClosed(!hasTray);
+  if (!hasTray) {
+    return;
+  }
+  trayIcon_ = std::make_unique<TrayIcon>(snapshot_);
+  connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
+  connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
+  connect(trayIcon_.get(), &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
+}
+
+void CirrovaneApp::rememberFrame() {
+  if (window_ != nullptr && (window_->windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0) {
+    storeWindowFrame(machine_.userDefaults(), window_->geometry());
+  }
+}
+
+void CirrovaneApp::showWindow() {
+  bringToFront(*window_);
+}
+
+void CirrovaneApp::showPanel() {
+  if (!panel_) {
+    QQmlComponent component(&engine_, sourceOf("MenuBarPanel.qml"));
+    QObject* made =
+        component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
+                                               {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
+    panel_.reset(qobject_cast<QQuickWindow*>(made));
+  }
+  if (!panel_) {
+    return;
+  }
+  const QRect icon = trayIcon_ ? trayIcon_->geometry() : QRect();
+  const QScreen* screen = icon.isEmpty() ? nullptr : QGuiApplication::screenAt(icon.center());
+  const QRect area = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+  panel_->setPosition(panelPlace(icon, panel_->size(), area));
+  bringToFront(*panel_);
+}
+
+bool CirrovaneApp::isBusy() const {
+  return scanExecutor_.isBusy() || diagnosticsExecutor_.isBusy() || statusExecutor_.isBusy();
+}
+
+}  // namespace cirrovane

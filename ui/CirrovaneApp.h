@@ -1,0 +1,70 @@
+#pragma once
+
+#include "coordinator/AppUpdateService.h"
+#include "coordinator/DashboardViewModel.h"
+#include "platform/Machine.h"
+#include "platform/qt/QtClipboard.h"
+#include "platform/qt/QtMainExecutor.h"
+#include "platform/qt/QtPanels.h"
+#include "platform/qt/QtTimer.h"
+#include "platform/qt/QtWorkspace.h"
+#include "platform/qt/ThreadExecutor.h"
+#include "ui/AppSettings.h"
+#include "ui/ShellViewModel.h"
+#include "ui/SnapshotViewModel.h"
+#include "ui/TrayIcon.h"
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <memory>
+
+namespace cirrovane {
+
+/// The application over one machine: the coordinator and the update service for the life of the process, and the two
+/// surfaces that show them.
+class CirrovaneApp : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The machine and the notification centre outlive the application.
+  CirrovaneApp(Machine& machine, NotificationCenter& notificationCenter, const AppTab& firstTab);
+  ~CirrovaneApp() override;
+
+  /// Shows the main window, in front of all others.
+  void showWindow();
+  /// Shows the panel beside the tray icon.
+  void showPanel();
+
+  /// Whether both surfaces could be made.
+  bool isComplete() const { return window_ != nullptr; }
+  /// Whether work is under way that may never end.
+  bool isBusy() const;
+
+ private:
+  DashboardServices makeServices(Machine& machine, NotificationCenter& notificationCenter);
+  void makeWindow();
+  void makeTrayIcon();
+  void rememberFrame();
+
+  Machine& machine_;
+  QtMainExecutor mainExecutor_;
+  ThreadExecutor scanExecutor_;
+  ThreadExecutor diagnosticsExecutor_;
+  ThreadExecutor statusExecutor_;
+  QtTimer refreshTimer_;
+  QtPanels panels_;
+  QtWorkspace workspace_;
+  QtClipboard clipboard_;
+  DashboardViewModel dashboard_;
+  AppUpdateService updates_;
+  AppSettings settings_;
+  ShellViewModel shell_;
+  SnapshotViewModel snapshot_;
+  QQmlApplicationEngine engine_;
+  QQuickWindow* window_ = nullptr;
+  std::unique_ptr<QQuickWindow> panel_;
+  std::unique_ptr<TrayIcon> trayIcon_;
+};
+
+}  // namespace cirrovane

@@ -1,0 +1,112 @@
+#include "core/DisplayText.h"
+#include "platform/qt/DBusFileManager.h"
+#include "platform/qt/DBusNotificationCenter.h"
+#include "platform/qt/SingleInstance.h"
+#include "ui/CirrovaneApp.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QtQml/qqmlextensionplugin.h>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+
+Q_IMPORT_QML_PLUGIN(CirrovanePlugin)
+
+namespace cirrovane {
+namespace {
+
+constexpr int kWrongUsage = 2;
+constexpr int kCouldNot = 3;
+/// What a later start asks the first one for.
+constexpr const char* kWindowMessage = "window";
+constexpr const char* kPanelMessage = "panel";
+
+struct Options {
+  std::string macRoot = "/";
+  bool opensPanel = false;
+};
+
+/// The status to end with at once; absent when the application is to start.
+std::optional<int> readOptions(int argumentCount, char** arguments, Options& options) {
+  CLI::App app("Is it safe to close this Mac without losing work that has not reached iCloud Drive?", "cirrovane");
+  app.add_option("--mac-root", options.macRoot, "Folder that stands for a Mac's disk (default: this machine)")
+      ->type_name("DIR");
+  app.add_flag("--panel", options.opensPanel, "Open the menu-bar panel at the start");
+  // The toolkit has options of its own.
+  app.allow_extras();
+  try {
+    app.parse(argumentCount, arguments);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kWrongUsage;
+  }
+  return std::nullopt;
+}
+
+const AppTab& firstTab() {
+  const char* requested = std::getenv("CIRROVANE_DEMO_TAB");
+  return initialTab(requested != nullptr ? std::optional<std::string_view>(requested) : std::nullopt);
+}
+
+void setUpLook() {
+#ifndef Q_OS_MACOS
+  QFont font(QStringLiteral("Inter"));
+  font.setPixelSize(14);
+  QApplication::setFont(font);
+#endif
+}
+
+int runApplication(Machine& machine, SingleInstance& instance, bool opensPanel) {
+  DBusNotificationCenter notificationCenter(
+      [&machine] { return machine.notificationAuthorization().value_or("authorized"); });
+  auto app = std::make_unique<CirrovaneApp>(machine, notificationCenter, firstTab());
+  if (!app->isComplete()) {
+    std::fputs("cirrovane: The window could not be made.\n", stderr);
+    return kCouldNot;
+  }
+  notificationCenter.onActivated([&] { app->showWindow(); });
+  const auto show = [&](const std::string& message) {
+    message == kPanelMessage ? app->showPanel() : app->showWindow();
+  };
+  instance.onMessage(show);
+  show(opensPanel ? kPanelMessage : kWindowMessage);
+  const int status = QApplication::exec();
+  if (app->isBusy()) {
+    // A probe that may never come back must not keep the user from quitting.
+    std::_Exit(status);
+  }
+  return status;
+}
+
+}  // namespace
+}  // namespace cirrovane
+
+int main(int argumentCount, char** arguments) {
+  using namespace cirrovane;
+  Options options;
+  if (const auto status = readOptions(argumentCount, arguments, options)) {
+    return *status;
+  }
+  const std::string root = std::filesystem::absolute(options.macRoot).lexically_normal().native();
+  auto machine = makeMachine(root);
+  if (!machine) {
+    std::fprintf(stderr, "cirrovane: %s\n", displayText(machine.message()).c_str());
+    return kCouldNot;
+  }
+  QApplication application(argumentCount, arguments);
+  QApplication::setApplicationName(QStringLiteral("Cirrovane"));
+  QApplication::setDesktopFileName(QStringLiteral("cirrovane"));
+  setUpLook();
+  SingleInstance instance(root);
+  // A first one that hangs is no reason to leave the user without an answer.
+  if (instance.start(options.opensPanel ? kPanelMessage : kWindowMessage) == SingleInstance::Start::received) {
+    return 0;
+  }
+  return runApplication(**machine, instance, options.opensPanel);
+}
