@@ -2,8 +2,10 @@
 
 #include "coordinator/DefaultsKeys.h"
 #include "coordinator/WebPages.h"
+#include "diagnostics/TextPieces.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -20,22 +22,45 @@ std::string buildNumber(const Bundle& bundle) {
   return bundle.infoText("CFBundleVersion").value_or("0");
 }
 
-bool isBlank(const std::string& text) {
-  return text.find_first_not_of(" \t\r\n\v\f") == std::string::npos;
+bool isHexadecimal(char byte) {
+  return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'F') || (byte >= 'a' && byte <= 'f');
+}
+
+/// What follows "https://" or "http://", in whatever case; absent when the text begins with neither.
+std::optional<std::string_view> afterWebScheme(std::string_view text) {
+  const auto isSameLetter = [](char byte, char lower) {
+    return byte == lower || (byte >= 'A' && byte <= 'Z' && byte - 'A' + 'a' == lower);
+  };
+  for (const std::string_view scheme : {"https://", "http://"}) {
+    if (std::ranges::equal(text.substr(0, scheme.size()), scheme, isSameLetter)) {
+      return text.substr(scheme.size());
+    }
+  }
+  return std::nullopt;
+}
+
+/// Whether an address may have what stands at the position: a plain character, or "%" with its two digits.
+bool isAllowedAt(std::string_view text, std::size_t position) {
+  const char byte = text[position];
+  if (byte == '%') {
+    const std::string_view digits = text.substr(position + 1, 2);
+    return digits.size() == 2 && std::ranges::all_of(digits, isHexadecimal);
+  }
+  return byte > ' ' && byte < '\x7f' && std::string_view("\"<>\\^`{|}").find(byte) == std::string_view::npos;
 }
 
 /// Whether a browser can open it: an address on the web, of characters that an address may have.
 bool isWebAddress(std::string_view text) {
-  for (const std::string_view scheme : {"https://", "http://"}) {
-    if (text.starts_with(scheme)) {
-      const std::string_view rest = text.substr(scheme.size());
-      const auto isAllowed = [](char byte) {
-        return byte > ' ' && byte < '\x7f' && std::string_view("\"<>\\^`{|}").find(byte) == std::string_view::npos;
-      };
-      return !rest.empty() && rest.find_first_of("/?#") != 0 && std::ranges::all_of(rest, isAllowed);
+  const std::optional<std::string_view> rest = afterWebScheme(text);
+  if (!rest || rest->empty() || rest->find_first_of("/?#") == 0) {
+    return false;
+  }
+  for (std::size_t position = 0; position < rest->size(); ++position) {
+    if (!isAllowedAt(*rest, position)) {
+      return false;
     }
   }
-  return false;
+  return true;
 }
 
 }  // namespace
@@ -45,7 +70,7 @@ std::string versionLabel(const Bundle& bundle) {
 }
 
 bool hasValidSparkleConfig(const Bundle& bundle) {
-  const auto isGiven = [&](const char* key) { return !isBlank(bundle.infoText(key).value_or("")); };
+  const auto isGiven = [&](const char* key) { return !withoutLeadingSpace(bundle.infoText(key).value_or("")).empty(); };
   return isGiven("SUFeedURL") && isGiven("SUPublicEDKey");
 }
 

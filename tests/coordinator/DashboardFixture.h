@@ -1,0 +1,110 @@
+#pragma once
+
+#include "coordinator/DashboardViewModel.h"
+#include "coordinator/DefaultsKeys.h"
+#include "platform/linux/ICUCollation.h"
+#include "tests/coordinator/Builders.h"
+#include "tests/diagnostics/MachineFixture.h"
+#include "tests/support/FakeBundle.h"
+#include "tests/support/FakeFileStorage.h"
+#include "tests/support/FakeNotificationCenter.h"
+#include "tests/support/FakePanels.h"
+#include "tests/support/FakeTimeText.h"
+#include "tests/support/FakeUserDefaults.h"
+#include "tests/support/FakeWorkspace.h"
+#include "tests/support/ManualTimer.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace cirrovane::test {
+
+/// A dashboard over a healthy Mac whose one watched folder, iCloud Drive, holds one file.
+class DashboardMachine : public MachineTest {
+ protected:
+  explicit DashboardMachine(const DashboardExecutors& executors) : executors_(executors) {
+    makeSafe();
+    clock_.set(at(18, 25));
+    defaults_.hold(std::string(kGuardrailNotificationsEnabledKey), true);
+  }
+
+  void makeSafe() { setUploaded(true); }
+  void makeUnsafe() { setUploaded(false); }
+
+  /// A dashboard as the application would have it after a launch, in place of the one before.
+  void launch() { launch(commands_); }
+  void launch(const CommandRunner& commands) {
+    dashboard_.reset();
+    DashboardServices services;
+    services.watchlist = std::make_unique<WatchlistStore>(files_, storage_, collation_);
+    services.historyStore = std::make_unique<ScanHistoryStore>(files_, storage_);
+    services.engine = std::make_shared<const ICloudScanEngine>(files_, clock_);
+    services.diagnosticsService = std::make_shared<const PlatformDiagnosticsService>(commands, system_, files_, clock_);
+    services.systemStatusService = std::make_shared<const SystemStatusService>(commands, system_, files_, clock_);
+    services.incidentStore = std::make_unique<IncidentStore>(files_, storage_, clock_);
+    services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
+    dashboard_ = std::make_unique<DashboardViewModel>(
+        std::move(services),
+        DashboardEnvironment{executors_, timer_, panels_, workspace_, files_, storage_, defaults_, timeText_, clock_});
+  }
+
+  /// Notes the name of everything that the dashboard and its stores publish, from now on.
+  void observeEverything() {
+    subscriptions_.clear();
+    note(dashboard_->publishedReport(), "report");
+    note(dashboard_->publishedIsScanning(), "isScanning");
+    note(dashboard_->publishedExportNote(), "exportNote");
+    note(dashboard_->publishedDiagnostics(), "diagnostics");
+    note(dashboard_->publishedDiagnosticsUpdatedAt(), "diagnosticsUpdatedAt");
+    note(dashboard_->publishedSystemStatus(), "systemStatus");
+    note(dashboard_->publishedIncidents(), "incidents");
+    note(dashboard_->watchlist().publishedFolders(), "watchlist.folders");
+    note(dashboard_->historyStore().publishedSnapshots(), "historyStore.snapshots");
+    note(dashboard_->incidentStore().publishedRecords(), "incidentStore.records");
+  }
+
+  static std::string storePath(const std::string& name) {
+    return "/Users/test/Library/Application Support/com.quillmere.Cirrovane/" + name;
+  }
+  /// Puts a store's file where the next launch finds it.
+  template <class Value>
+  void store(const std::string& name, const Value& value) {
+    files_.addExisting(storePath(name));
+    storage_.put(storePath(name), encodeJSON(value));
+  }
+
+  DashboardExecutors executors_;
+  ManualTimer timer_;
+  FakePanels panels_;
+  FakeWorkspace workspace_;
+  FakeFileStorage storage_;
+  FakeUserDefaults defaults_;
+  FakeTimeText timeText_;
+  FakeBundle bundle_;
+  FakeNotificationCenter center_;
+  ICUCollation collation_{"en_US"};
+  std::vector<std::string> events_;
+  std::vector<Subscription> subscriptions_;
+  std::unique_ptr<DashboardViewModel> dashboard_;
+
+ private:
+  void setUploaded(bool isUploaded) {
+    FakeValues values;
+    values.isUploaded = isUploaded;
+    values.downloadingStatus = DownloadingStatus::current;
+    values.contentModificationDate = at(18, 20);
+    const std::string drive(kDrive);
+    files_.addFolder(drive, {{drive + "/a.txt", values}});
+  }
+
+  template <class Value>
+  void note(Published<Value>& published, const std::string& name) {
+    subscriptions_.push_back(published.observe([this, name](const Value&) { events_.push_back(name); }));
+  }
+};
+
+}  // namespace cirrovane::test

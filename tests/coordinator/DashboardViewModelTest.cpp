@@ -1,0 +1,823 @@
+#include "coordinator/DashboardViewModel.h"
+#include "core/JSONReader.h"
+#include "tests/coordinator/DashboardFixture.h"
+#include "tests/support/ManualExecutor.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+struct ManualExecutors {
+  ManualExecutor main_;
+  ManualExecutor scan_;
+  ManualExecutor diagnostics_;
+  ManualExecutor status_;
+};
+
+/// A dashboard whose every task the test runs by hand.
+class Dashboard : protected ManualExecutors, public DashboardMachine {
+ protected:
+  Dashboard() : DashboardMachine({main_, scan_, diagnostics_, status_}) { launch(); }
+
+  /// Runs one task of whichever executor has one; false when none has.
+  bool runOne() { return scan_.runOne() || diagnostics_.runOne() || status_.runOne() || main_.runOne(); }
+  void runAll() {
+    while (runOne()) {
+    }
+  }
+  /// Runs a refresh up to the moment before its results are published.
+  void runToPublication() {
+    scan_.runAll();
+    diagnostics_.runAll();
+    status_.runAll();
+  }
+  /// A whole refresh, the notification included.
+  void cycle() {
+    dashboard_->refresh();
+    runAll();
+    center_.answerAll();
+  }
+
+  std::size_t scans() const { return files_.enumerated().size(); }
+  std::optional<bool> lastKnown() const { return defaults_.boolean(kLastKnownSafeToCloseKey); }
+  void setLastKnown(DefaultsValue value) { defaults_.hold(std::string(kLastKnownSafeToCloseKey), std::move(value)); }
+
+  /// What the dashboard wrote to the path.
+  std::optional<ProofPacket> packetAt(const std::string& path) const {
+    const auto found = storage_.files().find(path);
+    return found != storage_.files().end() ? decodeJSON<ProofPacket>(found->second) : std::nullopt;
+  }
+};
+
+// The state before the first refresh
+
+TEST_F(Dashboard, new_hasTheInitialValues) {
+  EXPECT_EQ(dashboard_->report(), SyncHealthReport::empty());
+  EXPECT_FALSE(dashboard_->isScanning());
+  EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
+  EXPECT_THAT(dashboard_->diagnostics(), IsEmpty());
+  EXPECT_EQ(dashboard_->diagnosticsUpdatedAt(), std::nullopt);
+  EXPECT_EQ(dashboard_->systemStatus(), SystemStatusSnapshot::empty());
+  EXPECT_THAT(dashboard_->incidents(), IsEmpty());
+}
+
+TEST_F(Dashboard, new_hasNoIncidentsUntilARefreshThoughTheStoreHas) {
+  store("incidents.json", std::vector{makeIncident(false, 2)});
+  launch();
+  EXPECT_THAT(dashboard_->incidentStore().records(), SizeIs(1));
+  EXPECT_THAT(dashboard_->incidents(), IsEmpty());
+  EXPECT_EQ(dashboard_->activeIncidentCount(), 0);
+}
+
+TEST_F(Dashboard, new_postsNoTaskAndStartsNoTimer) {
+  EXPECT_FALSE(runOne());
+  EXPECT_THAT(timer_.starts(), IsEmpty());
+}
+
+// The refresh cycle
+
+TEST_F(Dashboard, refresh_returnsAtOnceAndIsScanning) {
+  dashboard_->refresh();
+  EXPECT_TRUE(dashboard_->isScanning());
+  EXPECT_EQ(scans(), 0U);
+  EXPECT_EQ(scan_.size(), 1U);
+}
+
+TEST_F(Dashboard, refreshTwiceInARow_startsOneCycle) {
+  dashboard_->refresh();
+  dashboard_->refresh();
+  EXPECT_EQ(scan_.size(), 1U);
+  runAll();
+  EXPECT_EQ(scans(), 1U);
+  EXPECT_THAT(dashboard_->historyStore().snapshots(), SizeIs(1));
+}
+
+TEST_F(Dashboard, refreshDuringAnyStage_isDroppedAndNotQueued) {
+  dashboard_->refresh();
+  for (ManualExecutor* executor : {&scan_, &diagnostics_, &status_}) {
+    executor->runOne();
+    dashboard_->refresh();
+  }
+  runAll();
+  EXPECT_EQ(scans(), 1U);
+  EXPECT_FALSE(dashboard_->isScanning());
+}
+
+TEST_F(Dashboard, refreshFromAnObserverOfTheResults_isDropped) {
+  const Subscription subscription =
+      dashboard_->publishedReport().observe([&](const Shared<SyncHealthReport>&) { dashboard_->refresh(); });
+  cycle();
+  EXPECT_EQ(scans(), 1U);
+}
+
+TEST_F(Dashboard, refreshAfterACycle_startsAnother) {
+  cycle();
+  cycle();
+  EXPECT_EQ(scans(), 2U);
+  EXPECT_THAT(dashboard_->historyStore().snapshots(), SizeIs(2));
+}
+
+TEST_F(Dashboard, stages_runInOrderEachOnItsExecutorOnceTheOneBeforeIsOver) {
+  dashboard_->refresh();
+  EXPECT_FALSE(diagnostics_.runOne());
+  scan_.runOne();
+  EXPECT_EQ(scans(), 1U);
+  EXPECT_THAT(commands_.ran(), IsEmpty());
+  EXPECT_FALSE(status_.runOne());
+  diagnostics_.runOne();
+  const std::size_t ranForDiagnostics = commands_.ran().size();
+  EXPECT_GT(ranForDiagnostics, 0U);
+  EXPECT_FALSE(main_.runOne());
+  status_.runOne();
+  EXPECT_GT(commands_.ran().size(), ranForDiagnostics);
+  EXPECT_EQ(dashboard_->report(), SyncHealthReport::empty());
+  EXPECT_TRUE(main_.runOne());
+  EXPECT_NE(dashboard_->report(), SyncHealthReport::empty());
+}
+
+TEST_F(Dashboard, results_areThoseOfTheServices) {
+  makeUnsafe();
+  dashboard_->refresh();
+  scan_.runOne();
+  clock_.advance(std::chrono::seconds(1));
+  diagnostics_.runOne();
+  clock_.advance(std::chrono::seconds(1));
+  status_.runOne();
+  clock_.advance(std::chrono::seconds(1));
+  main_.runOne();
+  EXPECT_EQ(dashboard_->report().generatedAt, at(18, 25));
+  EXPECT_THAT(dashboard_->report().blockers, SizeIs(1));
+  EXPECT_EQ(rowsOf(dashboard_->diagnostics()),
+            rowsOf(service().collect(dashboard_->report(), dashboard_->watchlist().folders())));
+  EXPECT_THAT(dashboard_->diagnostics(), Not(IsEmpty()));
+  EXPECT_EQ(dashboard_->systemStatus().capturedAt, at(18, 25) + std::chrono::seconds(2));
+  EXPECT_EQ(dashboard_->systemStatus().cpuTemperatureC, 61.8);
+  EXPECT_EQ(dashboard_->diagnosticsUpdatedAt(), at(18, 25) + std::chrono::seconds(3));
+  EXPECT_EQ(dashboard_->historyStore().snapshots().front().timestamp, at(18, 25));
+  EXPECT_EQ(dashboard_->incidents(), dashboard_->incidentStore().records());
+}
+
+TEST_F(Dashboard, publication_isInOrderAndOnceEach) {
+  observeEverything();
+  dashboard_->refresh();
+  EXPECT_THAT(events_, ElementsAre("isScanning"));
+  runToPublication();
+  EXPECT_THAT(events_, ElementsAre("isScanning"));
+  main_.runOne();
+  EXPECT_THAT(events_,
+              ElementsAre("isScanning", "report", "historyStore.snapshots", "diagnostics", "diagnosticsUpdatedAt",
+                          "systemStatus", "incidentStore.records", "incidents", "isScanning"));
+  runAll();
+  EXPECT_EQ(events_.size(), 9U);
+}
+
+TEST_F(Dashboard, observers_areToldBeforeEachChangeWhileTheOldValueStands) {
+  commands_.forget(kRoute);
+  cycle();
+  const SyncHealthReport oldReport = dashboard_->report();
+  const std::vector<DiagnosticFinding> oldFindings = dashboard_->diagnostics();
+  const auto oldUpdate = dashboard_->diagnosticsUpdatedAt();
+  const SystemStatusSnapshot oldStatus = dashboard_->systemStatus();
+  const std::vector<IncidentRecord> oldIncidents = dashboard_->incidents();
+  ASSERT_THAT(oldIncidents, Not(IsEmpty()));
+  const std::vector<ScanSnapshot> oldSnapshots = dashboard_->historyStore().snapshots();
+  int told = 0;
+
+  const Subscription scanning = dashboard_->publishedIsScanning().observe([&](bool next) {
+    EXPECT_NE(dashboard_->isScanning(), next);
+    ++told;
+  });
+  const Subscription report = dashboard_->publishedReport().observe([&](const Shared<SyncHealthReport>& next) {
+    EXPECT_EQ(dashboard_->report(), oldReport);
+    EXPECT_NE(*next, oldReport);
+    ++told;
+  });
+  const Subscription snapshots =
+      dashboard_->historyStore().publishedSnapshots().observe([&](const std::vector<ScanSnapshot>& next) {
+        EXPECT_NE(dashboard_->report(), oldReport);
+        EXPECT_EQ(dashboard_->historyStore().snapshots(), oldSnapshots);
+        EXPECT_EQ(next.size(), oldSnapshots.size() + 1);
+        ++told;
+      });
+  const Subscription findings =
+      dashboard_->publishedDiagnostics().observe([&](const std::vector<DiagnosticFinding>& next) {
+        EXPECT_NE(dashboard_->historyStore().snapshots(), oldSnapshots);
+        EXPECT_EQ(dashboard_->diagnostics(), oldFindings);
+        EXPECT_NE(next, oldFindings);
+        ++told;
+      });
+  const Subscription update = dashboard_->publishedDiagnosticsUpdatedAt().observe([&](const std::optional<Time>& next) {
+    EXPECT_NE(dashboard_->diagnostics(), oldFindings);
+    EXPECT_EQ(dashboard_->diagnosticsUpdatedAt(), oldUpdate);
+    EXPECT_NE(next, oldUpdate);
+    ++told;
+  });
+  const Subscription status = dashboard_->publishedSystemStatus().observe([&](const SystemStatusSnapshot& next) {
+    EXPECT_NE(dashboard_->diagnosticsUpdatedAt(), oldUpdate);
+    EXPECT_EQ(dashboard_->systemStatus(), oldStatus);
+    EXPECT_NE(next, oldStatus);
+    ++told;
+  });
+  const Subscription records =
+      dashboard_->incidentStore().publishedRecords().observe([&](const std::vector<IncidentRecord>& next) {
+        EXPECT_NE(dashboard_->systemStatus(), oldStatus);
+        EXPECT_EQ(dashboard_->incidentStore().records(), oldIncidents);
+        EXPECT_NE(next, oldIncidents);
+        ++told;
+      });
+  const Subscription incidents = dashboard_->publishedIncidents().observe([&](const std::vector<IncidentRecord>& next) {
+    EXPECT_EQ(dashboard_->incidentStore().records(), next);
+    EXPECT_EQ(dashboard_->incidents(), oldIncidents);
+    EXPECT_TRUE(dashboard_->isScanning());
+    ++told;
+  });
+  clock_.advance(std::chrono::seconds(90));
+  cycle();
+  EXPECT_EQ(told, 9);
+}
+
+TEST_F(Dashboard, stores_areWrittenHistoryFirst) {
+  cycle();
+  EXPECT_THAT(storage_.written(),
+              ElementsAre(storePath("watchlist.json"), storePath("history.json"), storePath("incidents.json")));
+}
+
+TEST_F(Dashboard, folderRemovedAfterRefresh_isStillScannedAndDiagnosed) {
+  dashboard_->refresh();
+  dashboard_->watchlist().removeFolder(dashboard_->watchlist().folders().front().id);
+  scan_.runOne();
+  EXPECT_THAT(files_.enumerated(), ElementsAre(std::string(kDrive)));
+  diagnostics_.runOne();
+  runAll();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 1);
+}
+
+TEST_F(Dashboard, folderAddedAfterRefresh_waitsForTheNext) {
+  dashboard_->refresh();
+  files_.addFolder("/Users/test/Work", {});
+  dashboard_->watchlist().addFolder("/Users/test/Work");
+  runAll();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 1);
+  cycle();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 2);
+}
+
+TEST_F(Dashboard, incidents_areDatedByTheReportAndNotByTheirPublication) {
+  commands_.forget(kRoute);
+  dashboard_->refresh();
+  scan_.runOne();
+  clock_.advance(std::chrono::minutes(5));
+  runAll();
+  ASSERT_THAT(dashboard_->incidents(), Not(IsEmpty()));
+  EXPECT_EQ(dashboard_->incidents().front().firstSeen, at(18, 25));
+  EXPECT_EQ(dashboard_->incidents().front().lastSeen, dashboard_->report().generatedAt);
+  EXPECT_EQ(dashboard_->diagnosticsUpdatedAt(), at(18, 30));
+}
+
+TEST_F(Dashboard, emptyWatchlist_skipsNoStage) {
+  dashboard_->watchlist().removeFolder(dashboard_->watchlist().folders().front().id);
+  observeEverything();
+  cycle();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 0);
+  EXPECT_THAT(dashboard_->diagnostics(), Not(IsEmpty()));
+  EXPECT_EQ(dashboard_->systemStatus().cpuTemperatureC, 61.8);
+  EXPECT_EQ(events_.size(), 9U);
+  EXPECT_THAT(center_.calls(), Not(IsEmpty()));
+}
+
+TEST_F(Dashboard, replacedReport_isReleasedOnTheScanExecutor) {
+  makeUnsafe();
+  cycle();
+  const SyncHealthReport* old = &dashboard_->report();
+  dashboard_->refresh();
+  runToPublication();
+  EXPECT_EQ(scan_.size(), 0U);
+  main_.runOne();
+  ASSERT_NE(&dashboard_->report(), old);
+  EXPECT_EQ(scan_.size(), 1U);
+  EXPECT_THAT(old->blockers, SizeIs(1));
+  scan_.runAll();
+}
+
+TEST_F(Dashboard, mostFailures_stillEndTheCycle) {
+  commands_ = FakeCommandRunner();
+  system_.facts = {};
+  storage_.failure = Failure{"disk full"};
+  files_.addFolder(std::string(kDrive), {{std::string(kDrive) + "/unreadable", std::nullopt}});
+  cycle();
+  EXPECT_FALSE(dashboard_->isScanning());
+  EXPECT_EQ(dashboard_->report().metrics.errors, 1);
+}
+
+// The notification
+
+TEST_F(Dashboard, notification_isAFurtherTaskThatTheCycleDoesNotWaitFor) {
+  setLastKnown(false);
+  dashboard_->refresh();
+  runToPublication();
+  main_.runOne();
+  EXPECT_FALSE(dashboard_->isScanning());
+  EXPECT_THAT(center_.calls(), IsEmpty());
+  EXPECT_EQ(main_.size(), 1U);
+  main_.runOne();
+  EXPECT_THAT(center_.calls(), ElementsAre("read authorization"));
+  dashboard_->refresh();
+  EXPECT_TRUE(dashboard_->isScanning());
+  runAll();
+  EXPECT_FALSE(dashboard_->isScanning());
+  EXPECT_THAT(center_.posted(), IsEmpty());
+}
+
+TEST_F(Dashboard, refreshBeforeTheNotificationsTurn_startsACycle) {
+  dashboard_->refresh();
+  runToPublication();
+  main_.runOne();
+  dashboard_->refresh();
+  EXPECT_TRUE(dashboard_->isScanning());
+  runAll();
+  EXPECT_EQ(scans(), 2U);
+}
+
+TEST_F(Dashboard, changedVerdict_isNotifiedOnce) {
+  setLastKnown(true);
+  makeUnsafe();
+  cycle();
+  cycle();
+  ASSERT_THAT(center_.posted(), SizeIs(1));
+  EXPECT_EQ(center_.posted().front().body, "Safe to close is now red/yellow. Top issue: Not Uploaded.");
+  EXPECT_EQ(lastKnown(), false);
+}
+
+TEST_F(Dashboard, previousVerdict_isReadWhenTheRefreshStarts) {
+  setLastKnown(true);
+  makeUnsafe();
+  dashboard_->refresh();
+  setLastKnown(false);
+  runAll();
+  center_.answerAll();
+  EXPECT_THAT(center_.posted(), SizeIs(1));
+}
+
+TEST_F(Dashboard, previousVerdictNeverWritten_isUnknown) {
+  makeUnsafe();
+  cycle();
+  EXPECT_THAT(center_.posted(), IsEmpty());
+  EXPECT_EQ(lastKnown(), false);
+}
+
+TEST_F(Dashboard, previousVerdictThatIsNoTruthValue_isUnknown) {
+  for (const DefaultsValue& value : {DefaultsValue("true"), DefaultsValue(OtherDefaultsValue())}) {
+    setLastKnown(value);
+    makeUnsafe();
+    cycle();
+    EXPECT_THAT(center_.posted(), IsEmpty());
+    EXPECT_EQ(lastKnown(), false);
+  }
+}
+
+// The timer
+
+TEST_F(Dashboard, bothSurfacesAppearing_armTheTimerOnceAndAskForTwoRefreshes) {
+  dashboard_->surfaceAppeared();
+  EXPECT_TRUE(dashboard_->isScanning());
+  runAll();
+  dashboard_->surfaceAppeared();
+  EXPECT_TRUE(dashboard_->isScanning());
+  runAll();
+  EXPECT_EQ(scans(), 2U);
+  EXPECT_THAT(timer_.starts(), SizeIs(1));
+}
+
+TEST_F(Dashboard, secondSurfaceDuringTheFirstsRefresh_startsNone) {
+  dashboard_->surfaceAppeared();
+  dashboard_->surfaceAppeared();
+  runAll();
+  EXPECT_EQ(scans(), 1U);
+  EXPECT_THAT(timer_.starts(), SizeIs(1));
+}
+
+TEST_F(Dashboard, surfaceDuringARefresh_stillArmsTheTimer) {
+  dashboard_->refresh();
+  dashboard_->surfaceAppeared();
+  EXPECT_TRUE(timer_.isRunning());
+}
+
+TEST_F(Dashboard, timer_ticksEveryNinetySeconds) {
+  dashboard_->surfaceAppeared();
+  EXPECT_THAT(timer_.starts(), ElementsAre(std::chrono::milliseconds(90'000)));
+}
+
+TEST_F(Dashboard, tick_refreshes) {
+  dashboard_->surfaceAppeared();
+  runAll();
+  timer_.tick();
+  runAll();
+  EXPECT_EQ(scans(), 2U);
+}
+
+TEST_F(Dashboard, tickDuringACycle_isDropped) {
+  dashboard_->surfaceAppeared();
+  timer_.tick();
+  scan_.runOne();
+  timer_.tick();
+  runAll();
+  EXPECT_EQ(scans(), 1U);
+}
+
+TEST_F(Dashboard, refreshAlone_armsNoTimer) {
+  cycle();
+  EXPECT_FALSE(timer_.isRunning());
+}
+
+TEST_F(Dashboard, destroyed_stopsItsTimerAndATickOnItsWayFindsNobody) {
+  dashboard_->surfaceAppeared();
+  runAll();
+  const std::function<void()> tick = timer_.whatTicks();
+  dashboard_.reset();
+  EXPECT_FALSE(timer_.isRunning());
+  tick();
+  EXPECT_FALSE(runOne());
+}
+
+TEST_F(Dashboard, destroyedWithoutATimer_leavesTheTimerAlone) {
+  dashboard_.reset();
+  EXPECT_EQ(timer_.stops(), 0);
+}
+
+// Its end in the middle of a refresh
+
+TEST_F(Dashboard, destroyedAfterAnyNumberOfTasks_publishesNothingMore) {
+  commands_.forget(kRoute);
+  setLastKnown(false);
+  constexpr int kTasks = 6;
+  for (int count = 0; count <= kTasks; ++count) {
+    const testing::ScopedTrace trace("", 0, "tasks run: " + std::to_string(count));
+    launch();
+    observeEverything();
+    dashboard_->refresh();
+    for (int task = 0; task < count; ++task) {
+      ASSERT_TRUE(runOne());
+    }
+    dashboard_.reset();
+    const std::vector<std::string> events = events_;
+    const std::vector<std::string> written = storage_.written();
+    const std::size_t calls = center_.calls().size();
+    runAll();
+    EXPECT_EQ(events_, events);
+    EXPECT_EQ(storage_.written(), written);
+    EXPECT_EQ(center_.calls().size(), calls);
+  }
+}
+
+TEST_F(Dashboard, destroyedAfterAnyNumberOfTasks_runsNoFurtherStage) {
+  dashboard_->refresh();
+  dashboard_.reset();
+  runAll();
+  EXPECT_EQ(scans(), 0U);
+  launch();
+  dashboard_->refresh();
+  scan_.runOne();
+  dashboard_.reset();
+  runAll();
+  EXPECT_EQ(scans(), 1U);
+  EXPECT_THAT(commands_.ran(), IsEmpty());
+}
+
+TEST_F(Dashboard, executorsThatDropTheirTasksAtTheEnd_releaseEverything) {
+  for (ManualExecutor* last : {&scan_, &diagnostics_, &status_, &main_}) {
+    launch();
+    dashboard_->refresh();
+    while (last->size() == 0) {
+      ASSERT_TRUE(runOne());
+    }
+    last->dropAll();
+    dashboard_.reset();
+    runAll();
+  }
+}
+
+TEST_F(Dashboard, destroyedBeforeTheCentreAnswers_stillFinishesTheNotification) {
+  setLastKnown(true);
+  makeUnsafe();
+  dashboard_->refresh();
+  runAll();
+  dashboard_.reset();
+  center_.answerAll();
+  EXPECT_THAT(center_.posted(), SizeIs(1));
+  EXPECT_EQ(lastKnown(), false);
+}
+
+// Adding a folder
+
+TEST_F(Dashboard, addFolderFromPanel_saysWhatItIsFor) {
+  dashboard_->addFolderFromPanel();
+  ASSERT_THAT(panels_.folderPanels(), SizeIs(1));
+  EXPECT_EQ(panels_.folderPanels().front().title, "Add Critical Folder");
+  EXPECT_EQ(panels_.folderPanels().front().prompt, "Add to Watchlist");
+}
+
+TEST_F(Dashboard, addFolderFromPanel_confirmed_addsAndThenRefreshes) {
+  files_.addFolder("/Users/test/Work", {});
+  panels_.answer = "/Users/test/Work";
+  observeEverything();
+  dashboard_->addFolderFromPanel();
+  EXPECT_THAT(events_, ElementsAre("watchlist.folders", "isScanning"));
+  runAll();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 2);
+  EXPECT_TRUE(std::ranges::any_of(dashboard_->watchlist().folders(),
+                                  [](const WatchFolder& folder) { return folder.path == "/Users/test/Work"; }));
+}
+
+TEST_F(Dashboard, addFolderFromPanel_cancelled_changesNothingAndDoesNotRefresh) {
+  observeEverything();
+  dashboard_->addFolderFromPanel();
+  EXPECT_THAT(events_, IsEmpty());
+  EXPECT_FALSE(dashboard_->isScanning());
+  EXPECT_FALSE(runOne());
+}
+
+TEST_F(Dashboard, addFolderFromPanel_duringACycle_addsAndDropsTheRefresh) {
+  panels_.answer = "/Users/test/Work";
+  dashboard_->refresh();
+  dashboard_->addFolderFromPanel();
+  EXPECT_THAT(dashboard_->watchlist().folders(), SizeIs(2));
+  runAll();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 1);
+}
+
+TEST_F(Dashboard, addFolderFromPanel_ofAFolderWatchedAlready_refreshes) {
+  panels_.answer = std::string(kDrive);
+  dashboard_->addFolderFromPanel();
+  EXPECT_THAT(dashboard_->watchlist().folders(), SizeIs(1));
+  EXPECT_TRUE(dashboard_->isScanning());
+}
+
+TEST_F(Dashboard, destroyedWhileTheFolderPanelIsOpen_doesNothingWithTheAnswer) {
+  panels_.answer = "/Users/test/Work";
+  panels_.whileOpen = [&] { dashboard_.reset(); };
+  const std::vector<std::string> written = storage_.written();
+  dashboard_->addFolderFromPanel();
+  EXPECT_EQ(storage_.written(), written);
+  EXPECT_FALSE(runOne());
+}
+
+// Revealing an item
+
+TEST_F(Dashboard, revealInFinder_ofAnExistingItem_showsIt) {
+  dashboard_->revealInFinder(std::string(kDrive));
+  EXPECT_THAT(workspace_.revealed(), ElementsAre(std::string(kDrive)));
+}
+
+TEST_F(Dashboard, revealInFinder_ofAMissingItem_doesNothing) {
+  dashboard_->revealInFinder("/Users/test/gone");
+  EXPECT_THAT(workspace_.revealed(), IsEmpty());
+}
+
+// Derived values
+
+TEST_F(Dashboard, historyViews_areCutAtEightAndTwoHundred) {
+  const auto sizesWith = [&](std::size_t count) {
+    store("history.json", makeSnapshots(count));
+    launch();
+    EXPECT_THAT(dashboard_->historyStore().snapshots(), SizeIs(count));
+    EXPECT_TRUE(std::ranges::equal(dashboard_->recentHistory(),
+                                   dashboard_->fullHistory().first(dashboard_->recentHistory().size())));
+    EXPECT_TRUE(
+        std::ranges::equal(dashboard_->fullHistory(),
+                           Snapshots(dashboard_->historyStore().snapshots()).first(dashboard_->fullHistory().size())));
+    return std::vector{dashboard_->recentHistory().size(), dashboard_->fullHistory().size()};
+  };
+  EXPECT_THAT(sizesWith(0), ElementsAre(0, 0));
+  EXPECT_THAT(sizesWith(8), ElementsAre(8, 8));
+  EXPECT_THAT(sizesWith(9), ElementsAre(8, 9));
+  EXPECT_THAT(sizesWith(200), ElementsAre(8, 200));
+  EXPECT_THAT(sizesWith(201), ElementsAre(8, 200));
+}
+
+TEST_F(Dashboard, historySummaries_lookAtTheTwoHundredNewest) {
+  std::vector<ScanSnapshot> snapshots = makeSnapshots(200);
+  snapshots.push_back(makeSnapshot(false));
+  store("history.json", snapshots);
+  launch();
+  EXPECT_EQ(dashboard_->lastFailedSnapshot(), std::nullopt);
+  EXPECT_EQ(dashboard_->lastSafeSnapshot(), snapshots.front());
+  EXPECT_EQ(dashboard_->recentStabilityText(), "100% safe in last 10 scans");
+}
+
+TEST_F(Dashboard, historySummaries_followTheScans) {
+  EXPECT_EQ(dashboard_->recentStabilityText(), "Not enough scans yet.");
+  makeUnsafe();
+  cycle();
+  EXPECT_EQ(dashboard_->recentStabilityText(), "0% safe in last 1 scans");
+  EXPECT_EQ(dashboard_->lastFailedSnapshot(), dashboard_->historyStore().snapshots().front());
+  EXPECT_EQ(dashboard_->lastSafeSnapshot(), std::nullopt);
+  makeSafe();
+  cycle();
+  EXPECT_EQ(dashboard_->recentStabilityText(), "50% safe in last 2 scans");
+}
+
+TEST_F(Dashboard, criteria_areThoseOfTheCurrentReport) {
+  const auto passing = [&] {
+    return std::ranges::count(dashboard_->safetyCriteria(), true, &SafetyCriterion::isPassing);
+  };
+  EXPECT_EQ(passing(), 5);
+  makeUnsafe();
+  cycle();
+  EXPECT_EQ(passing(), 3);
+  EXPECT_EQ(dashboard_->safetyCriteria().front().detail, "1 uploads are still pending.");
+}
+
+TEST_F(Dashboard, coverageGaps_areThoseOfTheCurrentReport) {
+  EXPECT_EQ(dashboard_->coverageGapCount(), 0);
+  dashboard_->watchlist().addFolder("/Users/test/gone");
+  cycle();
+  EXPECT_EQ(dashboard_->coverageGapCount(), 1);
+}
+
+TEST_F(Dashboard, incidentCounts_areThoseOfThePublishedIncidents) {
+  commands_.forget(kRoute);
+  cycle();
+  const std::int64_t active = dashboard_->activeIncidentCount();
+  EXPECT_GT(active, 0);
+  EXPECT_EQ(dashboard_->recurringIncidentCount(), 0);
+  cycle();
+  EXPECT_EQ(dashboard_->activeIncidentCount(), active);
+  EXPECT_EQ(dashboard_->recurringIncidentCount(), active);
+  EXPECT_EQ(dashboard_->resolvedIncidentCount(), 0);
+  commands_.answer(kRoute, "   route to: default\n    gateway: 192.168.1.1\n  interface: en0\n");
+  cycle();
+  EXPECT_EQ(dashboard_->activeIncidentCount(), 0);
+  EXPECT_EQ(dashboard_->recurringIncidentCount(), 0);
+  EXPECT_EQ(dashboard_->resolvedIncidentCount(), active);
+}
+
+TEST_F(Dashboard, diagnosticsOfADomain_areItsFindingsInPublishedOrder) {
+  EXPECT_THAT(dashboard_->diagnostics(DiagnosticDomain::network), IsEmpty());
+  cycle();
+  std::vector<DiagnosticFinding> joined;
+  // The order of presentation is the domains' alphabetical one.
+  for (const DiagnosticDomain domain :
+       {DiagnosticDomain::finder, DiagnosticDomain::network, DiagnosticDomain::performance, DiagnosticDomain::power,
+        DiagnosticDomain::storage, DiagnosticDomain::system, DiagnosticDomain::iCloud}) {
+    const std::vector<DiagnosticFinding> found = dashboard_->diagnostics(domain);
+    EXPECT_THAT(found, Not(IsEmpty()));
+    EXPECT_THAT(found, Each(testing::Field(&DiagnosticFinding::domain, domain)));
+    joined.insert(joined.end(), found.begin(), found.end());
+  }
+  EXPECT_EQ(joined, dashboard_->diagnostics());
+}
+
+// The export
+
+TEST_F(Dashboard, exportPanel_hasItsTitleAndProposesANameWithTheTime) {
+  dashboard_->exportProofPacket();
+  ASSERT_THAT(panels_.savePanels(), SizeIs(1));
+  EXPECT_EQ(panels_.savePanels().front().title, "Export Proof Packet");
+  EXPECT_EQ(panels_.savePanels().front().proposedName, "cirrovane-proof-2026-11-15-1825.json");
+}
+
+TEST_F(Dashboard, export_writesAllThatIsKnownAndNamesTheFile) {
+  commands_.forget(kRoute);
+  makeUnsafe();
+  cycle();
+  clock_.advance(std::chrono::minutes(1));
+  panels_.answer = "/Users/test/Desktop/proof.json";
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(dashboard_->exportNote(), "Proof packet exported to proof.json.");
+  const std::optional<ProofPacket> packet = packetAt("/Users/test/Desktop/proof.json");
+  ASSERT_TRUE(packet);
+  EXPECT_EQ(packet->exportedAt, at(18, 26));
+  EXPECT_EQ(*packet->report, dashboard_->report());
+  EXPECT_EQ(packet->history, dashboard_->historyStore().snapshots());
+  EXPECT_EQ(packet->diagnostics, dashboard_->diagnostics());
+  EXPECT_EQ(packet->incidents, dashboard_->incidents());
+  EXPECT_THAT(packet->incidents, Not(IsEmpty()));
+  EXPECT_EQ(packet->systemStatus, dashboard_->systemStatus());
+}
+
+TEST_F(Dashboard, exportBeforeAnyRefresh_hasEmptyLists) {
+  panels_.answer = "/tmp/proof.json";
+  dashboard_->exportProofPacket();
+  const std::string text = storage_.files().at("/tmp/proof.json");
+  EXPECT_THAT(text, testing::HasSubstr("\"diagnostics\": []"));
+  EXPECT_THAT(text, testing::HasSubstr("\"history\": []"));
+  EXPECT_THAT(text, testing::HasSubstr("\"incidents\": []"));
+}
+
+TEST_F(Dashboard, exportedIncidents_areThePublishedOnesResolvedIncluded) {
+  commands_.forget(kRoute);
+  cycle();
+  commands_.answer(kRoute, "   route to: default\n    gateway: 192.168.1.1\n  interface: en0\n");
+  cycle();
+  ASSERT_GT(dashboard_->resolvedIncidentCount(), 0);
+  dashboard_->incidentStore().reopen(dashboard_->incidents().front());
+  EXPECT_EQ(dashboard_->proofPacket().incidents, dashboard_->incidents());
+  EXPECT_NE(dashboard_->proofPacket().incidents, dashboard_->incidentStore().records());
+}
+
+TEST_F(Dashboard, exportedHistoryOfFifty_isWholeAndOfMoreTheFiftyNewest) {
+  for (const std::size_t count : {49U, 50U, 51U, 200U}) {
+    const std::vector<ScanSnapshot> snapshots = makeSnapshots(count);
+    store("history.json", snapshots);
+    launch();
+    panels_.answer = "/tmp/proof.json";
+    dashboard_->exportProofPacket();
+    const std::size_t kept = std::min<std::size_t>(count, 50);
+    EXPECT_THAT(packetAt("/tmp/proof.json")->history,
+                testing::ElementsAreArray(snapshots.begin(), snapshots.begin() + static_cast<std::ptrdiff_t>(kept)));
+  }
+}
+
+TEST_F(Dashboard, exportCancelled_writesNothingAndKeepsTheNote) {
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
+  panels_.answer = "/tmp/proof.json";
+  dashboard_->exportProofPacket();
+  const std::vector<std::string> written = storage_.written();
+  observeEverything();
+  panels_.answer.reset();
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(dashboard_->exportNote(), "Proof packet exported to proof.json.");
+  EXPECT_EQ(storage_.written(), written);
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(Dashboard, exportToAFailingPlace_tellsWhy) {
+  storage_.failure = Failure{"The folder cannot be written to."};
+  panels_.answer = "/Volumes/ReadOnly/proof.json";
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(dashboard_->exportNote(), "Export failed: The folder cannot be written to.");
+  EXPECT_FALSE(storage_.files().contains("/Volumes/ReadOnly/proof.json"));
+}
+
+TEST_F(Dashboard, exportNote_isToldToObserversBeforeItChanges) {
+  std::vector<std::optional<std::string>> seen;
+  const Subscription subscription =
+      dashboard_->publishedExportNote().observe([&](const std::optional<std::string>& next) {
+        seen.push_back(dashboard_->exportNote());
+        seen.push_back(next);
+      });
+  panels_.answer = "/tmp/a.json";
+  dashboard_->exportProofPacket();
+  storage_.failure = Failure{"no"};
+  dashboard_->exportProofPacket();
+  EXPECT_THAT(seen, ElementsAre(std::nullopt, "Proof packet exported to a.json.", "Proof packet exported to a.json.",
+                                "Export failed: no"));
+}
+
+TEST_F(Dashboard, refreshThatEndsWhileThePanelIsOpen_isInThePacket) {
+  makeUnsafe();
+  panels_.answer = "/tmp/proof.json";
+  panels_.whileOpen = [&] {
+    cycle();
+    clock_.advance(std::chrono::minutes(10));
+  };
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(panels_.savePanels().front().proposedName, "cirrovane-proof-2026-11-15-1825.json");
+  const std::optional<ProofPacket> packet = packetAt("/tmp/proof.json");
+  ASSERT_TRUE(packet);
+  EXPECT_EQ(packet->exportedAt, at(18, 35));
+  EXPECT_THAT(packet->report->blockers, SizeIs(1));
+  EXPECT_THAT(packet->history, SizeIs(1));
+}
+
+TEST_F(Dashboard, destroyedWhileTheSavePanelIsOpen_doesNothingWithTheAnswer) {
+  panels_.answer = "/tmp/proof.json";
+  panels_.whileOpen = [&] { dashboard_.reset(); };
+  dashboard_->exportProofPacket();
+  EXPECT_FALSE(storage_.files().contains("/tmp/proof.json"));
+}
+
+TEST_F(Dashboard, packet_isNotChangedByALaterRefresh) {
+  const ProofPacket packet = dashboard_->proofPacket();
+  makeUnsafe();
+  cycle();
+  EXPECT_EQ(*packet.report, SyncHealthReport::empty());
+  EXPECT_THAT(packet.diagnostics, IsEmpty());
+}
+
+TEST_F(Dashboard, exportToAGivenPath_answersWithTheFailureAndLeavesTheNote) {
+  EXPECT_EQ(dashboard_->exportProofPacket("/tmp/proof.json"), std::nullopt);
+  EXPECT_TRUE(packetAt("/tmp/proof.json"));
+  storage_.failure = Failure{"no"};
+  EXPECT_EQ(dashboard_->exportProofPacket("/tmp/proof.json"), Failure{"no"});
+  EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace cirrovane::test
