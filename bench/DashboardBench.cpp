@@ -178,9 +178,9 @@ class RefreshBench {
     const PosixFileStorage storage(calls);
     HeadlessDashboard headless(machine_, services(storage));
     DashboardViewModel& dashboard = headless.viewModel();
-    std::vector<double> seconds;
-    for (int repetition = 0; repetition < repetitions; ++repetition) {
-      seconds.push_back(secondsOf([&] { dashboard.refresh(); }));
+    std::vector<double> seconds(static_cast<std::size_t>(repetitions));
+    for (double& time : seconds) {
+      time = secondsOf([&] { dashboard.refresh(); });
     }
     expect(dashboard.diagnostics().size() > 20 && dashboard.systemStatus().memoryUsedBytes,
            "a refresh found too little");

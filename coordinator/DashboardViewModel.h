@@ -101,9 +101,12 @@ class DashboardViewModel {
   const std::vector<IncidentRecord>& incidents() const { return incidents_.value(); }
   Published<std::vector<IncidentRecord>>& publishedIncidents() { return incidents_; }
 
+  // Whoever may only look at the dashboard may not change its stores.
+  // NOLINTBEGIN(readability-make-member-function-const)
   WatchlistStore& watchlist() { return *services_.watchlist; }
   ScanHistoryStore& historyStore() { return *services_.historyStore; }
   IncidentStore& incidentStore() { return *services_.incidentStore; }
+  // NOLINTEND(readability-make-member-function-const)
 
   // Actions
 

@@ -241,12 +241,12 @@ TEST_F(Export, folderOrPipe_isLeftAsItIs) {
 TEST_F(Export, readOnlyDisk_keepsTheOldFileAndGivesStatus3) {
   // Permission bits stop everybody but root, a disk mounted for reading alone stops root too.
   writeFile(file_, "the old packet");
-  const ChildResult result =
-      runProgram("/usr/bin/unshare", {"--mount", "--map-root-user", "/bin/sh", "-c",
-                                      "mount --bind \"$2\" \"$2\" && mount -o remount,bind,ro \"$2\" || exit 77\n"
-                                      "touch \"$2/probe\" 2>/dev/null && exit 78\n"
-                                      "exec \"$0\" --mac-root \"$1\" export \"$2/packet.json\"",
-                                      kProgram, mac_.path(), folder_.path()});
+  constexpr const char* kScript = R"(
+    mount --bind "$2" "$2" && mount -o remount,bind,ro "$2" || exit 77
+    touch "$2/probe" 2>/dev/null && exit 78
+    exec "$0" --mac-root "$1" export "$2/packet.json")";
+  const ChildResult result = runProgram("/usr/bin/unshare", {"--mount", "--map-root-user", "/bin/sh", "-c", kScript,
+                                                             kProgram, mac_.path(), folder_.path()});
   if (result.exitStatus == kNoMount || result.exitStatus == 127 || result.err.starts_with("unshare:")) {
     GTEST_SKIP() << "This user may not mount.";
   }
@@ -289,9 +289,9 @@ TEST_F(Export, wrongArguments_giveStatus2AndRecordNothing) {
 /// Kills exports of a large report at random moments.
 TEST(ExportKilled, overAnExistingFile_leavesTheOldOrTheNewOneWhole) {
   constexpr std::size_t kFiles = 2'000;
-  constexpr int kKills = 200;
-  constexpr int kKillsInsideTheWrite = 20;
-  constexpr int kNewFiles = 5;
+  constexpr int kKills = CIRROVANE_KILLS;
+  constexpr int kKillsInsideTheWrite = kKills / 10;
+  constexpr int kNewFiles = kKills / 20;
   constexpr int kMostKills = 10 * kKills;
   const MacTree mac;
   // Nothing is asked of a Mac without commands, so that most of an export's time goes to the scan and to writing.

@@ -237,7 +237,6 @@ INSTANTIATE_TEST_SUITE_P(All, ProgressOfTheProgram,
 TEST_P(ProgressOfTheProgram, slowScan_showsItsFolderOnStandardErrorAndErasesIt) {
   Terminal terminal;
   terminal.setColumns(300);
-  std::optional<int> status;
   const FileDescriptor out(open((folder_ / "out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
   RunningProgram program(arguments(), out.get(), terminal.programEnd(), environment());
   terminal.closeProgramEnd();
