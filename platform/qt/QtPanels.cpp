@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QUrl>
 #include <utility>
 
@@ -22,7 +23,9 @@ class JSONFileDialog final : public QFileDialog {
     const QStringList files = selectedFiles();
     if (!kHasNativePanel && files.size() == 1 && !files.front().endsWith(".json", Qt::CaseInsensitive) &&
         !QFileInfo(files.front()).isDir()) {
-      selectFile(files.front() + ".json");
+      // Not selectFile(), which leaves alone what the user is typing.
+      auto* name = findChild<QLineEdit*>("fileNameEdit");
+      name->setText(name->text() + ".json");
     }
     QFileDialog::accept();
   }
@@ -69,8 +72,9 @@ std::optional<std::string> QtPanels::ask(QFileDialog& dialog) {
   if (chosen.size() != 1 || !chosen.front().isLocalFile()) {
     return std::nullopt;
   }
-  folder_ = dialog.directory().absolutePath().toStdString();
-  return chosen.front().toLocalFile().toStdString();
+  const QString path = chosen.front().toLocalFile();
+  folder_ = QFileInfo(path).absolutePath().toStdString();
+  return path.toStdString();
 }
 
 }  // namespace cirrovane

@@ -12,7 +12,7 @@ namespace cirrovane {
 /// File panels: the system's own on a Mac, elsewhere Qt's, which a screen reader can read. Needs a QApplication.
 class QtPanels final : public Panels {
  public:
-  /// The first panel shows `firstFolder`, where it exists; each later one the folder of the last answer.
+  /// The first panel shows `firstFolder`, where it exists; each later one the folder around the last answer.
   explicit QtPanels(std::string firstFolder = {}) : folder_(std::move(firstFolder)) {}
 
   /// The window that the next panels belong to; nullptr for none.
