@@ -36,6 +36,9 @@ Item {
                 boundsBehavior: Flickable.StopAtBounds
                 flickableDirection: Flickable.HorizontalFlick
                 Layout.fillWidth: true
+                Layout.minimumWidth: 240
+                Layout.preferredWidth: contentWidth
+                Layout.maximumWidth: contentWidth
 
                 function reveal(item: Item) {
                     if (item.x < contentX) {
@@ -71,6 +74,7 @@ Item {
                         text: shell.viewModel.extraTabsLabel
                         entries: shell.viewModel.extraTabs
                         chosen: shell.viewModel.selectedTab
+                        isChosen: shell.viewModel.extraTabs.some(tab => tab.id === chosen)
                         anchors.verticalCenter: parent.verticalCenter
                         onPicked: id => shell.viewModel.selectedTab = id
                         onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
@@ -78,14 +82,18 @@ Item {
                 }
             }
 
+            Item {
+                Layout.fillWidth: true
+            }
             AppLabel {
                 text: shell.viewModel.updateStatusLine
                 font.pixelSize: Theme.captionSize
                 color: Theme.dimmedText
-                Layout.maximumWidth: 300
-                Layout.fillWidth: true
-                Layout.preferredWidth: implicitWidth
                 horizontalAlignment: Text.AlignRight
+                Layout.fillWidth: true
+                Layout.minimumWidth: 0
+                Layout.preferredWidth: implicitWidth
+                Layout.maximumWidth: Math.min(300, Math.ceil(implicitWidth))
             }
             ActionButton {
                 text: shell.viewModel.buildLabel

@@ -7,6 +7,7 @@ T.Button {
 
     property string symbolName: ""
     property bool isPlain: false
+    property bool isChosen: false
     // What a screen reader says when that is more than the text.
     property string description: ""
     property color tint: Theme.text
@@ -18,32 +19,38 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : 0.5
 
-    contentItem: Row {
-        spacing: 6
-        anchors.centerIn: parent
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
 
-        Symbol {
-            name: button.symbolName.length > 0 ? button.symbolName : "xmark"
-            visible: button.symbolName.length > 0
-            size: 15
-            color: button.tint
-            anchors.verticalCenter: parent.verticalCenter
-        }
-        AppLabel {
-            text: button.text
-            visible: button.text.length > 0 && button.display !== T.AbstractButton.IconOnly
-            color: button.tint
-            font.pixelSize: Theme.subheadlineSize
-            font.weight: Font.Medium
-            anchors.verticalCenter: parent.verticalCenter
-            Accessible.ignored: true
+        Row {
+            id: row
+            spacing: 6
+            anchors.centerIn: parent
+
+            Symbol {
+                name: button.symbolName.length > 0 ? button.symbolName : "xmark"
+                visible: button.symbolName.length > 0
+                size: 15
+                color: button.tint
+                anchors.verticalCenter: parent.verticalCenter
+            }
+            AppLabel {
+                text: button.text
+                visible: button.text.length > 0
+                color: button.tint
+                font.pixelSize: Theme.subheadlineSize
+                font.weight: Font.Medium
+                anchors.verticalCenter: parent.verticalCenter
+                Accessible.ignored: true
+            }
         }
     }
 
     background: Rectangle {
         radius: Theme.controlRadius
         color: button.down ? Theme.controlPressed : button.hovered ? Theme.controlHover
-             : button.isPlain ? "transparent" : Theme.controlFill
+             : button.isChosen ? Theme.selectedFill : button.isPlain ? "transparent" : Theme.controlFill
         border.width: button.isPlain ? 0 : 1
         border.color: Theme.controlOutline
 
@@ -52,11 +59,11 @@ T.Button {
         }
     }
 
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: description
-    Accessible.onPressAction: button.click()
+    Accessible.onPressAction: button.clicked()
 }

@@ -1,10 +1,10 @@
 import QtQuick
 
-// Shows which control the keyboard acts on.
+// Shows around its parent that the keyboard acts on the control.
 Rectangle {
     required property Item target
 
-    anchors.fill: target
+    anchors.fill: parent
     anchors.margins: -3
     radius: Theme.controlRadius + 3
     color: "transparent"

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Cirrovane
 
 // A card around one section of a page; for a screen reader a group of the heading's name.
 Item {

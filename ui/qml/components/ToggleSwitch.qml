@@ -11,6 +11,11 @@ T.Switch {
 
     signal switched(on: bool)
 
+    function flip() {
+        toggle();
+        toggled();
+    }
+
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight)
     rightPadding: showsLabel && text.length > 0 ? track.width + 10 : track.width
@@ -59,17 +64,16 @@ T.Switch {
         FocusRing {
             target: control
             radius: track.radius + 3
-            anchors.fill: track
         }
     }
 
-    Keys.onReturnPressed: control.click()
-    Keys.onEnterPressed: control.click()
+    Keys.onReturnPressed: control.flip()
+    Keys.onEnterPressed: control.flip()
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: isOn
-    Accessible.onPressAction: control.click()
-    Accessible.onToggleAction: control.click()
+    Accessible.onPressAction: control.flip()
+    Accessible.onToggleAction: control.flip()
 }
