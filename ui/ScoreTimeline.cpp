@@ -19,6 +19,26 @@ TimeWording userWording() {
   return {QLocale(), QTimeZone::systemTimeZone(), {}};
 }
 
+QFont labelFont(int size) {
+  QFont font = QGuiApplication::font();
+  font.setPixelSize(size);
+  return font;
+}
+
+double widthOf(const QFontMetricsF& metrics, const QString& text) {
+  return std::ceil(metrics.horizontalAdvance(text));
+}
+
+/// The middle of the pixel, on which a thin line does not blur.
+double crisp(double place) {
+  return std::floor(place) + 0.5;
+}
+
+/// A straight line as an SVG path.
+QString straightPath(const QPointF& from, const QPointF& to) {
+  return QStringLiteral("M%1 %2L%3 %4").arg(from.x()).arg(from.y()).arg(to.x()).arg(to.y());
+}
+
 }  // namespace
 
 std::vector<ScoreAtTime> orderedScores(std::span<const ScanSnapshot> snapshots) {
@@ -126,52 +146,61 @@ void ScoreTimeline::draw() {
   if (!isComponentComplete()) {
     return;
   }
-  QFont font = QGuiApplication::font();
-  font.setPixelSize(labelSize_);
-  const QFontMetricsF metrics(font);
-  TimeWording wording = userWording();
-  wording.widthOf = [&metrics](const QString& text) { return std::ceil(metrics.horizontalAdvance(text)); };
-
-  const double left = wording.widthOf(QString::number(kFullScore)) + kLabelGap;
-  const double top = std::ceil(metrics.height() / 2);
-  const double bottom = height() - std::ceil(metrics.height()) - kLabelGap;
+  const QFontMetricsF metrics(labelFont(labelSize_));
+  const double lineHeight = std::ceil(metrics.height());
+  const double left = widthOf(metrics, QString::number(kFullScore)) + kLabelGap;
+  const double top = std::ceil(lineHeight / 2);
+  const double bottom = height() - lineHeight - kLabelGap;
   plot_ = QRectF(left, top, std::max(width() - left, 0.0), std::max(bottom - top, 0.0));
-
   // A disc at either end does not stand over the plot's edge.
   const double inset = std::min(pointDiameter_, plot_.width() / 2);
   const QRectF area = plot_.adjusted(inset, 0, -inset, 0);
-  const std::vector<ScoreAtTime>& scores = snapshots_.scores();
-  const std::vector<QPointF> points = plottedPoints(scores, area);
+  drawScores(area);
+  drawAxes(area);
+  emit drawingChanged();
+}
+
+void ScoreTimeline::drawScores(const QRectF& area) {
+  const std::vector<QPointF> points = plottedPoints(snapshots_.scores(), area);
   const std::vector<CurveSegment> curve = monotoneCurve(points);
   linePath_ = curvePath(points, curve);
   areaPath_ = cirrovane::areaPath(points, curve, area.bottom());
   pointsPath_ = discsPath(points, pointDiameter_ / 2);
+}
 
-  const auto addMark = [](QVariantList& marks, const QString& text, double place, double labelStart) {
-    TimelineMark mark;
-    mark.text = text;
-    mark.place = place;
-    mark.labelStart = labelStart;
-    marks.append(QVariant::fromValue(mark));
-  };
-  scoreMarks_.clear();
-  for (const int score : cirrovane::scoreMarks(plot_.height(), metrics.height())) {
+void ScoreTimeline::drawAxes(const QRectF& area) {
+  const QFontMetricsF metrics(labelFont(labelSize_));
+  gridPath_.clear();
+  labels_.clear();
+  for (const int score : scoreMarks(plot_.height(), metrics.height())) {
     const double y = area.bottom() - area.height() * score / kFullScore;
-    addMark(scoreMarks_, QString::number(score), y, y - metrics.height() / 2);
+    const QString text = QString::number(score);
+    addLabel(text, plot_.left() - kLabelGap - widthOf(metrics, text), y - metrics.height() / 2);
+    gridPath_ += straightPath({plot_.left(), crisp(y)}, {plot_.right(), crisp(y)});
   }
-  timeMarks_.clear();
-  if (!scores.empty()) {
-    const TimeAxis axis{.first = scores.front().time,
-                        .last = scores.back().time,
-                        .firstX = area.left(),
-                        .lastX = area.right(),
-                        .left = plot_.left(),
-                        .right = plot_.right()};
-    for (const TimeMark& mark : cirrovane::timeMarks(axis, wording)) {
-      addMark(timeMarks_, mark.text, mark.x, mark.left);
-    }
+  const std::vector<ScoreAtTime>& scores = snapshots_.scores();
+  if (scores.empty()) {
+    return;
   }
-  emit drawingChanged();
+  TimeWording wording = userWording();
+  wording.widthOf = [&metrics](const QString& text) { return widthOf(metrics, text); };
+  const TimeAxis axis{.first = scores.front().time,
+                      .last = scores.back().time,
+                      .firstX = area.left(),
+                      .lastX = area.right(),
+                      .left = plot_.left(),
+                      .right = plot_.right()};
+  for (const TimeMark& mark : timeMarks(axis, wording)) {
+    addLabel(mark.text, mark.left, plot_.bottom() + kLabelGap);
+    gridPath_ += straightPath({crisp(mark.x), plot_.top()}, {crisp(mark.x), plot_.bottom()});
+  }
+}
+
+void ScoreTimeline::addLabel(const QString& text, double x, double y) {
+  TimelineLabel label;
+  label.text = text;
+  label.position = QPointF(std::round(x), std::round(y));
+  labels_.append(QVariant::fromValue(label));
 }
 
 }  // namespace cirrovane

@@ -56,20 +56,16 @@ class ScoreHistory {
   Shared<std::vector<ScoreAtTime>> scores_;
 };
 
-/// A label of an axis and the place of its mark.
-class TimelineMark {
+/// A text beside an axis and its upper left corner.
+class TimelineLabel {
   Q_GADGET
-  QML_VALUE_TYPE(timelineMark)
+  QML_VALUE_TYPE(timelineLabel)
   Q_PROPERTY(QString text MEMBER text)
-  /// Of the mark along its axis.
-  Q_PROPERTY(qreal place MEMBER place)
-  /// Where the label begins along that axis.
-  Q_PROPERTY(qreal labelStart MEMBER labelStart)
+  Q_PROPERTY(QPointF position MEMBER position)
 
  public:
   QString text;
-  qreal place = 0;
-  qreal labelStart = 0;
+  QPointF position;
 };
 
 /// What a chart of scores over time consists of, for an item of its size. Made anew only when the scores, the size or
@@ -84,11 +80,12 @@ class ScoreTimeline : public QQuickItem {
   Q_PROPERTY(qreal pointDiameter READ pointDiameter WRITE setPointDiameter NOTIFY pointDiameterChanged)
   /// Within the axes.
   Q_PROPERTY(QRectF plot READ plot NOTIFY drawingChanged)
+  Q_PROPERTY(QString gridPath READ gridPath NOTIFY drawingChanged)
   Q_PROPERTY(QString linePath READ linePath NOTIFY drawingChanged)
   Q_PROPERTY(QString areaPath READ areaPath NOTIFY drawingChanged)
   Q_PROPERTY(QString pointsPath READ pointsPath NOTIFY drawingChanged)
-  Q_PROPERTY(QVariantList scoreMarks READ scoreMarks NOTIFY drawingChanged)
-  Q_PROPERTY(QVariantList timeMarks READ timeMarks NOTIFY drawingChanged)
+  /// Of each axis, a `timelineLabel` each.
+  Q_PROPERTY(QVariantList labels READ labels NOTIFY drawingChanged)
   Q_PROPERTY(QString description READ description NOTIFY descriptionChanged)
 
  public:
@@ -102,11 +99,11 @@ class ScoreTimeline : public QQuickItem {
   void setPointDiameter(qreal diameter);
 
   const QRectF& plot() const { return plot_; }
+  const QString& gridPath() const { return gridPath_; }
   const QString& linePath() const { return linePath_; }
   const QString& areaPath() const { return areaPath_; }
   const QString& pointsPath() const { return pointsPath_; }
-  const QVariantList& scoreMarks() const { return scoreMarks_; }
-  const QVariantList& timeMarks() const { return timeMarks_; }
+  const QVariantList& labels() const { return labels_; }
   QString description() const;
 
  signals:
@@ -122,16 +119,19 @@ class ScoreTimeline : public QQuickItem {
 
  private:
   void draw();
+  void drawScores(const QRectF& area);
+  void drawAxes(const QRectF& area);
+  void addLabel(const QString& text, double x, double y);
 
   ScoreHistory snapshots_;
   int labelSize_ = 11;
   qreal pointDiameter_ = 5;
   QRectF plot_;
+  QString gridPath_;
   QString linePath_;
   QString areaPath_;
   QString pointsPath_;
-  QVariantList scoreMarks_;
-  QVariantList timeMarks_;
+  QVariantList labels_;
 };
 
 }  // namespace cirrovane
