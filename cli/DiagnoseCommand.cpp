@@ -58,6 +58,7 @@ std::optional<DiagnosticDomain> domainNamed(const std::string& name) {
 
 std::string domainNames() {
   std::vector<std::string> names;
+  names.reserve(kDiagnosticDomains.size());
   for (const auto& [domain, text] : kDiagnosticDomains) {
     names.push_back(CLI::detail::to_lower(std::string(text)));
   }

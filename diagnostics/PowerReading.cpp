@@ -16,8 +16,9 @@ std::int64_t rounded(double value) {
 
 BatteryStatus batteryStatus(const std::vector<PowerSource>& sources) {
   for (const PowerSource& source : sources) {
-    if (source.maximumCapacity.value_or(0) >= 1) {
-      const double share = source.currentCapacity.value_or(0) / static_cast<double>(*source.maximumCapacity);
+    const std::int64_t maximum = source.maximumCapacity.value_or(0);
+    if (maximum >= 1) {
+      const double share = source.currentCapacity.value_or(0) / static_cast<double>(maximum);
       return {rounded(share * 100), source.isCharging};
     }
   }

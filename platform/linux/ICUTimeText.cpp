@@ -43,8 +43,11 @@ std::unique_ptr<icu::TimeZone> zoneOf(const std::string& identifier) {
 
 std::unique_ptr<icu::DateFormat> formatOfPattern(const icu::UnicodeString& pattern, const icu::Locale& locale) {
   UErrorCode error = U_ZERO_ERROR;
-  auto format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, error);
-  return U_SUCCESS(error) != 0 ? std::move(format) : nullptr;
+  std::unique_ptr<icu::DateFormat> format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, error);
+  if (U_FAILURE(error) != 0) {
+    format.reset();
+  }
+  return format;
 }
 
 /// The language's own arrangement of the parts that the skeleton names.

@@ -13,7 +13,7 @@ std::optional<CommandResult> LinuxCommandRunner::run(const std::string& executab
   if (const auto described = root_.environment()) {
     variables.emplace();
     for (const auto& [name, value] : *described) {
-      variables->push_back(name + "=" + value);
+      variables->emplace_back(name).append("=").append(value);
     }
   }
   return runChild(realPath(executable), arguments, output, variables);

@@ -30,7 +30,7 @@ std::optional<double> numericFact(const json& facts, const char* key) {
 std::optional<std::int64_t> integerFact(const json& facts, const char* key) {
   const std::optional<double> number = numericFact(facts, key);
   // 2^63 is the first number beyond, and, unlike the last one inside, has an exact double.
-  if (!number || std::trunc(*number) != *number || !(*number >= -0x1p63 && *number < 0x1p63)) {
+  if (!number || std::trunc(*number) != *number || *number < -0x1p63 || *number >= 0x1p63) {
     return std::nullopt;
   }
   const json value = valueOf(facts, key);

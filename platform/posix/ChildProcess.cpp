@@ -237,7 +237,10 @@ std::optional<CommandResult> runChild(const std::string& executable, const std::
     return child ? std::optional(CommandResult{waitFor(*child), ""}) : std::nullopt;
   }
   std::optional<Pipe> pipe = makePipe();
-  const std::optional<pid_t> child = pipe ? start(executable, arguments, &pipe->writeEnd, environment) : std::nullopt;
+  if (!pipe) {
+    return std::nullopt;
+  }
+  const std::optional<pid_t> child = start(executable, arguments, &pipe->writeEnd, environment);
   if (!child) {
     return std::nullopt;
   }
