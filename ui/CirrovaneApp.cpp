@@ -52,6 +52,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, NotificationCenter& notificationCen
       settings_(machine.userDefaults()),
       shell_(dashboard_, updates_, clipboard_, workspace_, firstTab),
       snapshot_(dashboard_) {
+  // Where the module lies in the program; the types that C++ gives it are not found otherwise.
+  engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
   engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider);
   makeTrayIcon();

@@ -33,6 +33,7 @@ ApplicationWindow {
 
     menuBar: WindowMenuBar {
         shell: window.shell
+        closesWindow: !guide.opened
         onCloseRequested: window.close()
         onMinimizeRequested: window.showMinimized()
         onQuitRequested: window.quitRequested()

@@ -7,6 +7,8 @@ MenuBar {
     id: bar
 
     required property ShellViewModel shell
+    // Whether the closing command is the window's; a sheet over it has the same key.
+    property bool closesWindow: true
 
     signal closeRequested
     signal minimizeRequested
@@ -59,6 +61,7 @@ MenuBar {
         Action {
             text: "Close Window"
             shortcut: StandardKey.Close
+            enabled: bar.closesWindow
             onTriggered: bar.closeRequested()
         }
     }
@@ -138,6 +141,9 @@ MenuBar {
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
-        Accessible.onPressAction: command.triggered()
+        Accessible.onPressAction: {
+            command.menu.dismiss();
+            command.action.trigger();
+        }
     }
 }

@@ -54,16 +54,16 @@ ColumnLayout {
             target: heading
         }
 
-        Keys.onReturnPressed: heading.click()
-        Keys.onEnterPressed: heading.click()
+        Keys.onReturnPressed: heading.clicked()
+        Keys.onEnterPressed: heading.clicked()
 
         Accessible.role: Accessible.Button
         Accessible.name: row.title
         Accessible.description: row.isExpanded ? "Expanded" : "Collapsed"
         Accessible.checkable: true
         Accessible.checked: row.isExpanded
-        Accessible.onPressAction: heading.click()
-        Accessible.onToggleAction: heading.click()
+        Accessible.onPressAction: heading.clicked()
+        Accessible.onToggleAction: heading.clicked()
     }
 
     AppText {

@@ -19,11 +19,11 @@ ActionButton {
         list.forceActiveFocus(Qt.TabFocusReason);
     }
 
+    description: "Opens a list"
     rightPadding: Theme.controlPadding + 16
     onClicked: popup.opened ? popup.close() : openList()
     Keys.onDownPressed: openList()
 
-    Accessible.role: Accessible.ButtonMenu
 
     Symbol {
         name: "chevron.down"
@@ -62,7 +62,7 @@ ActionButton {
             Accessible.role: Accessible.PopupMenu
             Accessible.name: button.text
 
-            delegate: T.ItemDelegate {
+            delegate: T.MenuItem {
                 id: entry
 
                 required property var modelData
@@ -77,9 +77,9 @@ ActionButton {
                     popup.close();
                     button.picked(modelData.id);
                 }
-                Keys.onReturnPressed: entry.click()
-                Keys.onEnterPressed: entry.click()
-                Keys.onSpacePressed: entry.click()
+                Keys.onReturnPressed: entry.clicked()
+                Keys.onEnterPressed: entry.clicked()
+                Keys.onSpacePressed: entry.clicked()
 
                 contentItem: Row {
                     leftPadding: 8
@@ -103,9 +103,8 @@ ActionButton {
                     color: entry.highlighted ? Theme.controlPressed : "transparent"
                 }
 
-                Accessible.role: Accessible.MenuItem
                 Accessible.name: modelData.title
-                Accessible.onPressAction: entry.click()
+                Accessible.onPressAction: entry.clicked()
             }
         }
     }

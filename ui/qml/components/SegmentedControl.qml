@@ -71,15 +71,15 @@ FocusScope {
 
                 Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
                 Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-                Keys.onReturnPressed: segment.click()
-                Keys.onEnterPressed: segment.click()
+                Keys.onReturnPressed: segment.clicked()
+                Keys.onEnterPressed: segment.clicked()
 
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
                 Accessible.checkable: true
                 Accessible.checked: isChosen
-                Accessible.onPressAction: segment.click()
-                Accessible.onToggleAction: segment.click()
+                Accessible.onPressAction: segment.clicked()
+                Accessible.onToggleAction: segment.clicked()
             }
         }
     }

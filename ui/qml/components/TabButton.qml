@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 
 // A tab of the tab bar: its symbol and title, on a capsule when it is chosen.
-T.Button {
+// Its role is the template's own: a control keeps that, whatever it is told.
+T.TabButton {
     id: button
 
     required property string symbolName
@@ -13,6 +14,8 @@ T.Button {
     leftPadding: 12
     rightPadding: 12
     focusPolicy: Qt.StrongFocus
+    // What is chosen is decided elsewhere.
+    checkable: false
 
     contentItem: Row {
         spacing: 6
@@ -41,12 +44,11 @@ T.Button {
         }
     }
 
-    Keys.onReturnPressed: button.click()
-    Keys.onEnterPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
-    Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: isChosen
-    Accessible.onPressAction: button.click()
+    Accessible.onPressAction: button.clicked()
 }
