@@ -2,8 +2,9 @@
 
 #include "coordinator/MakeDashboard.h"
 #include "platform/qt/DBusFileManager.h"
-#include "ui/WindowFrame.h"
+#include "ui/PanelPlace.h"
 #include "ui/SymbolImageProvider.h"
+#include "ui/WindowFrame.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -56,8 +57,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, NotificationCenter& notificationCen
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
   engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider);
-  makeTrayIcon();
   makeWindow();
+  makeTrayIcon();
 }
 
 CirrovaneApp::~CirrovaneApp() = default;
@@ -98,10 +99,17 @@ void CirrovaneApp::makeTrayIcon() {
   if (!hasTray) {
     return;
   }
-  trayIcon_ = std::make_unique<TrayIcon>(snapshot_);
+  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, [this](const QString& state) { return stateColour(state); });
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
   connect(trayIcon_.get(), &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
+}
+
+QColor CirrovaneApp::stateColour(const QString& state) {
+  auto* theme = engine_.singletonInstance<QObject*>(qmlTypeId("Cirrovane", 1, 0, "Theme"));
+  QColor colour;
+  QMetaObject::invokeMethod(theme, "stateColor", Q_RETURN_ARG(QColor, colour), Q_ARG(QString, state));
+  return colour;
 }
 
 void CirrovaneApp::rememberFrame() {

@@ -46,6 +46,8 @@ class CirrovaneApp : public QObject {
   void makeWindow();
   void makeTrayIcon();
   void rememberFrame();
+  /// The theme's colour of a health state.
+  QColor stateColour(const QString& state);
 
   Machine& machine_;
   QtMainExecutor mainExecutor_;

@@ -2,9 +2,11 @@
 
 #include "ui/SnapshotViewModel.h"
 
+#include <QColor>
 #include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
+#include <functional>
 
 namespace cirrovane {
 
@@ -13,7 +15,10 @@ class TrayIcon : public QObject {
   Q_OBJECT
 
  public:
-  explicit TrayIcon(SnapshotViewModel& snapshot, QObject* parent = nullptr);
+  /// The colour of a health state by its name.
+  using StateColour = std::function<QColor(const QString& state)>;
+
+  TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
   QRect geometry() const { return icon_.geometry(); }
@@ -27,14 +32,9 @@ class TrayIcon : public QObject {
   void update();
 
   SnapshotViewModel& snapshot_;
+  StateColour stateColour_;
   QMenu menu_;
   QSystemTrayIcon icon_;
 };
-
-/// The colour of a health state by its name.
-QColor stateColour(const QString& state);
-
-/// Where a panel of the size goes: at the icon, and whole on the screen; without an icon at the top right.
-QPoint panelPlace(const QRect& icon, const QSize& panel, const QRect& screen);
 
 }  // namespace cirrovane

@@ -2,6 +2,7 @@
 
 #include "platform/UserDefaults.h"
 
+#include <QList>
 #include <QRect>
 #include <optional>
 

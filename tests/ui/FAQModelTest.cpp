@@ -1,8 +1,8 @@
 #include "ui/FAQModel.h"
 
+#include <QAbstractItemModelTester>
 #include <vector>
 
-#include <QAbstractItemModelTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ class FAQModelTest : public testing::Test {
   }
 
   FAQModel model_;
-  QAbstractItemModelTest checks_{&model_, QAbstractItemModelTest::FailureReportingMode::Fatal};
+  QAbstractItemModelTester checks_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
 TEST_F(FAQModelTest, allQuestions_startClosed) {

@@ -1,6 +1,5 @@
-#include "ui/HelpContent.h"
-
 #include "core/BlockerReason.h"
+#include "ui/HelpContent.h"
 
 #include <cstddef>
 #include <set>

@@ -1,12 +1,12 @@
 #include "ui/RowListModel.h"
 
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
 #include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
-#include <QAbstractItemModelTest>
-#include <QSignalSpy>
 #include <gtest/gtest.h>
 
 namespace cirrovane::test {
@@ -33,7 +33,7 @@ class RowListModelTest : public testing::Test {
   }
 
   RowListModel model_{{"title"}};
-  QAbstractItemModelTest checks_{&model_, QAbstractItemModelTest::FailureReportingMode::Fatal};
+  QAbstractItemModelTester checks_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
 TEST_F(RowListModelTest, equalRows_changeNothing) {

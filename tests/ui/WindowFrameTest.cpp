@@ -1,6 +1,5 @@
-#include "ui/WindowFrame.h"
-
 #include "tests/support/FakeUserDefaults.h"
+#include "ui/WindowFrame.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,62 @@
+#include "tests/support/FakeUserDefaults.h"
+#include "ui/AppSettings.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+TEST(AppSettings, nothingStored_isTheDefault) {
+  FakeUserDefaults defaults;
+  const AppSettings settings(defaults);
+  EXPECT_EQ(settings.visualStyle(), "liquid");
+  EXPECT_TRUE(settings.motionEnabled());
+  EXPECT_FALSE(settings.showTerminologyOnDashboard());
+  EXPECT_TRUE(settings.notificationsEnabled());
+}
+
+TEST(AppSettings, style_storedAsNeither_isLiquid) {
+  for (const char* stored : {"Classic", "glass", ""}) {
+    FakeUserDefaults defaults;
+    defaults.hold("visualStyle", std::string(stored));
+    EXPECT_EQ(AppSettings(defaults).visualStyle(), "liquid") << stored;
+  }
+  FakeUserDefaults defaults;
+  defaults.hold("visualStyle", std::string("classic"));
+  EXPECT_TRUE(AppSettings(defaults).isClassic());
+}
+
+TEST(AppSettings, change_isStoredAndToldOnce) {
+  FakeUserDefaults defaults;
+  AppSettings settings(defaults);
+  const QSignalSpy told(&settings, &AppSettings::visualStyleChanged);
+  settings.setVisualStyle("classic");
+  settings.setVisualStyle("classic");
+  EXPECT_EQ(told.size(), 1);
+  EXPECT_EQ(defaults.text("visualStyle"), "classic");
+  settings.setMotionEnabled(false);
+  settings.setShowTerminologyOnDashboard(true);
+  settings.setNotificationsEnabled(false);
+  EXPECT_EQ(defaults.boolean("motionEnabled"), false);
+  EXPECT_EQ(defaults.boolean("showTerminologyOnDashboard"), true);
+  EXPECT_EQ(defaults.boolean("guardrailNotificationsEnabled"), false);
+}
+
+TEST(AppSettings, choices_comeBackAfterARestart) {
+  FakeUserDefaults defaults;
+  AppSettings(defaults).setMotionEnabled(false);
+  EXPECT_FALSE(AppSettings(defaults).motionEnabled());
+}
+
+TEST(AppSettings, change_thatCannotBeStored_holdsMeanwhile) {
+  FakeUserDefaults defaults;
+  defaults.failure = Failure{"The disk is full."};
+  AppSettings settings(defaults);
+  settings.setVisualStyle("classic");
+  EXPECT_TRUE(settings.isClassic());
+}
+
+}  // namespace
+}  // namespace cirrovane::test
