@@ -93,10 +93,11 @@ void Spring::setEnabled(bool enabled) {
 }
 
 void Spring::advance(double seconds) {
-  state_ = springAfter({response_, dampingFraction_}, state_, target_, seconds);
-  if (isSpringAtRest(state_, target_)) {
+  const SpringState next = springAfter({response_, dampingFraction_}, state_, target_, seconds);
+  if (isSpringAtRest(next, target_)) {
     arrive();
   } else {
+    state_ = next;
     emit valueChanged();
   }
 }

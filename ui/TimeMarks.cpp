@@ -95,6 +95,9 @@ class RoundTimes {
     current_ = here();
   }
 
+  /// False beyond the end of the calendar.
+  bool isValid() const { return date_.isValid(); }
+  /// Invalid for a time that the clocks skip.
   const QDateTime& current() const { return current_; }
 
   void advance() {
@@ -126,7 +129,8 @@ class RoundTimes {
  private:
   /// The calendar has no year 0.
   QDate startOfYear() const { return {year_ == 0 ? 1 : year_, 1, 1}; }
-  QDateTime here() const { return {date_, QTime(hour_, 0), zone_}; }
+  /// Where the clocks are put forward at midnight, a day begins later.
+  QDateTime here() const { return hour_ == 0 ? date_.startOfDay(zone_) : QDateTime(date_, QTime(hour_, 0), zone_); }
 
   Step step_;
   QTimeZone zone_;
@@ -180,12 +184,15 @@ bool areApart(const TimeMark& first, const TimeMark& second) {
 /// The marks of one step; absent when they would be too close to each other.
 std::optional<std::vector<TimeMark>> marksOf(const Step& step, const TimeAxis& axis, const TimeWording& wording) {
   std::vector<TimeMark> marks;
-  for (RoundTimes times(step, axis.first, wording.zone); times.current().isValid(); times.advance()) {
+  for (RoundTimes times(step, axis.first, wording.zone); times.isValid(); times.advance()) {
+    if (!times.current().isValid()) {
+      continue;
+    }
     const Time time = timeOf(times.current());
     if (time > axis.last) {
       break;
     }
-    // What the clocks skip in spring comes out as the hour after, a second time.
+    // A skipped time may come out as the one after it, too.
     if (time < axis.first || (!marks.empty() && time <= marks.back().time)) {
       continue;
     }
