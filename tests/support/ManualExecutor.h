@@ -15,10 +15,9 @@ namespace cirrovane::test {
 class ManualExecutor final : public Executor {
  public:
   void post(std::function<void()> task) override {
-    {
-      const std::lock_guard lock(mutex_);
-      tasks_.push_back(std::move(task));
-    }
+    // Told under the lock, so that whoever has seen the task may end the executor.
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
     posted_.notify_all();
   }
 

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -29,21 +30,20 @@ class ThreadExecutor final : public Executor {
   ThreadExecutor& operator=(const ThreadExecutor&) = delete;
 
   void post(std::function<void()> task) override {
-    {
-      const std::lock_guard lock(mutex_);
-      tasks_.push_back(std::move(task));
-    }
+    // Told under the lock, so that whoever has seen the task run may end the executor.
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
     changed_.notify_all();
   }
 
   /// Runs the task on the thread after all that was posted before, and waits for its end.
   void runAndWait(const std::function<void()>& task = [] {}) {
-    std::promise<void> done;
-    post([&] {
+    const auto done = std::make_shared<std::promise<void>>();
+    post([&task, done] {
       task();
-      done.set_value();
+      done->set_value();
     });
-    done.get_future().wait();
+    done->get_future().wait();
   }
 
  private:
