@@ -58,7 +58,9 @@ CirrovaneApp::CirrovaneApp(Machine& machine, NotificationCenter& notificationCen
   // The engine takes the provider over.
   engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider);
   makeWindow();
-  makeTrayIcon();
+  if (window_ != nullptr) {
+    makeTrayIcon();
+  }
 }
 
 CirrovaneApp::~CirrovaneApp() = default;
@@ -87,18 +89,15 @@ void CirrovaneApp::makeWindow() {
   connect(window_, &QWindow::visibleChanged, this, [this](bool isVisible) {
     if (!isVisible) {
       rememberFrame();
+      quitIfOutOfReach();
     }
   });
   connect(qApp, &QCoreApplication::aboutToQuit, this, &CirrovaneApp::rememberFrame);
 }
 
 void CirrovaneApp::makeTrayIcon() {
-  const bool hasTray = QSystemTrayIcon::isSystemTrayAvailable();
-  // Without a tray nothing would be left of the application to click on.
-  QGuiApplication::setQuitOnLastWindowClosed(!hasTray);
-  if (!hasTray) {
-    return;
-  }
+  // Whether there is a tray is asked when the last surface goes: at the start of a session it may come after us.
+  QGuiApplication::setQuitOnLastWindowClosed(false);
   trayIcon_ = std::make_unique<TrayIcon>(snapshot_, [this](const QString& state) { return stateColour(state); });
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
@@ -106,10 +105,17 @@ void CirrovaneApp::makeTrayIcon() {
 }
 
 QColor CirrovaneApp::stateColour(const QString& state) {
-  auto* theme = engine_.singletonInstance<QObject*>(qmlTypeId("Cirrovane", 1, 0, "Theme"));
-  QColor colour;
-  QMetaObject::invokeMethod(theme, "stateColor", Q_RETURN_ARG(QColor, colour), Q_ARG(QString, state));
-  return colour;
+  QVariant colour;
+  // By the window, since Qt 6.4 does not hand out a singleton that QML defines.
+  QMetaObject::invokeMethod(window_, "stateColor", Q_RETURN_ARG(QVariant, colour), Q_ARG(QVariant, state));
+  return colour.value<QColor>();
+}
+
+void CirrovaneApp::quitIfOutOfReach() {
+  const bool isInSight = window_->isVisible() || (panel_ && panel_->isVisible());
+  if (!isInSight && !QSystemTrayIcon::isSystemTrayAvailable()) {
+    QCoreApplication::quit();
+  }
 }
 
 void CirrovaneApp::rememberFrame() {
@@ -129,6 +135,9 @@ void CirrovaneApp::showPanel() {
         component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
                                                {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
     panel_.reset(qobject_cast<QQuickWindow*>(made));
+    if (panel_) {
+      connect(panel_.get(), &QWindow::visibleChanged, this, &CirrovaneApp::quitIfOutOfReach);
+    }
   }
   if (!panel_) {
     return;

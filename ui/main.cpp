@@ -77,11 +77,9 @@ int runApplication(Machine& machine, SingleInstance& instance, bool opensPanel) 
   instance.onMessage(show);
   show(opensPanel ? kPanelMessage : kWindowMessage);
   const int status = QApplication::exec();
-  if (app->isBusy()) {
-    // A probe that may never come back must not keep the user from quitting.
-    std::_Exit(status);
-  }
-  return status;
+  // Whatever is worth keeping was saved when it changed. To take the rest down would be to wait for a probe that may
+  // never come back, and Qt 6.4 crashes when it takes a menu bar down.
+  std::_Exit(status);
 }
 
 }  // namespace

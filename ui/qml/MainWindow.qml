@@ -18,6 +18,11 @@ ApplicationWindow {
 
     signal quitRequested
 
+    // Without types: Qt 6.4 hands no colour over to C++ from a function that has them.
+    function stateColor(state) {
+        return Theme.stateColor(state);
+    }
+
     onVisibleChanged: if (visible) shell.appeared()
 
     Binding {
