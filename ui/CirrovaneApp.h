@@ -46,6 +46,8 @@ class CirrovaneApp : public QObject {
   void makeWindow();
   void makeTrayIcon();
   void rememberFrame();
+  /// Ends the application when nothing of it is left to click on.
+  void quitIfOutOfReach();
   /// The theme's colour of a health state.
   QColor stateColour(const QString& state);
 
