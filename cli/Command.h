@@ -42,6 +42,7 @@ void addStatusCommand(CLI::App& app, ChosenCommand& chosen);
 void addRefreshCommand(CLI::App& app, ChosenCommand& chosen);
 void addExplainCommand(CLI::App& app, ChosenCommand& chosen);
 void addExportCommand(CLI::App& app, ChosenCommand& chosen);
+void addToolsCommand(CLI::App& app, ChosenCommand& chosen);
 void addVersionCommand(CLI::App& app, ChosenCommand& chosen);
 
 /// Adds the option --json to a subcommand.

@@ -81,6 +81,7 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addDiagnoseCommand(app, chosen);
   addStatusCommand(app, chosen);
   addExportCommand(app, chosen);
+  addToolsCommand(app, chosen);
   addVersionCommand(app, chosen);
   try {
     app.parse(argumentCount, arguments);
