@@ -1,0 +1,80 @@
+"""How the application starts: on which page, and what a second start does."""
+
+import pytest
+from application import EXTRA_TABS, TAB_BAR, TABS
+
+OVERVIEW = TABS[0]
+BY_ID = [pytest.param(tab, id=tab.id) for tab in TABS]
+
+
+def expect_tab(application, tab):
+    application.node("heading", tab.heading)
+    chosen = application.selected_tab()
+    menu = application.node(EXTRA_TABS, under=TAB_BAR).name
+    assert (chosen, menu) == ((tab.title, "More") if tab.is_primary else ([], tab.title))
+
+
+@pytest.mark.parametrize("tab", BY_ID)
+def test_start_tabInTheEnvironment_isChosen(launch, tab):
+    expect_tab(launch(CIRROVANE_DEMO_TAB=tab.id).ready(), tab)
+
+
+@pytest.mark.parametrize("value", ["Tools", "", "nonsense", "faq "])
+def test_start_unknownTabInTheEnvironment_isOverview(launch, value):
+    expect_tab(launch(CIRROVANE_DEMO_TAB=value).ready(), OVERVIEW)
+
+
+def test_start_noTabInTheEnvironment_isOverview(launch):
+    expect_tab(launch().ready(), OVERVIEW)
+
+
+def test_tabs_pressed_areChosen(launch):
+    application = launch().ready()
+    for tab in reversed(TABS):
+        application.choose_tab(tab)
+        expect_tab(application, tab)
+
+
+def test_secondStart_windowCovered_raisesItAndEnds(launch, make_mac):
+    first = launch().ready()
+    other = launch(on=make_mac())
+    other.ready()
+    second = launch()
+    assert second.wait_for_end() == 0, second.log
+    window = first.wait_for_window()
+    first.wait_until(lambda: first.desktop.active_window() == window.id, "the first window to come to the front")
+    assert other.is_running
+
+
+def test_secondStart_windowMinimized_raisesIt(launch):
+    first = launch().ready()
+    window = first.wait_for_window()
+    first.keys("ctrl+m")
+    first.wait_until(lambda: first.desktop.active_window() != window.id, "the window to be minimized")
+    assert launch().wait_for_end() == 0
+    first.wait_until(lambda: first.desktop.active_window() == window.id, "the window to come back")
+
+
+def test_secondStart_windowClosed_showsIt(launch):
+    first = launch().ready()
+    first.desktop.close(first.wait_for_window())
+    first.wait_until(lambda: not first.windows(), "the window to be closed")
+    assert launch().wait_for_end() == 0
+    first.ready()
+
+
+def test_secondStart_panelWanted_opensTheFirstOnesPanel(launch):
+    first = launch().ready()
+    assert launch("--panel").wait_for_end() == 0
+    first.wait_until(lambda: len(first.windows()) == 2, "the panel")
+
+
+def test_start_noSuchRoot_saysSo(launch, mac):
+    mac.remove()
+    application = launch()
+    assert application.wait_for_end() == 3
+    assert str(mac.root) in application.log
+
+
+def test_start_optionWithoutItsValue_isWrongUsage(launch):
+    assert launch("--mac-root").wait_for_end() == 2

@@ -1,0 +1,102 @@
+"""The icon in the tray and the panel beside it."""
+
+import pytest
+from waiting import wait_until
+
+GREEN, YELLOW, RED = (0x30, 0xD1, 0x58), (0xFF, 0xD6, 0x0A), (0xFF, 0x45, 0x3A)
+PANEL_WIDTH = 380
+
+
+def tray_picture(desktop):
+    icons = desktop.tray_icons()
+    return desktop.picture(*desktop.geometry(icons[0])) if len(icons) == 1 else None
+
+
+def coloured(picture, colour):
+    """How many pixels are of about this colour."""
+    return sum(all(abs(one - other) < 24 for one, other in zip(pixel, colour)) for pixel in picture.pixels())
+
+
+def expect_icon(application, desktop, colour):
+    def shows():
+        picture = tray_picture(desktop)
+        if picture is None:
+            return False
+        counts = {other: coloured(picture, other) for other in (GREEN, YELLOW, RED)}
+        return counts.pop(colour) > 40 and not any(counts.values())
+
+    application.wait_until(shows, f"one tray icon of colour {colour}")
+
+
+def test_icon_followsTheState(launch, desktop, mac, held):
+    mac.settle()
+    application = launch().ready()
+    expect_icon(application, desktop, YELLOW)
+    held.let_go()
+    application.wait_scanned()
+    expect_icon(application, desktop, GREEN)
+    mac.unsettle()
+    application.rescan()
+    expect_icon(application, desktop, RED)
+
+
+def test_icon_applicationQuits_goesFromTheTray(launch, desktop):
+    application = launch().ready()
+    application.wait_until(desktop.tray_icons, "the icon in the tray")
+    application.quit()
+    wait_until(lambda: not desktop.tray_icons(), "the icon to go")
+
+
+def open_by_click(application, desktop):
+    icon = application.wait_until(desktop.tray_icons, "the icon in the tray")[0]
+    x, y, width, height = desktop.geometry(icon)
+    desktop.click(x + width // 2, y + height // 2)
+    return application.wait_for_window(PANEL_WIDTH)
+
+
+def test_icon_clicked_opensThePanelInsideTheScreen(launch, desktop):
+    application = launch().ready()
+    panel = open_by_click(application, desktop)
+    x, y, width, height = desktop.geometry(panel)
+    screen = desktop.picture()
+    assert x >= 0 and y >= 0 and x + width <= screen.width and y + height <= screen.height
+    application.keys("Escape")
+    application.wait_until(lambda: len(application.windows()) == 1, "Escape to close the panel")
+
+
+def test_panelAtTheStart_opensAloneAndTellsTheState(launch, mac, held):
+    mac.settle()
+    application = launch("--panel")
+    application.wait_for_window(PANEL_WIDTH)
+    assert len(application.windows()) == 1
+    application.node("label", "Yellow Needs Attention")
+    application.node("label", "Do not close yet")
+    held.let_go()
+    application.node("label", "Green Safe")
+    application.node("label", "Safe to close now")
+    application.node("label", "Upload Trust 100 · Local 100")
+
+
+def test_panel_openedAgain_scansAgain(launch, mac):
+    mac.settle()
+    application = launch("--panel")
+    application.node("label", "Green Safe")
+    application.wait_scanned()
+    application.keys("Escape")
+    application.wait_until(lambda: not application.windows(), "the panel to close")
+    mac.unsettle()
+    assert launch("--panel").wait_for_end() == 0
+    application.wait_for_window(PANEL_WIDTH)
+    application.node("label", "Red Unsafe")
+    application.node("label", "Do not close yet")
+    score, local = (mac.history[0][key] for key in ("score", "localAvailabilityScore"))
+    application.node("label", f"Upload Trust {score} · Local {local}")
+
+
+@pytest.mark.parametrize("surface", [[], ["--panel"]])
+def test_surfaces_firstToAppear_scansOnce(launch, mac, surface):
+    application = launch(*surface)
+    application.wait_until(lambda: mac.history, "a scan")
+    application.wait_scanned()
+    application.end()
+    assert len(mac.history) == 1
