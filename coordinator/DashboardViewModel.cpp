@@ -74,7 +74,7 @@ void DashboardViewModel::publish(Cycle& cycle) {
   isScanning_.set(false);
 }
 
-void DashboardViewModel::notify(const Cycle& cycle) {
+void DashboardViewModel::notify(const Cycle& cycle) const {
   if (services_.notificationService) {
     services_.notificationService->notifyStatusTransition(cycle.previousSafe, cycle.report);
   }

@@ -145,7 +145,7 @@ class DashboardViewModel {
 
   void configureRefreshTimer();
   void publish(Cycle& cycle);
-  void notify(const Cycle& cycle);
+  void notify(const Cycle& cycle) const;
 
   DashboardServices services_;
   DashboardEnvironment environment_;

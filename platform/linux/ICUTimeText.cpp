@@ -59,7 +59,10 @@ std::unique_ptr<icu::DateFormat> formatOfSkeleton(const char* skeleton, const ic
     return nullptr;
   }
   const icu::UnicodeString pattern = generator->getBestPattern(skeleton, error);
-  return U_SUCCESS(error) != 0 ? formatOfPattern(pattern, locale) : nullptr;
+  if (U_FAILURE(error) != 0) {
+    return nullptr;
+  }
+  return formatOfPattern(pattern, locale);
 }
 
 /// Empty where the machine lacks the language's data.
