@@ -163,10 +163,12 @@ struct AllThreads {
 /// All executors have threads; the test only posts.
 class DashboardOnThreads : protected AllThreads, public DashboardMachine {
  protected:
-  DashboardOnThreads() : DashboardMachine({main_, workers_.scan, workers_.diagnostics, workers_.status}) {
+  DashboardOnThreads() : DashboardMachine({main_, workers_.scan, workers_.diagnostics, workers_.status}) {}
+
+  void SetUp() override {
     main_.runAndWait([this] { launch(); });
   }
-  ~DashboardOnThreads() override {
+  void TearDown() override {
     main_.runAndWait([this] { dashboard_.reset(); });
   }
 };
@@ -193,10 +195,10 @@ TEST_F(DashboardOnThreads, twoHundredCyclesUnderConcurrentTicks_eachPublishOnce)
   std::thread other(tickUntilDone);
   // Meanwhile a packet, whose report is shared with the cycles, is read on this thread.
   while (ended < kCycles) {
-    std::optional<ProofPacket> packet;
+    ProofPacket packet;
     main_.runAndWait([&] { packet = dashboard_->proofPacket(); });
-    EXPECT_LE(packet->report->blockers.size(), 1U);
-    EXPECT_LE(packet->history.size(), ProofPacket::kMaximumHistory);
+    EXPECT_LE(packet.report->blockers.size(), 1U);
+    EXPECT_LE(packet.history.size(), ProofPacket::kMaximumHistory);
   }
   other.join();
 

@@ -57,10 +57,12 @@ class Dashboard : protected ManualExecutors, public DashboardMachine {
   std::optional<bool> lastKnown() const { return defaults_.boolean(kLastKnownSafeToCloseKey); }
   void setLastKnown(DefaultsValue value) { defaults_.hold(std::string(kLastKnownSafeToCloseKey), std::move(value)); }
 
-  /// What the dashboard wrote to the path.
-  std::optional<ProofPacket> packetAt(const std::string& path) const {
-    const auto found = storage_.files().find(path);
-    return found != storage_.files().end() ? decodeJSON<ProofPacket>(found->second) : std::nullopt;
+  bool isWritten(const std::string& path) const { return storage_.files().contains(path); }
+  /// The packet that the dashboard wrote to the path.
+  ProofPacket packetAt(const std::string& path) const {
+    const auto packet = isWritten(path) ? decodeJSON<ProofPacket>(storage_.files().at(path)) : std::nullopt;
+    EXPECT_TRUE(packet) << path;
+    return packet.value_or(ProofPacket());
   }
 };
 
@@ -699,15 +701,14 @@ TEST_F(Dashboard, export_writesAllThatIsKnownAndNamesTheFile) {
   panels_.answer = "/Users/test/Desktop/proof.json";
   dashboard_->exportProofPacket();
   EXPECT_EQ(dashboard_->exportNote(), "Proof packet exported to proof.json.");
-  const std::optional<ProofPacket> packet = packetAt("/Users/test/Desktop/proof.json");
-  ASSERT_TRUE(packet);
-  EXPECT_EQ(packet->exportedAt, at(18, 26));
-  EXPECT_EQ(*packet->report, dashboard_->report());
-  EXPECT_EQ(packet->history, dashboard_->historyStore().snapshots());
-  EXPECT_EQ(packet->diagnostics, dashboard_->diagnostics());
-  EXPECT_EQ(packet->incidents, dashboard_->incidents());
-  EXPECT_THAT(packet->incidents, Not(IsEmpty()));
-  EXPECT_EQ(packet->systemStatus, dashboard_->systemStatus());
+  const ProofPacket packet = packetAt("/Users/test/Desktop/proof.json");
+  EXPECT_EQ(packet.exportedAt, at(18, 26));
+  EXPECT_EQ(*packet.report, dashboard_->report());
+  EXPECT_EQ(packet.history, dashboard_->historyStore().snapshots());
+  EXPECT_EQ(packet.diagnostics, dashboard_->diagnostics());
+  EXPECT_EQ(packet.incidents, dashboard_->incidents());
+  EXPECT_THAT(packet.incidents, Not(IsEmpty()));
+  EXPECT_EQ(packet.systemStatus, dashboard_->systemStatus());
 }
 
 TEST_F(Dashboard, exportBeforeAnyRefresh_hasEmptyLists) {
@@ -738,7 +739,7 @@ TEST_F(Dashboard, exportedHistoryOfFifty_isWholeAndOfMoreTheFiftyNewest) {
     panels_.answer = "/tmp/proof.json";
     dashboard_->exportProofPacket();
     const std::size_t kept = std::min<std::size_t>(count, 50);
-    EXPECT_THAT(packetAt("/tmp/proof.json")->history,
+    EXPECT_THAT(packetAt("/tmp/proof.json").history,
                 testing::ElementsAreArray(snapshots.begin(), snapshots.begin() + static_cast<std::ptrdiff_t>(kept)));
   }
 }
@@ -762,7 +763,7 @@ TEST_F(Dashboard, exportToAFailingPlace_tellsWhy) {
   panels_.answer = "/Volumes/ReadOnly/proof.json";
   dashboard_->exportProofPacket();
   EXPECT_EQ(dashboard_->exportNote(), "Export failed: The folder cannot be written to.");
-  EXPECT_FALSE(storage_.files().contains("/Volumes/ReadOnly/proof.json"));
+  EXPECT_FALSE(isWritten("/Volumes/ReadOnly/proof.json"));
 }
 
 TEST_F(Dashboard, exportNote_isToldToObserversBeforeItChanges) {
@@ -789,18 +790,17 @@ TEST_F(Dashboard, refreshThatEndsWhileThePanelIsOpen_isInThePacket) {
   };
   dashboard_->exportProofPacket();
   EXPECT_EQ(panels_.savePanels().front().proposedName, "cirrovane-proof-2026-11-15-1825.json");
-  const std::optional<ProofPacket> packet = packetAt("/tmp/proof.json");
-  ASSERT_TRUE(packet);
-  EXPECT_EQ(packet->exportedAt, at(18, 35));
-  EXPECT_THAT(packet->report->blockers, SizeIs(1));
-  EXPECT_THAT(packet->history, SizeIs(1));
+  const ProofPacket packet = packetAt("/tmp/proof.json");
+  EXPECT_EQ(packet.exportedAt, at(18, 35));
+  EXPECT_THAT(packet.report->blockers, SizeIs(1));
+  EXPECT_THAT(packet.history, SizeIs(1));
 }
 
 TEST_F(Dashboard, destroyedWhileTheSavePanelIsOpen_doesNothingWithTheAnswer) {
   panels_.answer = "/tmp/proof.json";
   panels_.whileOpen = [&] { dashboard_.reset(); };
   dashboard_->exportProofPacket();
-  EXPECT_FALSE(storage_.files().contains("/tmp/proof.json"));
+  EXPECT_FALSE(isWritten("/tmp/proof.json"));
 }
 
 TEST_F(Dashboard, packet_isNotChangedByALaterRefresh) {
@@ -813,7 +813,7 @@ TEST_F(Dashboard, packet_isNotChangedByALaterRefresh) {
 
 TEST_F(Dashboard, exportToAGivenPath_answersWithTheFailureAndLeavesTheNote) {
   EXPECT_EQ(dashboard_->exportProofPacket("/tmp/proof.json"), std::nullopt);
-  EXPECT_TRUE(packetAt("/tmp/proof.json"));
+  EXPECT_EQ(packetAt("/tmp/proof.json").exportedAt, at(18, 25));
   storage_.failure = Failure{"no"};
   EXPECT_EQ(dashboard_->exportProofPacket("/tmp/proof.json"), Failure{"no"});
   EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
