@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Cirrovane
@@ -71,10 +73,11 @@ Item {
                         }
                     }
                     DropDownMenu {
+                        id: extraTabs
                         text: shell.viewModel.extraTabsLabel
                         entries: shell.viewModel.extraTabs
                         chosen: shell.viewModel.selectedTab
-                        isChosen: shell.viewModel.extraTabs.some(tab => tab.id === chosen)
+                        isChosen: entries.some(tab => tab.id === extraTabs.chosen)
                         anchors.verticalCenter: parent.verticalCenter
                         onPicked: id => shell.viewModel.selectedTab = id
                         onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
@@ -114,10 +117,9 @@ Item {
         Divider {
         }
 
-        Loader {
-            id: pageLoader
+        PageSlot {
             focus: true
-            sourceComponent: shell.viewModel.selectedTab === "faq" ? faqPage : plainPage
+            page: shell.viewModel.selectedTab === "faq" ? faqPage : plainPage
             Layout.fillWidth: true
             Layout.fillHeight: true
         }

@@ -14,12 +14,14 @@ Sheet {
     }
 
     Shortcut {
-        sequences: [StandardKey.Close]
+        // The linter of Qt 6.4 does not know StandardKey.
+        sequences: [StandardKey.Close] // qmllint disable unqualified
         enabled: guide.opened
         onActivated: guide.close()
     }
 
-    contentItem: ColumnLayout {
+    ColumnLayout {
+        anchors.fill: parent
         spacing: Theme.cardSpacing
 
         Accessible.role: Accessible.Dialog

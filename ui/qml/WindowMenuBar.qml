@@ -1,8 +1,11 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Layouts
 import Cirrovane
 
-// The commands of the application and its window.
+// The commands of the application and its window. The linter of Qt 6.4 does not know StandardKey.
 MenuBar {
     id: bar
 
@@ -37,7 +40,7 @@ MenuBar {
         }
         Action {
             text: "Quit Cirrovane"
-            shortcut: StandardKey.Quit
+            shortcut: StandardKey.Quit // qmllint disable unqualified
             onTriggered: bar.quitRequested()
         }
     }
@@ -60,7 +63,7 @@ MenuBar {
         }
         Action {
             text: "Close Window"
-            shortcut: StandardKey.Close
+            shortcut: StandardKey.Close // qmllint disable unqualified
             enabled: bar.closesWindow
             onTriggered: bar.closeRequested()
         }
@@ -117,20 +120,19 @@ MenuBar {
         id: command
 
         implicitHeight: 28
-        contentItem: Row {
+        contentItem: RowLayout {
+            spacing: 0
+
             AppLabel {
                 text: command.text
-                width: command.availableWidth - keys.width
                 font.pixelSize: Theme.smallSize
-                anchors.verticalCenter: parent.verticalCenter
                 Accessible.ignored: true
             }
             AppLabel {
-                id: keys
                 text: command.action ? bar.shell.shortcutText(command.action.shortcut) : ""
                 font.pixelSize: Theme.smallSize
                 color: Theme.dimmedText
-                anchors.verticalCenter: parent.verticalCenter
+                Layout.fillWidth: true
                 Accessible.ignored: true
             }
         }

@@ -20,11 +20,10 @@ T.Button {
     opacity: enabled ? 1 : 0.5
 
     contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: row.implicitHeight
+        implicitWidth: childrenRect.width
+        implicitHeight: childrenRect.height
 
         Row {
-            id: row
             spacing: 6
             anchors.centerIn: parent
 

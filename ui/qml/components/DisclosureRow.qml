@@ -17,7 +17,7 @@ ColumnLayout {
     T.AbstractButton {
         id: heading
         Layout.fillWidth: true
-        implicitHeight: Math.max(24, label.implicitHeight)
+        implicitHeight: Math.max(24, implicitContentHeight)
         focusPolicy: Qt.StrongFocus
         onClicked: row.toggled()
 
@@ -39,7 +39,6 @@ ColumnLayout {
                 }
             }
             AppLabel {
-                id: label
                 text: row.title
                 font.pixelSize: Theme.bodySize
                 font.weight: Font.DemiBold

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 
@@ -14,8 +16,8 @@ ActionButton {
 
     function openList() {
         popup.open();
-        const index = Math.max(0, button.entries.findIndex(entry => entry.id === button.chosen));
-        list.currentIndex = index;
+        const list = popup.contentItem as ListView;
+        list.currentIndex = Math.max(0, button.entries.findIndex(entry => entry.id === button.chosen));
         list.forceActiveFocus(Qt.TabFocusReason);
     }
 
@@ -38,7 +40,7 @@ ActionButton {
         y: button.height + 4
         x: Math.min(0, button.width - width)
         implicitWidth: 210
-        implicitHeight: list.contentHeight + 12
+        implicitHeight: implicitContentHeight + 12
         padding: 6
         focus: true
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
@@ -52,7 +54,6 @@ ActionButton {
         }
 
         contentItem: ListView {
-            id: list
             model: button.entries
             implicitHeight: contentHeight
             boundsBehavior: Flickable.StopAtBounds
@@ -62,50 +63,53 @@ ActionButton {
             Accessible.role: Accessible.PopupMenu
             Accessible.name: button.text
 
-            delegate: T.MenuItem {
-                id: entry
-
-                required property var modelData
-                required property int index
-
-                width: list.width
-                implicitHeight: 30
-                highlighted: ListView.isCurrentItem
-                hoverEnabled: true
-                onHoveredChanged: if (hovered) list.currentIndex = index
-                onClicked: {
-                    popup.close();
-                    button.picked(modelData.id);
-                }
-                Keys.onReturnPressed: entry.clicked()
-                Keys.onEnterPressed: entry.clicked()
-                Keys.onSpacePressed: entry.clicked()
-
-                contentItem: Row {
-                    leftPadding: 8
-                    spacing: 8
-
-                    Symbol {
-                        name: entry.modelData.symbol
-                        size: 15
-                        anchors.verticalCenter: parent.verticalCenter
-                    }
-                    AppLabel {
-                        text: entry.modelData.title
-                        font.pixelSize: Theme.subheadlineSize
-                        font.weight: entry.modelData.id === button.chosen ? Font.DemiBold : Font.Normal
-                        anchors.verticalCenter: parent.verticalCenter
-                        Accessible.ignored: true
-                    }
-                }
-                background: Rectangle {
-                    radius: 6
-                    color: entry.highlighted ? Theme.controlPressed : "transparent"
-                }
-
-                Accessible.name: modelData.title
-                Accessible.onPressAction: entry.clicked()
+            delegate: Entry {
             }
         }
+    }
+
+    component Entry: T.MenuItem {
+        id: entry
+
+        required property var modelData
+        required property int index
+
+        width: ListView.view.width
+        implicitHeight: 30
+        highlighted: ListView.isCurrentItem
+        hoverEnabled: true
+        onHoveredChanged: if (hovered) ListView.view.currentIndex = index
+        onClicked: {
+            popup.close();
+            button.picked(modelData.id);
+        }
+        Keys.onReturnPressed: entry.clicked()
+        Keys.onEnterPressed: entry.clicked()
+        Keys.onSpacePressed: entry.clicked()
+
+        contentItem: Row {
+            leftPadding: 8
+            spacing: 8
+
+            Symbol {
+                name: entry.modelData.symbol
+                size: 15
+                anchors.verticalCenter: parent.verticalCenter
+            }
+            AppLabel {
+                text: entry.modelData.title
+                font.pixelSize: Theme.subheadlineSize
+                font.weight: entry.modelData.id === button.chosen ? Font.DemiBold : Font.Normal
+                anchors.verticalCenter: parent.verticalCenter
+                Accessible.ignored: true
+            }
+        }
+        background: Rectangle {
+            radius: 6
+            color: entry.highlighted ? Theme.controlPressed : "transparent"
+        }
+
+        Accessible.name: modelData.title
+        Accessible.onPressAction: entry.clicked()
     }
 }

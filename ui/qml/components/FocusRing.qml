@@ -1,8 +1,9 @@
 import QtQuick
+import QtQuick.Templates as T
 
 // Shows around its parent that the keyboard acts on the control.
 Rectangle {
-    required property Item target
+    required property T.Control target
 
     anchors.fill: parent
     anchors.margins: -3

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 
@@ -44,7 +46,7 @@ FocusScope {
 
                 text: modelData
                 height: row.height
-                implicitWidth: Math.max(64, title.implicitWidth + 2 * Theme.controlPadding)
+                implicitWidth: Math.max(64, implicitContentWidth + 2 * Theme.controlPadding)
                 focusPolicy: Qt.StrongFocus
                 checked: isChosen
                 autoExclusive: false
@@ -53,7 +55,6 @@ FocusScope {
                 onToggled: checked = Qt.binding(() => segment.isChosen)
 
                 contentItem: AppLabel {
-                    id: title
                     text: segment.text
                     font.pixelSize: Theme.subheadlineSize
                     font.weight: segment.isChosen ? Font.DemiBold : Font.Normal

@@ -13,7 +13,8 @@ Image {
     }
 
     source: "image://symbols/" + name + "/" + hex(color.r) + hex(color.g) + hex(color.b) + hex(color.a)
-    sourceSize: Qt.size(size, size)
+    sourceSize.width: size
+    sourceSize.height: size
     width: size
     height: size
     fillMode: Image.PreserveAspectFit

@@ -18,7 +18,7 @@ T.Switch {
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight)
-    rightPadding: showsLabel && text.length > 0 ? track.width + 10 : track.width
+    rightPadding: showsLabel && text.length > 0 ? implicitIndicatorWidth + 10 : implicitIndicatorWidth
     focusPolicy: Qt.StrongFocus
     checked: isOn
     onToggled: {
@@ -35,11 +35,10 @@ T.Switch {
     }
 
     indicator: Rectangle {
-        id: track
         x: control.width - width
         anchors.verticalCenter: parent.verticalCenter
-        width: 38
-        height: 22
+        implicitWidth: 38
+        implicitHeight: 22
         radius: height / 2
         color: control.isOn ? Theme.green : Theme.controlPressed
         border.width: 1
@@ -63,7 +62,7 @@ T.Switch {
 
         FocusRing {
             target: control
-            radius: track.radius + 3
+            radius: height / 2
         }
     }
 
