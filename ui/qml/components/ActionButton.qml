@@ -20,10 +20,11 @@ T.Button {
     opacity: enabled ? 1 : 0.5
 
     contentItem: Item {
-        implicitWidth: childrenRect.width
-        implicitHeight: childrenRect.height
+        implicitWidth: parts.implicitWidth
+        implicitHeight: parts.implicitHeight
 
         Row {
+            id: parts
             spacing: 6
             anchors.centerIn: parent
 
