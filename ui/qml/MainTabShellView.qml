@@ -87,6 +87,7 @@ Item {
 
             Item {
                 Layout.fillWidth: true
+                Layout.preferredWidth: 0
             }
             AppLabel {
                 text: shell.viewModel.updateStatusLine
@@ -95,7 +96,8 @@ Item {
                 horizontalAlignment: Text.AlignRight
                 Layout.fillWidth: true
                 Layout.minimumWidth: 0
-                Layout.preferredWidth: implicitWidth
+                // Takes what the tabs leave.
+                Layout.preferredWidth: 0
                 Layout.maximumWidth: Math.min(300, Math.ceil(implicitWidth))
             }
             ActionButton {

@@ -11,8 +11,8 @@ T.TabButton {
 
     implicitHeight: 32
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    leftPadding: 12
-    rightPadding: 12
+    leftPadding: 10
+    rightPadding: 10
     focusPolicy: Qt.StrongFocus
     // What is chosen is decided elsewhere.
     checkable: false
