@@ -126,13 +126,13 @@ MenuBar {
             AppLabel {
                 text: command.text
                 font.pixelSize: Theme.smallSize
+                Layout.fillWidth: true
                 Accessible.ignored: true
             }
             AppLabel {
                 text: command.action ? bar.shell.shortcutText(command.action.shortcut) : ""
                 font.pixelSize: Theme.smallSize
                 color: Theme.dimmedText
-                Layout.fillWidth: true
                 Accessible.ignored: true
             }
         }
