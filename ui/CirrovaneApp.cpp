@@ -23,7 +23,8 @@ QList<QRect> screenAreas() {
 }
 
 QUrl sourceOf(const char* file) {
-  return QUrl(QStringLiteral("qrc:/Cirrovane/") + QLatin1String(file));
+  QUrl source(QStringLiteral("qrc:/Cirrovane/") + QLatin1String(file));
+  return source;
 }
 
 void bringToFront(QWindow& window) {

@@ -47,7 +47,7 @@ void addBand(ColourMesh& mesh, const std::vector<MeshVertex>& first, const std::
 }
 
 QSGNode* updateMeshNode(QSGNode* node, const ColourMesh& mesh) {
-  auto* geometryNode = node != nullptr ? static_cast<QSGGeometryNode*>(node) : makeNode();
+  auto* geometryNode = node != nullptr ? dynamic_cast<QSGGeometryNode*>(node) : makeNode();
   QSGGeometry* geometry = geometryNode->geometry();
   geometry->allocate(static_cast<int>(mesh.size()));
   QSGGeometry::ColoredPoint2D* target = geometry->vertexDataAsColoredPoint2D();

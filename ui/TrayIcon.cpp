@@ -22,6 +22,12 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, QObject
   icon_.show();
 }
 
+QRect TrayIcon::geometry() const {
+  const QRect place = icon_.geometry();
+  // An icon that the tray has not taken in yet claims to be in the corner of the screen.
+  return place.topLeft().isNull() ? QRect() : place;
+}
+
 void TrayIcon::update() {
   icon_.setIcon(symbolIcon(snapshot_.menuBarSymbol(), stateColour_(snapshot_.state())));
   icon_.setToolTip(snapshot_.toolTip());

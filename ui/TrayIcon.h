@@ -21,7 +21,7 @@ class TrayIcon : public QObject {
   TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
-  QRect geometry() const { return icon_.geometry(); }
+  QRect geometry() const;
 
  signals:
   void panelRequested();

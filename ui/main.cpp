@@ -9,6 +9,7 @@
 #include <QtQml/qqmlextensionplugin.h>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -54,6 +55,15 @@ const AppTab& firstTab() {
   return initialTab(requested != nullptr ? std::optional<std::string_view>(requested) : std::nullopt);
 }
 
+/// Before there is a window: the symbols' shared texture, which is else as large as the window and mostly empty.
+void saveMemory() {
+  for (const char* side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
+    if (!qEnvironmentVariableIsSet(side)) {
+      qputenv(side, "512");
+    }
+  }
+}
+
 void setUpLook() {
 #ifndef Q_OS_MACOS
   QFont font(QStringLiteral("Inter"));
@@ -82,11 +92,7 @@ int runApplication(Machine& machine, SingleInstance& instance, bool opensPanel) 
   std::_Exit(status);
 }
 
-}  // namespace
-}  // namespace cirrovane
-
-int main(int argumentCount, char** arguments) {
-  using namespace cirrovane;
+int runProgram(int argumentCount, char** arguments) {
   Options options;
   if (const auto status = readOptions(argumentCount, arguments, options)) {
     return *status;
@@ -97,6 +103,7 @@ int main(int argumentCount, char** arguments) {
     std::fprintf(stderr, "cirrovane: %s\n", displayText(machine.message()).c_str());
     return kCouldNot;
   }
+  saveMemory();
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(QStringLiteral("Cirrovane"));
   QApplication::setDesktopFileName(QStringLiteral("cirrovane"));
@@ -107,4 +114,16 @@ int main(int argumentCount, char** arguments) {
     return 0;
   }
   return runApplication(**machine, instance, options.opensPanel);
+}
+
+}  // namespace
+}  // namespace cirrovane
+
+int main(int argumentCount, char** arguments) {
+  try {
+    return cirrovane::runProgram(argumentCount, arguments);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "cirrovane: %s\n", error.what());
+    return cirrovane::kCouldNot;
+  }
 }
