@@ -50,6 +50,17 @@ Item {
                     }
                 }
 
+                // Which page is open stays in sight.
+                function revealChosen() {
+                    contentX = Math.max(0, Math.min(contentX, contentWidth - width));
+                    if (extraTabs.isChosen) {
+                        reveal(extraTabs);
+                    }
+                }
+
+                onWidthChanged: revealChosen()
+                onContentWidthChanged: revealChosen()
+
                 Accessible.role: Accessible.PageTabList
                 Accessible.name: "Tabs"
 
@@ -69,6 +80,7 @@ Item {
                             isChosen: shell.viewModel.selectedTab === modelData.id
                             anchors.verticalCenter: parent.verticalCenter
                             onClicked: shell.viewModel.selectedTab = modelData.id
+                            onIsChosenChanged: if (isChosen) tabs.reveal(this)
                             onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
                         }
                     }
@@ -95,7 +107,7 @@ Item {
                 color: Theme.dimmedText
                 horizontalAlignment: Text.AlignRight
                 Layout.fillWidth: true
-                Layout.minimumWidth: 0
+                Layout.minimumWidth: Math.min(60, Math.ceil(implicitWidth))
                 // Takes what the tabs leave.
                 Layout.preferredWidth: 0
                 Layout.maximumWidth: Math.min(300, Math.ceil(implicitWidth))
