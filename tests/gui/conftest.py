@@ -16,11 +16,48 @@ BUILD = PROGRAMS.parent
 ARTIFACTS = BUILD / "gui-artifacts"
 
 
+class Launcher:
+    """Makes demo Macs and starts applications for one test or more, and takes them away again."""
+
+    def __init__(self, desktop, name):
+        self._desktop, self._name = desktop, re.sub(r"\W+", "-", name)
+        self.macs, self.applications = [], []
+
+    def make_mac(self):
+        mac = DemoMac(PROGRAMS, BUILD / "test-files/gui" / f"{self._name}-{len(self.macs)}")
+        # What moves by itself costs time.
+        mac.set_defaults(motionEnabled=False)
+        self.macs.append(mac)
+        return mac
+
+    def launch(self, mac, *arguments, **environment):
+        self.applications.append(Application(self._desktop, PROGRAMS / "cirrovane", mac, arguments, environment))
+        return self.applications[-1]
+
+    def close(self):
+        for application in self.applications:
+            application.end()
+        for mac in self.macs:
+            mac.remove()
+        complaints = [line for application in self.applications for line in application.complaints()]
+        assert not complaints, "the application complained:\n" + "\n".join(dict.fromkeys(complaints))
+
+
 @pytest.hookimpl(hookwrapper=True, tryfirst=True)
 def pytest_runtest_makereport(item, call):
     report = (yield).get_result()
-    if report.when == "call":
-        item.has_failed = report.failed
+    if report.failed and report.when != "teardown":
+        launchers = [value for value in getattr(item, "funcargs", {}).values() if isinstance(value, Launcher)]
+        keep(item.name, [application for launcher in launchers for application in launcher.applications])
+
+
+def keep(test, applications):
+    """Keeps what helps to see why a test failed."""
+    name = re.sub(r"\W+", "-", test)
+    for number, application in enumerate(applications):
+        application.desktop.picture().save(ARTIFACTS / f"{name}.png")
+        tree = application.outline() if application.is_running else "(ended)"
+        (ARTIFACTS / f"{name}-{number}.txt").write_text(f"{tree}\n\n{application.log}")
 
 
 @pytest.fixture(scope="session")
@@ -32,27 +69,46 @@ def desktop():
 
 
 @pytest.fixture
-def make_mac(request):
-    """Makes one more demo Mac."""
-    macs = []
-
-    def make():
-        name = re.sub(r"\W+", "-", request.node.name)
-        mac = DemoMac(PROGRAMS, BUILD / "test-files/gui" / f"{name}-{len(macs)}")
-        # What moves by itself costs time.
-        mac.set_defaults(motionEnabled=False)
-        macs.append(mac)
-        return mac
-
-    yield make
-    for mac in macs:
-        mac.remove()
+def launcher(request, desktop):
+    desktop.notifications.forget()
+    desktop.forget_focus()
+    desktop.park_pointer()
+    launcher = Launcher(desktop, request.node.name)
+    yield launcher
+    launcher.close()
 
 
 @pytest.fixture
-def mac(make_mac):
+def make_mac(launcher):
+    """Makes one more demo Mac."""
+    return launcher.make_mac
+
+
+@pytest.fixture
+def mac(launcher):
     """A demo Mac that is not safe to close."""
-    return make_mac()
+    return launcher.make_mac()
+
+
+@pytest.fixture
+def launch(launcher, mac):
+    """Starts the application; with arguments and environment, and on another demo Mac, if that is wanted."""
+    return lambda *arguments, on=None, **environment: launcher.launch(on or mac, *arguments, **environment)
+
+
+@pytest.fixture(scope="module")
+def shared_launcher(request, desktop):
+    launcher = Launcher(desktop, request.node.name)
+    yield launcher
+    launcher.close()
+
+
+@pytest.fixture(scope="module")
+def shared(shared_launcher):
+    """An application for all tests of a file, after its first scan. Where it is left is where the next test finds it."""
+    application = shared_launcher.launch(shared_launcher.make_mac()).ready()
+    application.wait_scanned()
+    return application
 
 
 class HeldProbe:
@@ -74,33 +130,3 @@ def held(mac):
     probe = HeldProbe(mac)
     yield probe
     probe.let_go()
-
-
-@pytest.fixture
-def launch(request, desktop, mac):
-    """Starts the application; on a demo Mac of one's own, with arguments and environment, if that is wanted."""
-    applications = []
-    desktop.notifications.forget()
-    desktop.forget_focus()
-    desktop.park_pointer()
-
-    def launch(*arguments, on=None, **environment):
-        applications.append(Application(desktop, PROGRAMS / "cirrovane", on or mac, arguments, environment))
-        return applications[-1]
-
-    yield launch
-    if getattr(request.node, "has_failed", False):
-        keep(request.node.name, desktop, applications)
-    for application in applications:
-        application.end()
-    complaints = [line for application in applications for line in application.complaints()]
-    assert not complaints, "the application complained:\n" + "\n".join(complaints)
-
-
-def keep(test, desktop, applications):
-    """Keeps what helps to see why a test failed."""
-    name = re.sub(r"\W+", "-", test)
-    desktop.picture().save(ARTIFACTS / f"{name}.png")
-    for number, application in enumerate(applications):
-        tree = application.outline() if application.is_running else "(ended)"
-        (ARTIFACTS / f"{name}-{number}.txt").write_text(f"{tree}\n\n{application.log}")

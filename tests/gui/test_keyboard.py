@@ -7,6 +7,7 @@ from application import CONTROLS, EXTRA_TABS, MENU_TITLE, TABS
 IN_LISTS = {"menu item", "list item", "scroll bar", "label"}
 # A reason to have none: nobody acts on it, or the page scrolls it with the keys anyway.
 UNNAMED = {"scroll bar", "separator"}
+PAGES = [pytest.param(tab, id=tab.id) for tab in TABS]
 
 
 @pytest.fixture
@@ -19,25 +20,25 @@ def scanned(launch):
     return start
 
 
-@pytest.mark.parametrize("tab", [tab.id for tab in TABS])
-def test_page_everyControl_hasANameAndAnAction(scanned, tab):
-    application = scanned(tab)
-    found = [node for node in application.all() if node.role in CONTROLS]
+@pytest.mark.parametrize("tab", PAGES)
+def test_page_everyControl_hasANameAndAnAction(shared, tab):
+    shared.choose_tab(tab)
+    found = [node for node in shared.all() if node.role in CONTROLS]
     assert len(found) >= 9, "the tab bar alone has as many"
     nameless = [node for node in found if not node.name.strip() and node.role not in UNNAMED]
-    assert not nameless, f"{len(nameless)} without a name:\n{application.outline()}"
+    assert not nameless, f"{len(nameless)} without a name:\n{shared.outline()}"
     idle = [str(node) for node in found
             if not {"Press", "Toggle"} & set(node.actions()) and node.role not in UNNAMED | {"text", "entry"}]  # fmt: skip
     assert not idle, "without an action"
 
 
-@pytest.mark.parametrize("tab", [tab.id for tab in TABS])
-def test_page_everyControl_isReachedByTab(scanned, tab):
-    application = scanned(tab)
-    wanted = {node.path: str(node) for node in application.all()
+@pytest.mark.parametrize("tab", PAGES)
+def test_page_everyControl_isReachedByTab(shared, tab):
+    shared.choose_tab(tab)
+    wanted = {node.path: str(node) for node in shared.all()
               if node.role in CONTROLS and node.role not in IN_LISTS
               and "enabled" in node.states}  # fmt: skip
-    reached = application.walk_by_tab()
+    reached = shared.walk_by_tab()
     missing = [wanted[path] for path in wanted if path not in reached]
     assert not missing, f"Tab never reaches {missing}"
 

@@ -3,7 +3,7 @@
 import itertools
 
 import pytest
-from application import TABS, TEXTS
+from application import EXTRA_TABS, TAB_BAR, TABS, TEXTS
 
 SMALLEST = (860, 700)
 # Neighbours may share a line of pixels.
@@ -17,16 +17,16 @@ def overlap(one, other):
 
 
 def expect_clear(application, window, page=None):
-    """Texts within the window's width, and within its height unless the page scrolls them; none on another of the same
+    """Texts within the window, unless the page scrolls them down or the tab bar across; none on another of the same
     parent."""
     x, y, width, height = window
     placed = [(node, node.extents()) for node in application.all() if node.role in TEXTS | {"push button", "page tab"}]
     outside = []
     for node, (left, top, wide, high) in placed:
-        scrolls = any((parent.role, parent.name) == ("panel", page) for parent in node.ancestors())
-        if wide <= 0 or high <= 0 or left < x or left + wide > x + width:
-            outside.append((str(node), (left, top, wide, high)))
-        elif not scrolls and (top < y or top + high > y + height):
+        above = {(parent.role, parent.name) for parent in node.ancestors()}
+        is_across = left >= x and left + wide <= x + width or TAB_BAR in above
+        is_down = top >= y and top + high <= y + height or ("panel", page) in above
+        if wide <= 0 or high <= 0 or not is_across or not is_down:
             outside.append((str(node), (left, top, wide, high)))
     assert not outside, f"outside of the window {window}"
     by_parent = itertools.groupby(
@@ -38,11 +38,24 @@ def expect_clear(application, window, page=None):
 
 
 @pytest.mark.parametrize("tab", [pytest.param(tab, id=tab.id) for tab in TABS])
-def test_page_smallestWindow_textsAreInsideAndApart(launch, tab):
-    application = launch(CIRROVANE_DEMO_TAB=tab.id).ready()
-    application.resize(*SMALLEST)
-    application.wait_scanned()
-    expect_clear(application, application.desktop.geometry(application.wait_for_window()), tab.heading)
+def test_page_smallestWindow_textsAreInsideAndApart(shared, tab):
+    shared.resize(*SMALLEST)
+    shared.choose_tab(tab)
+    expect_clear(shared, shared.desktop.geometry(shared.wait_for_window()), tab.heading)
+
+
+@pytest.mark.parametrize("tab", [pytest.param(tab, id=tab.id) for tab in TABS])
+def test_tabBar_smallestWindow_hasTheChosenTabWhollyInSight(shared, tab):
+    shared.resize(*SMALLEST)
+    shared.choose_tab(tab)
+    chosen = ("page tab", tab.title) if tab.is_primary else (EXTRA_TABS, tab.title)
+
+    def is_in_sight():
+        x, _, width, _ = shared.node(*TAB_BAR).extents()
+        left, _, wide, _ = shared.node(*chosen, under=TAB_BAR).extents()
+        return x <= left and left + wide <= x + width
+
+    shared.wait_until(is_in_sight, f"all of {tab.title} in sight")
 
 
 def test_window_asSmallAsItGets_is860By700(launch):

@@ -54,14 +54,30 @@ def open_by_click(application, desktop):
     return application.wait_for_window(PANEL_WIDTH)
 
 
-def test_icon_clicked_opensThePanelInsideTheScreen(launch, desktop):
+def expect_beside_icon(desktop, panel):
+    """Over or under the icon, near it, and wholly on the screen."""
+    x, y, width, height = desktop.geometry(panel)
+    icon_x, icon_y, icon_width, icon_height = desktop.geometry(desktop.tray_icons()[0])
+    screen = desktop.picture()
+    place = f"the panel is at {x}, {y}, the icon at {icon_x}, {icon_y}"
+    assert x >= 0 and y >= 0 and x + width <= screen.width and y + height <= screen.height, place
+    assert x <= icon_x and x + width >= icon_x + icon_width, place
+    assert min(abs(icon_y - y - height), abs(y - icon_y - icon_height)) < 20, place
+
+
+def test_icon_clicked_opensThePanelBesideIt(launch, desktop):
     application = launch().ready()
     panel = open_by_click(application, desktop)
-    x, y, width, height = desktop.geometry(panel)
-    screen = desktop.picture()
-    assert x >= 0 and y >= 0 and x + width <= screen.width and y + height <= screen.height
+    expect_beside_icon(desktop, panel)
     application.keys("Escape")
     application.wait_until(lambda: len(application.windows()) == 1, "Escape to close the panel")
+
+
+def test_panelAtTheStart_isAtTheRightEdgeEvenBeforeTheTrayHasTheIcon(launch, desktop):
+    application = launch("--panel")
+    x, y, width, height = desktop.geometry(application.wait_for_window(PANEL_WIDTH))
+    screen = desktop.picture()
+    assert x + width == screen.width and y >= 0 and y + height <= screen.height
 
 
 def test_panelAtTheStart_opensAloneAndTellsTheState(launch, mac, held):
