@@ -42,7 +42,7 @@ Item {
                 Layout.preferredWidth: contentWidth
                 Layout.maximumWidth: contentWidth
 
-                function reveal(item: Item) {
+                function reveal(item) {
                     if (item.x < contentX) {
                         contentX = item.x;
                     } else if (item.x + item.width > contentX + width) {

@@ -23,7 +23,7 @@ FocusScope {
         activeFocusOnTab: false
 
         // Keeps the control that the keyboard has reached in sight.
-        function reveal(item: Item) {
+        function reveal(item) {
             const top = item.mapToItem(contentItem, 0, 0).y;
             if (top < contentY + Theme.pagePadding) {
                 contentY = Math.max(0, top - Theme.pagePadding);
