@@ -20,11 +20,11 @@ T.Button {
     opacity: enabled ? 1 : 0.5
 
     contentItem: Item {
-        implicitWidth: parts.implicitWidth
-        implicitHeight: parts.implicitHeight
+        // Without an id, which would make them also for a button that has other content.
+        implicitWidth: children[0].implicitWidth
+        implicitHeight: children[0].implicitHeight
 
         Row {
-            id: parts
             spacing: 6
             anchors.centerIn: parent
 
