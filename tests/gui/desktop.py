@@ -21,6 +21,8 @@ from waiting import wait_until
 
 WIDTH, HEIGHT = 1600, 1000
 TRAY_BACKGROUND = (0x20, 0x24, 0x2C)
+# How the folder of a desktop begins; the number of the process that it belongs to follows.
+FOLDER = "cirrovane-desktop-"
 # Names every process of one desktop in its environment, also those that others start.
 MARK = "CIRROVANE_TEST_DESKTOP"
 PASSED_ON = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS")
@@ -144,7 +146,8 @@ class Desktop:
     """Started by `start`, for good only once in a process, because the accessibility library finds its bus only once."""
 
     def __init__(self):
-        self.folder = Path(tempfile.mkdtemp(prefix="cirrovane-desktop-"))
+        self._remove_what_a_killed_one_left()
+        self.folder = Path(tempfile.mkdtemp(prefix=f"{FOLDER}{os.getpid()}-"))
         self._processes = []
         self.logs = []
         self._display_number = None
@@ -169,6 +172,13 @@ class Desktop:
             "GIO_USE_VFS": "local",
             "NO_AT_BRIDGE": "1",
         }
+
+    @staticmethod
+    def _remove_what_a_killed_one_left():
+        for folder in Path(tempfile.gettempdir()).glob(f"{FOLDER}*-*"):
+            owner = folder.name.removeprefix(FOLDER).partition("-")[0]
+            if owner.isdigit() and not Path("/proc", owner).exists():
+                shutil.rmtree(folder, ignore_errors=True)
 
     def _make(self, name):
         folder = self.folder / name

@@ -1,18 +1,24 @@
 """The end of the application."""
 
+import contextlib
 import os
 import signal
 import time
 
 import pytest
+from application import MENU_TITLE
+from gi.repository import GLib
 
 
-def seconds_to_end(application, act):
+def expect_end_at_once(application, act):
+    # A machine that is at its limits takes its time over everything.
+    is_overloaded = os.getloadavg()[0] > 2 * os.cpu_count()
     begin = time.monotonic()
     act()
-    status = application.wait_for_end(20)
+    status = application.wait_for_end()
+    seconds = time.monotonic() - begin
     assert status == 0, application.log
-    return time.monotonic() - begin
+    assert seconds < (10 if is_overloaded else 1)
 
 
 def kill(process):
@@ -22,25 +28,33 @@ def kill(process):
         pass
 
 
-def test_quitKey_idle_endsWithinASecond(launch):
+def test_quitKey_idle_endsAtOnce(launch):
     application = launch().ready()
     application.wait_scanned()
-    assert seconds_to_end(application, lambda: application.keys("ctrl+q")) < 1
+    expect_end_at_once(application, lambda: application.keys("ctrl+q"))
 
 
-def test_quitCommand_idle_endsWithinASecond(launch):
+def test_quitCommand_idle_endsAtOnce(launch):
     application = launch().ready()
     application.wait_scanned()
-    assert seconds_to_end(application, lambda: application.open_menu("Cirrovane", "Quit Cirrovane")) < 1
+    application.press(MENU_TITLE, "Cirrovane")
+    entry = application.node("menu item", "Quit Cirrovane")
+
+    def press():
+        # It may be gone before it has answered.
+        with contextlib.suppress(AssertionError, GLib.Error):
+            entry.press()
+
+    expect_end_at_once(application, press)
 
 
-def test_quitKey_probeNeverReturns_endsWithinASecond(launch, mac):
+def test_quitKey_probeNeverReturns_endsAtOnce(launch, mac):
     mac.replace_command("usr/sbin/route", 'echo $$ >"${0%/usr/*}/route.pid"\nexec sleep 1000000\n')
     number = mac.root / "route.pid"
     application = launch().ready()
     application.wait_until(lambda: number.exists() and number.read_text().endswith("\n"), "the probe to hang")
     assert application.is_scanning()
-    assert seconds_to_end(application, lambda: application.keys("ctrl+q")) < 1
+    expect_end_at_once(application, lambda: application.keys("ctrl+q"))
     kill(int(number.read_text()))
 
 
@@ -58,6 +72,6 @@ def test_windowClosed_noTray_ends(launch, desktop, by_key):
     with desktop.without_tray():
         application = launch().ready()
         application.wait_scanned()
-        close = (lambda: application.keys("ctrl+w")) if by_key else (
-            lambda: desktop.close(application.wait_for_window()))  # fmt: skip
-        assert seconds_to_end(application, close) < 2
+        window = application.wait_for_window()
+        close = (lambda: application.keys("ctrl+w")) if by_key else (lambda: desktop.close(window))
+        expect_end_at_once(application, close)
