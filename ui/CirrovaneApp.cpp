@@ -53,7 +53,9 @@ CirrovaneApp::CirrovaneApp(Machine& machine, NotificationCenter& notificationCen
                [] { return nullptr; }),
       settings_(machine.userDefaults()),
       shell_(dashboard_, updates_, clipboard_, workspace_, firstTab),
-      snapshot_(dashboard_) {
+      snapshot_(dashboard_),
+      pageContext_({dashboard_, settings_, clipboard_, machine.timeText(), machine.commandRunner(),
+                    machine.systemInformation()}) {
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
@@ -76,7 +78,8 @@ DashboardServices CirrovaneApp::makeServices(Machine& machine, NotificationCente
 
 void CirrovaneApp::makeWindow() {
   engine_.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell_)},
-                                {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
+                                {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
+                                {QStringLiteral("context"), QVariant::fromValue(&pageContext_)}});
   engine_.load(sourceOf("MainWindow.qml"));
   window_ = engine_.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
   if (window_ == nullptr) {

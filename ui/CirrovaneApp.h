@@ -9,10 +9,11 @@
 #include "platform/qt/QtTimer.h"
 #include "platform/qt/QtWorkspace.h"
 #include "platform/qt/ThreadExecutor.h"
-#include "ui/AppSettings.h"
-#include "ui/ShellViewModel.h"
-#include "ui/SnapshotViewModel.h"
 #include "ui/TrayIcon.h"
+#include "ui/viewmodels/AppSettings.h"
+#include "ui/viewmodels/PageContext.h"
+#include "ui/viewmodels/ShellViewModel.h"
+#include "ui/viewmodels/SnapshotViewModel.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -65,6 +66,7 @@ class CirrovaneApp : public QObject {
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;
+  PageContext pageContext_;
   QQmlApplicationEngine engine_;
   QQuickWindow* window_ = nullptr;
   std::unique_ptr<QQuickWindow> panel_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/SnapshotViewModel.h"
+#include "ui/viewmodels/SnapshotViewModel.h"
 
 #include <QColor>
 #include <QMenu>

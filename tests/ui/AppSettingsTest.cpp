@@ -1,5 +1,5 @@
 #include "tests/support/FakeUserDefaults.h"
-#include "ui/AppSettings.h"
+#include "ui/viewmodels/AppSettings.h"
 
 #include <QSignalSpy>
 

@@ -1,4 +1,4 @@
-#include "ui/AppTab.h"
+#include "ui/viewmodels/AppTab.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "ui/FAQModel.h"
+#include "ui/viewmodels/FAQModel.h"
 
 #include <QAbstractItemModelTester>
 #include <vector>

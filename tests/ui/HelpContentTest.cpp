@@ -1,5 +1,5 @@
 #include "core/BlockerReason.h"
-#include "ui/HelpContent.h"
+#include "ui/viewmodels/HelpContent.h"
 
 #include <cstddef>
 #include <set>

@@ -1,4 +1,4 @@
-#include "ui/RowListModel.h"
+#include "ui/viewmodels/RowListModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

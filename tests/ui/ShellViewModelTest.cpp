@@ -1,7 +1,7 @@
-#include "platform/Clipboard.h"
 #include "tests/coordinator/DashboardFixture.h"
 #include "tests/support/ManualExecutor.h"
-#include "ui/ShellViewModel.h"
+#include "tests/support/NotedClipboard.h"
+#include "ui/viewmodels/ShellViewModel.h"
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -15,13 +15,6 @@ namespace cirrovane::test {
 namespace {
 
 using testing::ElementsAre;
-
-class NotedClipboard final : public Clipboard {
- public:
-  void setText(const std::string& newText) override { text = newText; }
-
-  std::string text;
-};
 
 class ShellViewModelTest : public DashboardMachine {
  protected:

@@ -1,6 +1,6 @@
 #include "tests/coordinator/DashboardFixture.h"
 #include "tests/support/ManualExecutor.h"
-#include "ui/SnapshotViewModel.h"
+#include "ui/viewmodels/SnapshotViewModel.h"
 
 #include <QSignalSpy>
 

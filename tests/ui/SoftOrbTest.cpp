@@ -1,4 +1,4 @@
-#include "ui/SoftOrb.h"
+#include "ui/items/SoftOrb.h"
 
 #include <cmath>
 

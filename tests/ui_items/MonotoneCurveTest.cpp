@@ -1,4 +1,4 @@
-#include "ui/MonotoneCurve.h"
+#include "ui/items/MonotoneCurve.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "tests/ui_items/Application.h"
 #include "tests/ui_items/ManualFrames.h"
-#include "ui/ScoreTimeline.h"
+#include "ui/items/ScoreTimeline.h"
 
 #include <QAccessible>
 #include <QQmlComponent>

@@ -1,6 +1,6 @@
 #include "core/HealthState.h"
 #include "tests/ui_items/Application.h"
-#include "ui/ScoreRing.h"
+#include "ui/items/ScoreRing.h"
 
 #include <QImage>
 #include <algorithm>

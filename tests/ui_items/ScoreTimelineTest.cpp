@@ -1,5 +1,5 @@
 #include "tests/ui_items/Application.h"
-#include "ui/ScoreTimeline.h"
+#include "ui/items/ScoreTimeline.h"
 
 #include <cstdint>
 #include <random>

@@ -1,6 +1,6 @@
 #include "tests/ui_items/Application.h"
 #include "tests/ui_items/ManualFrames.h"
-#include "ui/Spring.h"
+#include "ui/items/Spring.h"
 
 #include <cmath>
 #include <numbers>

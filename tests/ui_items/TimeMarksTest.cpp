@@ -1,4 +1,4 @@
-#include "ui/TimeMarks.h"
+#include "ui/items/TimeMarks.h"
 
 #include <QDateTime>
 #include <cmath>

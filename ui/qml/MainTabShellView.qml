@@ -10,6 +10,7 @@ Item {
 
     required property ShellViewModel viewModel
     required property AppSettings settings
+    required property PageContext context
 
     AppBackdropView {
         anchors.fill: parent
@@ -133,12 +134,23 @@ Item {
 
         PageSlot {
             focus: true
-            page: shell.viewModel.selectedTab === "faq" ? faqPage : plainPage
+            page: shell.pages[shell.viewModel.selectedTab] ?? plainPage
             Layout.fillWidth: true
             Layout.fillHeight: true
         }
     }
 
+    readonly property var pages: ({
+            "status": statusPage,
+            "faq": faqPage
+        })
+
+    Component {
+        id: statusPage
+        SystemStatusView {
+            context: shell.context
+        }
+    }
     Component {
         id: faqPage
         FAQView {

@@ -10,6 +10,7 @@ ApplicationWindow {
 
     required property ShellViewModel shell
     required property AppSettings settings
+    required property PageContext context
 
     title: "Cirrovane"
     width: 1120
@@ -66,6 +67,7 @@ ApplicationWindow {
         anchors.fill: parent
         viewModel: window.shell
         settings: window.settings
+        context: window.context
     }
 
     TerminologyGuideView {

@@ -13,13 +13,6 @@ Sheet {
         id: terminology
     }
 
-    Shortcut {
-        // The linter of Qt 6.4 does not know StandardKey.
-        sequences: [StandardKey.Close] // qmllint disable unqualified
-        enabled: guide.opened
-        onActivated: guide.close()
-    }
-
     ColumnLayout {
         anchors.fill: parent
         spacing: Theme.cardSpacing

@@ -87,14 +87,18 @@ MenuBar {
         implicitHeight: 26
         leftPadding: 10
         rightPadding: 10
+        focusPolicy: Qt.TabFocus
         contentItem: AppLabel {
             text: item.text
             font.pixelSize: Theme.smallSize
             Accessible.ignored: true
         }
         background: Rectangle {
-            color: item.highlighted ? Theme.controlPressed : "transparent"
+            color: item.highlighted || item.visualFocus ? Theme.controlPressed : "transparent"
         }
+
+        Keys.onReturnPressed: item.triggered()
+        Keys.onEnterPressed: item.triggered()
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text

@@ -1,5 +1,5 @@
-#include "ui/AppTab.h"
 #include "ui/SymbolImageProvider.h"
+#include "ui/viewmodels/AppTab.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -7,6 +7,7 @@ RowLayout {
 
     required property string label
     required property string value
+    property bool isMonospaced: false
 
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
@@ -24,6 +25,7 @@ RowLayout {
         text: row.value
         font.pixelSize: Theme.subheadlineSize
         font.weight: Font.Medium
+        font.family: row.isMonospaced ? Theme.monospacedFamily : Qt.application.font.family
         horizontalAlignment: TextEdit.AlignRight
         Layout.fillWidth: true
         Accessible.ignored: true

@@ -8,6 +8,8 @@ Item {
 
     default property alias content: column.data
     property string heading: ""
+    // Whether the heading stands in the card too, and not only in what a screen reader says.
+    property bool showsHeading: false
     property alias spacing: column.spacing
 
     implicitWidth: column.implicitWidth + 2 * Theme.cardPadding
@@ -31,5 +33,14 @@ Item {
         anchors.fill: parent
         anchors.margins: Theme.cardPadding
         spacing: Theme.cardSpacing
+
+        AppText {
+            text: card.heading
+            visible: card.showsHeading
+            font.pixelSize: Theme.headingSize
+            font.weight: Font.DemiBold
+            Layout.fillWidth: true
+            Accessible.role: Accessible.Heading
+        }
     }
 }

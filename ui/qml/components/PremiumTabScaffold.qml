@@ -9,6 +9,8 @@ FocusScope {
     required property string title
     required property string subtitle
     default property alias content: column.data
+    // Whether two cards fit beside each other.
+    readonly property bool isWide: width >= Theme.wideWidth
 
     Accessible.role: Accessible.Pane
     Accessible.name: title

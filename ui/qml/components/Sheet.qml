@@ -15,6 +15,13 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.CloseOnEscape
 
+    Shortcut {
+        // The linter of Qt 6.4 does not know StandardKey.
+        sequences: [StandardKey.Close] // qmllint disable unqualified
+        enabled: sheet.opened
+        onActivated: sheet.close()
+    }
+
     T.Overlay.modal: Rectangle {
         color: Theme.scrim
     }

@@ -8,6 +8,8 @@ QtObject {
     property bool isClassic: false
     property bool motionEnabled: true
 
+    readonly property string monospacedFamily: Qt.platform.os === "osx" ? "Menlo" : "monospace"
+
     // Type sizes, in points of the design.
     readonly property int titleSize: 30
     readonly property int dialSize: 36
@@ -21,6 +23,7 @@ QtObject {
     readonly property int pagePadding: 22
     readonly property int pageSpacing: 16
     readonly property int pageWidth: 980
+    readonly property int wideWidth: 900
     readonly property int cardSpacing: 12
     readonly property int cardPadding: 16
     readonly property int rowSpacing: 8
@@ -78,5 +81,10 @@ QtObject {
     // The colour that a state has wherever it is shown, by its name in the records.
     function stateColor(state: string): color {
         return state === "safe" ? green : state === "warning" ? yellow : red;
+    }
+
+    // The same for the severity of a finding or an incident.
+    function severityColor(severity: string): color {
+        return severity === "error" ? red : severity === "warning" ? orange : severity === "ok" ? green : cyan;
     }
 }

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "tests/coordinator/DashboardFixture.h"
+#include "tests/support/ManualExecutor.h"
+#include "tests/support/NotedClipboard.h"
+#include "ui/viewmodels/PageContext.h"
+
+#include <QCoreApplication>
+#include <memory>
+
+namespace cirrovane::test {
+
+/// A dashboard with what the pages' view models are made over, and the event loop in which they catch up.
+class PageTest : public DashboardMachine {
+ protected:
+  PageTest() : DashboardMachine({executor_, executor_, executor_, executor_}) { launch(); }
+
+  /// Makes the page's view model over the dashboard as it is now.
+  template <class ViewModel>
+  std::unique_ptr<ViewModel> open() {
+    if (!context_) {
+      settings_ = std::make_unique<AppSettings>(defaults_);
+      context_ = std::make_unique<PageContext>(
+          PageContext::Parts{*dashboard_, *settings_, clipboard_, timeText_, commands_, system_});
+    }
+    auto page = std::make_unique<ViewModel>();
+    page->setContext(context_.get());
+    return page;
+  }
+
+  /// Lets the pages take over what was published.
+  static void catchUp() { QCoreApplication::processEvents(); }
+
+  ManualExecutor executor_;
+  int argumentCount_ = 1;
+  char name_[6] = "tests";
+  char* arguments_[1] = {name_};
+  QCoreApplication application_{argumentCount_, arguments_};
+  NotedClipboard clipboard_;
+  std::unique_ptr<AppSettings> settings_;
+  std::unique_ptr<PageContext> context_;
+};
+
+}  // namespace cirrovane::test

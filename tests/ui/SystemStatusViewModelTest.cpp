@@ -1,0 +1,107 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/SystemStatusViewModel.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+
+class SystemStatusViewModelTest : public PageTest {
+ protected:
+  void publish(const SystemStatusSnapshot& status) {
+    dashboard_->publishedSystemStatus().set(status);
+    catchUp();
+  }
+  void publishMemory(std::optional<std::uint64_t> used, std::uint64_t total) {
+    SystemStatusSnapshot status;
+    status.memoryUsedBytes = used;
+    status.memoryTotalBytes = total;
+    publish(status);
+  }
+
+  std::unique_ptr<SystemStatusViewModel> page_ = open<SystemStatusViewModel>();
+};
+
+TEST_F(SystemStatusViewModelTest, beforeTheFirstSample_allIsUnknown) {
+  EXPECT_THAT(texts(*page_->cpu()), ElementsAre("Usage|Unknown", "Load|- / - / -", "Thermal State|Unknown",
+                                                "Temperature|Unknown (optional sensor required)"));
+  EXPECT_THAT(texts(*page_->memory()), ElementsAre("Used|Unknown", "Total|Zero KB"));
+  EXPECT_THAT(texts(*page_->storage()), ElementsAre("Free|Unknown", "Total|Unknown"));
+  EXPECT_THAT(texts(*page_->power()),
+              ElementsAre("Battery|Unknown", "Charging|Unknown", "Low Power Mode|Off", "Uptime|0m"));
+  EXPECT_THAT(texts(*page_->network()), ElementsAre("iCloud Reachability|Unknown"));
+  EXPECT_FALSE(page_->hasMemoryGauge());
+}
+
+TEST_F(SystemStatusViewModelTest, fullSample_isToldWhole) {
+  SystemStatusSnapshot status;
+  status.cpuUsagePercent = 7.25;
+  status.load1m = 1.52;
+  status.load5m = 1.31;
+  status.load15m = 1.2;
+  status.cpuTemperatureC = 61.84;
+  status.thermalState = "Nominal";
+  status.memoryUsedBytes = 8'589'934'592;
+  status.memoryTotalBytes = 17'179'869'184;
+  status.diskFreeBytes = 212'500'000'000;
+  status.diskTotalBytes = 494'384'795'648;
+  status.batteryPercent = 87;
+  status.batteryCharging = true;
+  status.lowPowerMode = true;
+  status.networkReachable = false;
+  status.uptimeSeconds = 273'600;
+  publish(status);
+  EXPECT_THAT(texts(*page_->cpu()),
+              ElementsAre("Usage|7.2%", "Load|1.52 / 1.31 / 1.20", "Thermal State|Nominal", "Temperature|61.8 C"));
+  EXPECT_THAT(texts(*page_->memory()), ElementsAre("Used|8.59 GB", "Total|17.18 GB"));
+  EXPECT_THAT(texts(*page_->storage()), ElementsAre("Free|212.5 GB", "Total|494.38 GB"));
+  EXPECT_THAT(texts(*page_->power()), ElementsAre("Battery|87%", "Charging|Yes", "Low Power Mode|On", "Uptime|3d 4h"));
+  EXPECT_THAT(texts(*page_->network()), ElementsAre("iCloud Reachability|Not Reachable"));
+  EXPECT_EQ(page_->memoryUsageText(), "50%");
+}
+
+TEST_F(SystemStatusViewModelTest, load_withOneAbsent_hasADashInItsPlace) {
+  SystemStatusSnapshot status;
+  status.load1m = 0.81;
+  status.load15m = 0.64;
+  publish(status);
+  EXPECT_EQ(texts(*page_->cpu())[1], "Load|0.81 / - / 0.64");
+}
+
+TEST_F(SystemStatusViewModelTest, memoryTint_atItsBounds) {
+  publishMemory(7'000, 10'000);
+  EXPECT_EQ(page_->memoryUsageLevel(), "ok");
+  publishMemory(7'001, 10'000);
+  EXPECT_EQ(page_->memoryUsageLevel(), "warning");
+  publishMemory(8'500, 10'000);
+  EXPECT_EQ(page_->memoryUsageLevel(), "warning");
+  publishMemory(8'501, 10'000);
+  EXPECT_EQ(page_->memoryUsageLevel(), "error");
+}
+
+TEST_F(SystemStatusViewModelTest, noTotalMemory_noGaugeAndNoDivision) {
+  publishMemory(1'000'000, 0);
+  EXPECT_FALSE(page_->hasMemoryGauge());
+  EXPECT_THAT(texts(*page_->memory()), ElementsAre("Used|1 MB", "Total|Zero KB"));
+}
+
+TEST_F(SystemStatusViewModelTest, refresh_duringACycle_changesNothing) {
+  page_->rescan();
+  EXPECT_TRUE(page_->isScanning());
+  page_->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_FALSE(page_->isScanning());
+  EXPECT_EQ(dashboard_->historyStore().snapshots().size(), 1U);
+}
+
+}  // namespace
+}  // namespace cirrovane::test

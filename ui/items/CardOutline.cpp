@@ -1,0 +1,92 @@
+#include "ui/items/CardOutline.h"
+
+#include "ui/items/ColourMesh.h"
+
+#include <QQuickWindow>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+namespace cirrovane {
+namespace {
+
+constexpr int kStepsACorner = 12;
+
+/// The colour `over` as it looks on `under`.
+QColor composed(const QColor& over, const QColor& under) {
+  const float alpha = over.alphaF() + under.alphaF() * (1 - over.alphaF());
+  if (alpha <= 0) {
+    return over;
+  }
+  const auto mix = [&](float top, float bottom) {
+    return (top * over.alphaF() + bottom * under.alphaF() * (1 - over.alphaF())) / alpha;
+  };
+  return QColor::fromRgbF(mix(over.redF(), under.redF()), mix(over.greenF(), under.greenF()),
+                          mix(over.blueF(), under.blueF()), alpha);
+}
+
+/// The border of a rounded rectangle that lies `inset` inside of the given one, from the first point around to it
+/// again.
+std::vector<QPointF> borderOf(const QSizeF& size, double radius, double inset) {
+  const double corner = std::max(radius - inset, 0.0);
+  const double left = radius;
+  const double right = size.width() - radius;
+  const double top = radius;
+  const double bottom = size.height() - radius;
+  const std::array<QPointF, 4> centres = {{{right, top}, {right, bottom}, {left, bottom}, {left, top}}};
+  std::vector<QPointF> points;
+  for (std::size_t quarter = 0; quarter < centres.size(); ++quarter) {
+    for (int step = 0; step <= kStepsACorner; ++step) {
+      const double angle =
+          (static_cast<double>(quarter) - 1 + static_cast<double>(step) / kStepsACorner) * (std::numbers::pi / 2);
+      points.push_back(centres.at(quarter) + QPointF(std::cos(angle), std::sin(angle)) * corner);
+    }
+  }
+  points.push_back(points.front());
+  return points;
+}
+
+}  // namespace
+
+CardOutline::CardOutline(QQuickItem* parent) : QQuickItem(parent) {
+  setFlag(ItemHasContents);
+  connect(this, &CardOutline::changed, this, &QQuickItem::update);
+}
+
+QSGNode* CardOutline::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
+  const QSizeF area = size();
+  ColourMesh mesh;
+  if (area.width() > 2 && area.height() > 2) {
+    const double radius = std::min({radius_, area.width() / 2, area.height() / 2});
+    // Half a pixel on either side of an edge blends, which is what makes it look smooth.
+    const double soft = 0.5 / (window() != nullptr ? window()->effectiveDevicePixelRatio() : 1);
+    const auto ring = [&](double inset, const auto& colourAt) {
+      std::vector<MeshVertex> line;
+      for (const QPointF& point : borderOf(area, radius, inset)) {
+        line.push_back({point, colourAt(point)});
+      }
+      return line;
+    };
+    const auto outline = [&](const QPointF& point) {
+      const double share = diagonalShare(area, point);
+      return composed(between(outlineStart_, outlineEnd_, share), fill_);
+    };
+    const auto vanished = [&](const QPointF& point) {
+      QColor colour = outline(point);
+      colour.setAlphaF(0);
+      return colour;
+    };
+    const auto filled = [&](const QPointF& /*point*/) { return fill_; };
+    const auto outer = ring(soft, outline);
+    const auto inner = ring(1 + soft, filled);
+    addBand(mesh, ring(-soft, vanished), outer);
+    addBand(mesh, outer, ring(1 - soft, outline));
+    addBand(mesh, ring(1 - soft, outline), inner);
+    addBand(mesh, inner, std::vector<MeshVertex>(inner.size(), {QPointF(area.width() / 2, area.height() / 2), fill_}));
+  }
+  return updateMeshNode(node, mesh);
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QColor>
+#include <QPointF>
+#include <QSizeF>
+#include <vector>
+
+class QSGNode;
+
+namespace cirrovane {
+
+/// A corner of a triangle and its colour; between corners colours blend.
+struct MeshVertex {
+  QPointF place;
+  QColor colour;
+};
+
+/// Triangles, three vertices each, for the scene graph: soft edges and gradients that cost no picture in memory.
+using ColourMesh = std::vector<MeshVertex>;
+
+/// How far a point lies along the way from the top leading to the bottom trailing corner: 0 to 1.
+double diagonalShare(const QSizeF& area, const QPointF& point);
+
+/// The colour that lies at a share of the way from the first to the second.
+QColor between(const QColor& first, const QColor& second, double share);
+
+/// Adds the band between two lines of as many points.
+void addBand(ColourMesh& mesh, const std::vector<MeshVertex>& first, const std::vector<MeshVertex>& second);
+
+/// The scene graph's node for a mesh: the given one with new content, or a new one. Rendering thread only.
+QSGNode* updateMeshNode(QSGNode* node, const ColourMesh& mesh);
+
+}  // namespace cirrovane

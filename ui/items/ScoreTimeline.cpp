@@ -1,0 +1,206 @@
+#include "ui/items/ScoreTimeline.h"
+
+#include "ui/items/MonotoneCurve.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace cirrovane {
+namespace {
+
+constexpr int kFullScore = 100;
+/// Between an axis and its labels.
+constexpr double kLabelGap = 6;
+
+TimeWording userWording() {
+  return {QLocale(), QTimeZone::systemTimeZone(), {}};
+}
+
+QFont labelFont(int size) {
+  QFont font = QGuiApplication::font();
+  font.setPixelSize(size);
+  return font;
+}
+
+double widthOf(const QFontMetricsF& metrics, const QString& text) {
+  return std::ceil(metrics.horizontalAdvance(text));
+}
+
+/// The middle of the pixel, on which a thin line does not blur.
+double crisp(double place) {
+  return std::floor(place) + 0.5;
+}
+
+/// A straight line as an SVG path.
+QString straightPath(const QPointF& from, const QPointF& to) {
+  return QStringLiteral("M%1 %2L%3 %4").arg(from.x()).arg(from.y()).arg(to.x()).arg(to.y());
+}
+
+}  // namespace
+
+std::vector<ScoreAtTime> orderedScores(std::span<const ScanSnapshot> snapshots) {
+  std::vector<ScoreAtTime> scores;
+  scores.reserve(snapshots.size());
+  for (const ScanSnapshot& snapshot : snapshots) {
+    const auto score = std::clamp<std::int64_t>(snapshot.score, 0, kFullScore);
+    scores.push_back({snapshot.timestamp, static_cast<int>(score)});
+  }
+  std::ranges::stable_sort(scores, {}, &ScoreAtTime::time);
+  return scores;
+}
+
+std::vector<QPointF> plottedPoints(const std::vector<ScoreAtTime>& scores, const QRectF& area) {
+  std::vector<QPointF> points;
+  if (scores.empty()) {
+    return points;
+  }
+  const TimeAxis axis{.first = scores.front().time,
+                      .last = scores.back().time,
+                      .firstX = area.left(),
+                      .lastX = area.right(),
+                      .left = area.left(),
+                      .right = area.right()};
+  points.reserve(scores.size());
+  for (const ScoreAtTime& score : scores) {
+    points.emplace_back(axis.placeOf(score.time), area.bottom() - area.height() * score.score / kFullScore);
+  }
+  return points;
+}
+
+std::vector<int> scoreMarks(double height, double labelHeight) {
+  constexpr double kLooseness = 1.5;
+  const double room = height / (labelHeight * kLooseness);
+  if (room >= 4) {
+    return {0, 25, 50, 75, kFullScore};
+  }
+  if (room >= 2) {
+    return {0, 50, kFullScore};
+  }
+  return {0, kFullScore};
+}
+
+QString timelineDescription(const std::vector<ScoreAtTime>& scores, const TimeWording& wording) {
+  if (scores.empty()) {
+    return QStringLiteral("No scans yet");
+  }
+  const QString last = dayAndTime(scores.back().time, wording);
+  if (scores.size() == 1) {
+    return QStringLiteral("1 scan, %1, score %2").arg(last).arg(scores.back().score);
+  }
+  return QStringLiteral("%1 scans from %2 to %3, latest score %4")
+      .arg(scores.size())
+      .arg(dayAndTime(scores.front().time, wording), last)
+      .arg(scores.back().score);
+}
+
+ScoreTimeline::ScoreTimeline(QQuickItem* parent) : QQuickItem(parent) {}
+
+void ScoreTimeline::setSnapshots(const ScoreHistory& snapshots) {
+  if (snapshots == snapshots_) {
+    return;
+  }
+  snapshots_ = snapshots;
+  emit snapshotsChanged();
+  emit descriptionChanged();
+  draw();
+}
+
+void ScoreTimeline::setLabelSize(int size) {
+  if (size == labelSize_ || size <= 0) {
+    return;
+  }
+  labelSize_ = size;
+  emit labelSizeChanged();
+  draw();
+}
+
+void ScoreTimeline::setPointDiameter(qreal diameter) {
+  if (diameter == pointDiameter_) {
+    return;
+  }
+  pointDiameter_ = diameter;
+  emit pointDiameterChanged();
+  draw();
+}
+
+QString ScoreTimeline::description() const {
+  return timelineDescription(snapshots_.scores(), userWording());
+}
+
+void ScoreTimeline::componentComplete() {
+  QQuickItem::componentComplete();
+  draw();
+}
+
+void ScoreTimeline::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+  QQuickItem::geometryChange(newGeometry, oldGeometry);
+  if (newGeometry.size() != oldGeometry.size()) {
+    draw();
+  }
+}
+
+void ScoreTimeline::draw() {
+  if (!isComponentComplete()) {
+    return;
+  }
+  const QFontMetricsF metrics(labelFont(labelSize_));
+  const double lineHeight = std::ceil(metrics.height());
+  const double left = widthOf(metrics, QString::number(kFullScore)) + kLabelGap;
+  const double top = std::ceil(lineHeight / 2);
+  const double bottom = height() - lineHeight - kLabelGap;
+  plot_ = QRectF(left, top, std::max(width() - left, 0.0), std::max(bottom - top, 0.0));
+  // A disc at either end does not stand over the plot's edge.
+  const double inset = std::min(pointDiameter_, plot_.width() / 2);
+  const QRectF area = plot_.adjusted(inset, 0, -inset, 0);
+  drawScores(area);
+  drawAxes(area);
+  emit drawingChanged();
+}
+
+void ScoreTimeline::drawScores(const QRectF& area) {
+  const std::vector<QPointF> points = plottedPoints(snapshots_.scores(), area);
+  const std::vector<CurveSegment> curve = monotoneCurve(points);
+  linePath_ = curvePath(points, curve);
+  areaPath_ = cirrovane::areaPath(points, curve, area.bottom());
+  pointsPath_ = discsPath(points, pointDiameter_ / 2);
+}
+
+void ScoreTimeline::drawAxes(const QRectF& area) {
+  const QFontMetricsF metrics(labelFont(labelSize_));
+  gridPath_.clear();
+  labels_.clear();
+  for (const int score : scoreMarks(plot_.height(), metrics.height())) {
+    const double y = area.bottom() - area.height() * score / kFullScore;
+    const QString text = QString::number(score);
+    addLabel(text, plot_.left() - kLabelGap - widthOf(metrics, text), y - metrics.height() / 2);
+    gridPath_ += straightPath({plot_.left(), crisp(y)}, {plot_.right(), crisp(y)});
+  }
+  const std::vector<ScoreAtTime>& scores = snapshots_.scores();
+  if (scores.empty()) {
+    return;
+  }
+  TimeWording wording = userWording();
+  wording.widthOf = [&metrics](const QString& text) { return widthOf(metrics, text); };
+  const TimeAxis axis{.first = scores.front().time,
+                      .last = scores.back().time,
+                      .firstX = area.left(),
+                      .lastX = area.right(),
+                      .left = plot_.left(),
+                      .right = plot_.right()};
+  for (const TimeMark& mark : timeMarks(axis, wording)) {
+    addLabel(mark.text, mark.left, plot_.bottom() + kLabelGap);
+    gridPath_ += straightPath({crisp(mark.x), plot_.top()}, {crisp(mark.x), plot_.bottom()});
+  }
+}
+
+void ScoreTimeline::addLabel(const QString& text, double x, double y) {
+  TimelineLabel label;
+  label.text = text;
+  label.position = QPointF(std::round(x), std::round(y));
+  labels_.append(QVariant::fromValue(label));
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,55 @@
+#include "ui/viewmodels/AppSettings.h"
+
+#include "coordinator/DefaultsKeys.h"
+
+namespace cirrovane {
+namespace {
+
+constexpr const char* kClassic = "classic";
+
+}  // namespace
+
+AppSettings::AppSettings(UserDefaults& userDefaults, QObject* parent)
+    : QObject(parent),
+      userDefaults_(userDefaults),
+      isClassic_(userDefaults.text(kVisualStyleKey) == kClassic),
+      motionEnabled_(userDefaults.boolean(kMotionEnabledKey).value_or(true)),
+      showTerminologyOnDashboard_(userDefaults.boolean(kShowTerminologyOnDashboardKey).value_or(false)),
+      notificationsEnabled_(userDefaults.boolean(kGuardrailNotificationsEnabledKey).value_or(true)) {}
+
+// A choice that could not be stored holds for as long as the application runs.
+
+void AppSettings::setVisualStyle(const QString& style) {
+  const bool isClassic = style == QLatin1String(kClassic);
+  if (isClassic != isClassic_) {
+    isClassic_ = isClassic;
+    static_cast<void>(userDefaults_.set(kVisualStyleKey, visualStyle().toStdString()));
+    emit visualStyleChanged();
+  }
+}
+
+void AppSettings::setMotionEnabled(bool enabled) {
+  if (enabled != motionEnabled_) {
+    motionEnabled_ = enabled;
+    static_cast<void>(userDefaults_.set(kMotionEnabledKey, enabled));
+    emit motionEnabledChanged();
+  }
+}
+
+void AppSettings::setShowTerminologyOnDashboard(bool shown) {
+  if (shown != showTerminologyOnDashboard_) {
+    showTerminologyOnDashboard_ = shown;
+    static_cast<void>(userDefaults_.set(kShowTerminologyOnDashboardKey, shown));
+    emit showTerminologyOnDashboardChanged();
+  }
+}
+
+void AppSettings::setNotificationsEnabled(bool enabled) {
+  if (enabled != notificationsEnabled_) {
+    notificationsEnabled_ = enabled;
+    static_cast<void>(userDefaults_.set(kGuardrailNotificationsEnabledKey, enabled));
+    emit notificationsEnabledChanged();
+  }
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQmlIntegration>
+
+namespace cirrovane {
+
+/// The user's choices of look and notification. A change is stored at once, and seen by every surface.
+class AppSettings : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by the application")
+  Q_PROPERTY(QString visualStyle READ visualStyle WRITE setVisualStyle NOTIFY visualStyleChanged)
+  Q_PROPERTY(bool isClassic READ isClassic NOTIFY visualStyleChanged)
+  Q_PROPERTY(bool motionEnabled READ motionEnabled WRITE setMotionEnabled NOTIFY motionEnabledChanged)
+  Q_PROPERTY(bool showTerminologyOnDashboard READ showTerminologyOnDashboard WRITE setShowTerminologyOnDashboard NOTIFY
+                 showTerminologyOnDashboardChanged)
+  Q_PROPERTY(bool notificationsEnabled READ notificationsEnabled WRITE setNotificationsEnabled NOTIFY
+                 notificationsEnabledChanged)
+
+ public:
+  explicit AppSettings(UserDefaults& userDefaults, QObject* parent = nullptr);
+
+  /// "liquid" or "classic"; a stored value that is neither counts as liquid.
+  QString visualStyle() const { return isClassic_ ? QStringLiteral("classic") : QStringLiteral("liquid"); }
+  bool isClassic() const { return isClassic_; }
+  bool motionEnabled() const { return motionEnabled_; }
+  bool showTerminologyOnDashboard() const { return showTerminologyOnDashboard_; }
+  bool notificationsEnabled() const { return notificationsEnabled_; }
+
+  void setVisualStyle(const QString& style);
+  void setMotionEnabled(bool enabled);
+  void setShowTerminologyOnDashboard(bool shown);
+  void setNotificationsEnabled(bool enabled);
+
+ signals:
+  void visualStyleChanged();
+  void motionEnabledChanged();
+  void showTerminologyOnDashboardChanged();
+  void notificationsEnabledChanged();
+
+ private:
+  UserDefaults& userDefaults_;
+  bool isClassic_;
+  bool motionEnabled_;
+  bool showTerminologyOnDashboard_;
+  bool notificationsEnabled_;
+};
+
+}  // namespace cirrovane

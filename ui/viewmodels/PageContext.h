@@ -1,0 +1,44 @@
+#pragma once
+
+#include "coordinator/DashboardViewModel.h"
+#include "platform/Clipboard.h"
+#include "platform/CommandRunner.h"
+#include "platform/SystemInformation.h"
+#include "platform/TimeText.h"
+#include "ui/viewmodels/AppSettings.h"
+
+#include <QObject>
+#include <QtQmlIntegration>
+
+namespace cirrovane {
+
+/// What the view models of the pages are made over. QML only hands it on. Outlives every page.
+class PageContext : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by the application")
+
+ public:
+  struct Parts {
+    DashboardViewModel& dashboard;
+    AppSettings& settings;
+    Clipboard& clipboard;
+    const TimeText& timeText;
+    const CommandRunner& commandRunner;
+    const SystemInformation& systemInformation;
+  };
+
+  explicit PageContext(const Parts& parts, QObject* parent = nullptr) : QObject(parent), parts_(parts) {}
+
+  DashboardViewModel& dashboard() const { return parts_.dashboard; }
+  AppSettings& settings() const { return parts_.settings; }
+  Clipboard& clipboard() const { return parts_.clipboard; }
+  const TimeText& timeText() const { return parts_.timeText; }
+  const CommandRunner& commandRunner() const { return parts_.commandRunner; }
+  const SystemInformation& systemInformation() const { return parts_.systemInformation; }
+
+ private:
+  Parts parts_;
+};
+
+}  // namespace cirrovane

@@ -1,0 +1,50 @@
+#include "ui/viewmodels/PageViewModel.h"
+
+#include <QMetaObject>
+
+namespace cirrovane {
+
+void PageViewModel::setContext(PageContext* context) {
+  if (context == nullptr || context_ != nullptr) {
+    return;
+  }
+  context_ = context;
+  emit contextChanged();
+  follow(dashboard().publishedIsScanning());
+  begin();
+  updateNow();
+}
+
+bool PageViewModel::isScanning() const {
+  return context_ != nullptr && dashboard().isScanning();
+}
+
+void PageViewModel::rescan() {
+  if (context_ != nullptr) {
+    dashboard().refresh();
+  }
+}
+
+void PageViewModel::updateNow() {
+  isUpdateDue_ = false;
+  update();
+  emit changed();
+}
+
+void PageViewModel::updateSoon() {
+  if (isUpdateDue_) {
+    return;
+  }
+  isUpdateDue_ = true;
+  // Later, since who observes a published value is told before it changes.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (isUpdateDue_) {
+          updateNow();
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+}  // namespace cirrovane

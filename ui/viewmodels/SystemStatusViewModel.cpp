@@ -1,0 +1,78 @@
+#include "ui/viewmodels/SystemStatusViewModel.h"
+
+#include "diagnostics/StatusText.h"
+#include "ui/viewmodels/Text.h"
+
+#include <QByteArrayList>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace cirrovane {
+namespace {
+
+constexpr double kHighMemoryUse = 0.85;
+constexpr double kRaisedMemoryUse = 0.7;
+
+const QByteArrayList kRoles = {"label", "value"};
+
+void show(RowListModel& list, std::initializer_list<std::pair<const char*, std::string>> values) {
+  std::vector<RowListModel::Row> rows;
+  for (const auto& [label, value] : values) {
+    const QString name = toQString(label);
+    rows.push_back({name, {name, toDisplay(value)}});
+  }
+  list.setRows(std::move(rows));
+}
+
+}  // namespace
+
+SystemStatusViewModel::SystemStatusViewModel(QObject* parent)
+    : PageViewModel(parent), cpu_(kRoles), memory_(kRoles), storage_(kRoles), power_(kRoles), network_(kRoles) {}
+
+void SystemStatusViewModel::begin() {
+  follow(dashboard().publishedSystemStatus());
+}
+
+void SystemStatusViewModel::update() {
+  status_ = dashboard().systemStatus();
+  show(cpu_, {{"Usage", cpuUsageText(status_)},
+              {"Load", loadText(status_)},
+              {"Thermal State", status_.thermalState},
+              {"Temperature", temperatureText(status_)}});
+  show(memory_, {{"Used", byteCountText(status_.memoryUsedBytes)}, {"Total", byteCountText(status_.memoryTotalBytes)}});
+  show(storage_, {{"Free", byteCountText(status_.diskFreeBytes)}, {"Total", byteCountText(status_.diskTotalBytes)}});
+  show(power_, {{"Battery", batteryText(status_)},
+                {"Charging", chargingText(status_)},
+                {"Low Power Mode", lowPowerModeText(status_)},
+                {"Uptime", durationText(status_.uptimeSeconds)}});
+  show(network_, {{"iCloud Reachability", reachabilityText(status_)}});
+}
+
+QString SystemStatusViewModel::capturedAt() const {
+  return context() == nullptr ? QString() : toQString(context()->timeText().timeOfDay(status_.capturedAt));
+}
+
+bool SystemStatusViewModel::hasMemoryGauge() const {
+  return cirrovane::memoryUsageRatio(status_).has_value();
+}
+
+double SystemStatusViewModel::memoryUsageRatio() const {
+  return cirrovane::memoryUsageRatio(status_).value_or(0);
+}
+
+QString SystemStatusViewModel::memoryUsageText() const {
+  return toQString(fmt::format("{:.0f}%", memoryUsageRatio() * 100));
+}
+
+QString SystemStatusViewModel::memoryUsageLevel() const {
+  const double ratio = memoryUsageRatio();
+  return ratio > kHighMemoryUse     ? QStringLiteral("error")
+         : ratio > kRaisedMemoryUse ? QStringLiteral("warning")
+                                    : QStringLiteral("ok");
+}
+
+}  // namespace cirrovane
