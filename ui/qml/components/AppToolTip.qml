@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// The whole of a text that does not fit where it stands, while the pointer rests on it. A screen reader has it anyway.
+T.ToolTip {
+    id: toolTip
+
+    x: 0
+    y: parent ? parent.height + 4 : 0
+    margins: 8
+    padding: 8
+    delay: 500
+    implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding,
+                            (parent && parent.Window.window ? parent.Window.width : 520) - 2 * margins, 520)
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
+
+    contentItem: Text {
+        text: toolTip.text
+        textFormat: Text.PlainText
+        wrapMode: Text.WrapAnywhere
+        color: Theme.text
+        font.pixelSize: Theme.smallSize
+        Accessible.ignored: true
+    }
+    background: Rectangle {
+        radius: 8
+        color: Theme.popupFill
+        border.width: 1
+        border.color: Theme.popupOutline
+    }
+}
