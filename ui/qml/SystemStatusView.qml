@@ -68,6 +68,7 @@ PremiumTabScaffold {
             heading: "CPU"
             showsHeading: true
             Layout.fillHeight: true
+            Layout.preferredWidth: 1
 
             Rows {
                 values: status.cpu
@@ -77,6 +78,7 @@ PremiumTabScaffold {
             heading: "Memory"
             showsHeading: true
             Layout.fillHeight: true
+            Layout.preferredWidth: 1
 
             CapacityGauge {
                 visible: status.hasMemoryGauge
@@ -93,6 +95,7 @@ PremiumTabScaffold {
             heading: "Storage"
             showsHeading: true
             Layout.fillHeight: true
+            Layout.preferredWidth: 1
 
             Rows {
                 values: status.storage
@@ -102,6 +105,7 @@ PremiumTabScaffold {
             heading: "Power"
             showsHeading: true
             Layout.fillHeight: true
+            Layout.preferredWidth: 1
 
             Rows {
                 values: status.power

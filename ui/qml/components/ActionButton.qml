@@ -17,6 +17,7 @@ T.Button {
     leftPadding: Theme.controlPadding
     rightPadding: Theme.controlPadding
     focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
     opacity: enabled ? 1 : 0.5
 
     contentItem: Item {
@@ -65,5 +66,5 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: description
-    Accessible.onPressAction: button.clicked()
+    Accessible.onPressAction: if (button.enabled) button.clicked()
 }

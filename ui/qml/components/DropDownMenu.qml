@@ -38,7 +38,8 @@ ActionButton {
     T.Popup {
         id: popup
         y: button.height + 4
-        x: Math.min(0, button.width - width)
+        // Moves into the window where it would not fit under the button.
+        margins: 6
         implicitWidth: 210
         implicitHeight: implicitContentHeight + 12
         padding: 6
@@ -55,7 +56,7 @@ ActionButton {
 
         contentItem: ListView {
             model: button.entries
-            implicitHeight: contentHeight
+            implicitHeight: count * 30
             boundsBehavior: Flickable.StopAtBounds
             keyNavigationWraps: true
             activeFocusOnTab: true
@@ -78,11 +79,25 @@ ActionButton {
         implicitHeight: 30
         highlighted: ListView.isCurrentItem
         hoverEnabled: true
-        onHoveredChanged: if (hovered) ListView.view.currentIndex = index
         onClicked: {
             popup.close();
             button.picked(modelData.id);
         }
+        // Only a pointer that moves chooses, not one that lies where the list happens to open.
+        HoverHandler {
+            property point before
+            property bool hasBefore: false
+
+            onHoveredChanged: hasBefore = false
+            onPointChanged: {
+                if (hasBefore && point.scenePosition !== before) {
+                    entry.ListView.view.currentIndex = entry.index;
+                }
+                before = point.scenePosition;
+                hasBefore = hovered;
+            }
+        }
+
         Keys.onReturnPressed: entry.clicked()
         Keys.onEnterPressed: entry.clicked()
         Keys.onSpacePressed: entry.clicked()

@@ -30,8 +30,13 @@ Item {
 
     ColumnLayout {
         id: column
-        anchors.fill: parent
-        anchors.margins: Theme.cardPadding
+        // Content stays at the top of a card that is made as high as its neighbour.
+        anchors {
+            left: parent.left
+            right: parent.right
+            top: parent.top
+            margins: Theme.cardPadding
+        }
         spacing: Theme.cardSpacing
 
         AppText {

@@ -35,6 +35,7 @@ FocusScope {
         height: parent.height - 4
 
         Repeater {
+            id: segments
             model: control.titles
 
             T.RadioButton {
@@ -48,6 +49,7 @@ FocusScope {
                 height: row.height
                 implicitWidth: Math.max(64, implicitContentWidth + 2 * Theme.controlPadding)
                 focusPolicy: Qt.StrongFocus
+                hoverEnabled: true
                 checked: isChosen
                 autoExclusive: false
                 onClicked: control.chosen(control.values[index])
@@ -70,8 +72,8 @@ FocusScope {
                     }
                 }
 
-                Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-                Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                Keys.onRightPressed: segments.itemAt(index + 1)?.forceActiveFocus(Qt.TabFocusReason)
+                Keys.onLeftPressed: segments.itemAt(index - 1)?.forceActiveFocus(Qt.BacktabFocusReason)
                 Keys.onReturnPressed: segment.clicked()
                 Keys.onEnterPressed: segment.clicked()
 

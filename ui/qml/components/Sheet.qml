@@ -15,6 +15,11 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.CloseOnEscape
 
+    // Who had the keyboard before gets it back.
+    property Item opener: null
+    onAboutToShow: opener = parent.Window.activeFocusItem
+    onClosed: opener?.forceActiveFocus(Qt.PopupFocusReason)
+
     Shortcut {
         // The linter of Qt 6.4 does not know StandardKey.
         sequences: [StandardKey.Close] // qmllint disable unqualified

@@ -1,0 +1,57 @@
+import QtQuick
+import QtTest
+import Cirrovane
+
+ComponentCase {
+    name: "Theme"
+
+    function cleanup() {
+        Theme.isClassic = false;
+        Theme.motionEnabled = true;
+    }
+
+    function test_stateColor_state_hasItsSignal_data() {
+        return [
+            {tag: "safe", colour: Theme.green},
+            {tag: "warning", colour: Theme.yellow},
+            {tag: "danger", colour: Theme.red}
+        ];
+    }
+
+    function test_stateColor_state_hasItsSignal(data) {
+        compare(Theme.stateColor(data.tag), data.colour);
+    }
+
+    function test_stateColor_unknownState_isNotShownAsSafe() {
+        compare(Theme.stateColor("another"), Theme.red);
+        compare(Theme.stateColor(""), Theme.red);
+    }
+
+    function test_style_cards_differ() {
+        const liquid = [Theme.cardFill, Theme.cardOutlineStart, Theme.cardOutlineEnd, Theme.cardRadius].map(String);
+        Theme.isClassic = true;
+        const classic = [Theme.cardFill, Theme.cardOutlineStart, Theme.cardOutlineEnd, Theme.cardRadius].map(String);
+        for (let index = 0; index < liquid.length; ++index) {
+            verify(liquid[index] !== classic[index], liquid[index]);
+        }
+    }
+
+    function test_style_classicOutline_isOfOneColour() {
+        Theme.isClassic = true;
+        compare(Theme.cardOutlineStart, Theme.cardOutlineEnd);
+        Theme.isClassic = false;
+        verify(!Qt.colorEqual(Theme.cardOutlineStart, Theme.cardOutlineEnd));
+    }
+
+    function test_style_textAndSignals_areTheSame() {
+        const liquid = [Theme.text, Theme.dimmedText, Theme.green, Theme.red, Theme.popupFill].map(String);
+        Theme.isClassic = true;
+        compare([Theme.text, Theme.dimmedText, Theme.green, Theme.red, Theme.popupFill].map(String), liquid);
+    }
+
+    function test_motion_off_leavesNoTimeToHovering() {
+        verify(Theme.hoverDuration > 0);
+        Theme.motionEnabled = false;
+        compare(Theme.hoverDuration, 0);
+    }
+}
