@@ -35,6 +35,9 @@ class Machine {
   virtual std::optional<std::string> notificationAuthorization() const = 0;
 };
 
+/// Whether a folder can stand for a machine on this system, beside the machine itself.
+bool takesMachineFolders();
+
 /// The machine whose disk is the folder at an absolute path; "/" is the one that the program runs on. Each system has
 /// its own implementation. Fails when the folder cannot stand for a machine.
 Result<std::unique_ptr<Machine>> makeMachine(const std::string& root);

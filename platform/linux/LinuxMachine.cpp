@@ -44,6 +44,10 @@ class LinuxMachine final : public Machine {
 
 }  // namespace
 
+bool takesMachineFolders() {
+  return true;
+}
+
 Result<std::unique_ptr<Machine>> makeMachine(const std::string& root) {
   Result<MacRoot> opened = MacRoot::open(root);
   if (!opened) {

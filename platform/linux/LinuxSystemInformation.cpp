@@ -2,6 +2,7 @@
 
 #include "platform/linux/HostPower.h"
 #include "platform/linux/MachineFacts.h"
+#include "platform/posix/HostLoad.h"
 
 #include <algorithm>
 #include <array>
@@ -35,14 +36,6 @@ std::uint64_t hostMemory() {
   const auto pages = sysconf(_SC_PHYS_PAGES);
   const auto pageSize = sysconf(_SC_PAGESIZE);
   return pages > 0 && pageSize > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize) : 0;
-}
-
-std::optional<LoadAverages> hostLoadAverages() {
-  std::array<double, 3> samples{};
-  if (getloadavg(samples.data(), static_cast<int>(samples.size())) != static_cast<int>(samples.size())) {
-    return std::nullopt;
-  }
-  return LoadAverages{samples[0], samples[1], samples[2]};
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "platform/posix/FileCalls.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -29,7 +30,11 @@ ssize_t FileCalls::write(int file, const void* bytes, std::size_t count) const {
 
 int FileCalls::sync(int file) const {
 #ifdef F_FULLFSYNC
-  return ::fcntl(file, F_FULLFSYNC);
+  if (::fcntl(file, F_FULLFSYNC) == 0) {
+    return 0;
+  }
+  // A volume on a server or of another make knows no more than the usual sync.
+  return errno == ENOTSUP || errno == EINVAL || errno == ENOTTY ? ::fsync(file) : -1;
 #else
   return ::fsync(file);
 #endif

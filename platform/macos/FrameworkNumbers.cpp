@@ -1,0 +1,49 @@
+#include "platform/macos/FrameworkNumbers.h"
+
+#include <cmath>
+
+namespace cirrovane {
+
+std::optional<Time> timeOf(double secondsSince1970) {
+  const double microseconds = std::floor(secondsSince1970 * 1e6);
+  // 2^63 is the first number beyond, and, unlike the last one inside, has an exact double.
+  if (!(microseconds >= -0x1p63 && microseconds < 0x1p63)) {
+    return std::nullopt;
+  }
+  return Time(std::chrono::microseconds(static_cast<std::int64_t>(microseconds)));
+}
+
+std::optional<std::int64_t> wholeNumberOf(double number) {
+  if (!(number >= -0x1p63 && number < 0x1p63) || std::trunc(number) != number) {
+    return std::nullopt;
+  }
+  return static_cast<std::int64_t>(number);
+}
+
+std::optional<ThermalState> thermalStateOf(std::int64_t number) {
+  switch (number) {
+    case 0:
+      return ThermalState::nominal;
+    case 1:
+      return ThermalState::fair;
+    case 2:
+      return ThermalState::serious;
+    case 3:
+      return ThermalState::critical;
+    default:
+      return std::nullopt;
+  }
+}
+
+NotificationAuthorization notificationAuthorizationOf(std::int64_t number) {
+  switch (number) {
+    case 0:
+      return NotificationAuthorization::notDetermined;
+    case 1:
+      return NotificationAuthorization::denied;
+    default:
+      return NotificationAuthorization::authorized;
+  }
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/NotificationCenter.h"
+#include "platform/SystemInformation.h"
+#include "platform/Time.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace cirrovane {
+
+// What the frameworks' bare numbers mean.
+
+/// A date by its seconds since 1970; absent when no clock could show it.
+std::optional<Time> timeOf(double secondsSince1970);
+
+/// A whole number; absent for a fraction, and beyond 64 bits.
+std::optional<std::int64_t> wholeNumberOf(double number);
+
+/// Absent for a number that nobody knew when this was written.
+std::optional<ThermalState> thermalStateOf(std::int64_t number);
+
+/// A number that nobody knew when this was written is an answer that the user has given: the question is not asked
+/// again, and the system itself drops what it does not want to show.
+NotificationAuthorization notificationAuthorizationOf(std::int64_t number);
+
+}  // namespace cirrovane

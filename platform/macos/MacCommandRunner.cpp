@@ -1,0 +1,17 @@
+#include "platform/macos/MacCommandRunner.h"
+
+#include "platform/posix/ChildProcess.h"
+
+namespace cirrovane {
+
+std::optional<CommandResult> MacCommandRunner::run(const std::string& executable,
+                                                   const std::vector<std::string>& arguments,
+                                                   CommandOutput output) const {
+  return runChild(placeOf(executable, places_, isExecutableFile), arguments, output);
+}
+
+bool MacCommandRunner::isExecutable(const std::string& path) const {
+  return isExecutableFile(placeOf(path, places_, isExecutableFile));
+}
+
+}  // namespace cirrovane

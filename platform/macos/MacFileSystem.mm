@@ -1,0 +1,262 @@
+#include "platform/macos/MacFileSystem.h"
+
+#include "platform/macos/CollectedBatch.h"
+#include "platform/macos/FolderAlias.h"
+#include "platform/macos/FoundationText.h"
+#include "platform/macos/ResourceDictionary.h"
+
+#import <Foundation/Foundation.h>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <utility>
+
+namespace cirrovane {
+namespace {
+
+/// Items between two looks at what Foundation left to be freed.
+constexpr std::size_t kBatchSize = 512;
+
+NSURLResourceKey foundationKey(ResourceKey key) {
+  switch (key) {
+    case ResourceKey::isDirectory:
+      return NSURLIsDirectoryKey;
+    case ResourceKey::isRegularFile:
+      return NSURLIsRegularFileKey;
+    case ResourceKey::isUbiquitousItem:
+      return NSURLIsUbiquitousItemKey;
+    case ResourceKey::contentModificationDate:
+      return NSURLContentModificationDateKey;
+    case ResourceKey::ubiquitousItemIsUploaded:
+      return NSURLUbiquitousItemIsUploadedKey;
+    case ResourceKey::ubiquitousItemIsUploading:
+      return NSURLUbiquitousItemIsUploadingKey;
+    case ResourceKey::ubiquitousItemDownloadingStatus:
+      return NSURLUbiquitousItemDownloadingStatusKey;
+    case ResourceKey::ubiquitousItemHasUnresolvedConflicts:
+      return NSURLUbiquitousItemHasUnresolvedConflictsKey;
+    case ResourceKey::ubiquitousItemUploadingError:
+      return NSURLUbiquitousItemUploadingErrorKey;
+    case ResourceKey::ubiquitousItemDownloadingError:
+      return NSURLUbiquitousItemDownloadingErrorKey;
+  }
+}
+
+NSArray<NSURLResourceKey>* foundationKeys() {
+  NSMutableArray<NSURLResourceKey>* keys = [NSMutableArray array];
+  for (const ResourceKey key : kResourceKeys) {
+    [keys addObject:foundationKey(key)];
+  }
+  return keys;
+}
+
+/// The object if it is of the class, else nil.
+template <class Object>
+Object* checked(id object, Class expected) {
+  return [object isKindOfClass:expected] ? static_cast<Object*>(object) : nil;
+}
+
+/// The texts of the downloading status, made once for a walk.
+struct StatusTexts {
+  std::string current = bytesOf(NSURLUbiquitousItemDownloadingStatusCurrent);
+  std::string downloaded = bytesOf(NSURLUbiquitousItemDownloadingStatusDownloaded);
+  std::string notDownloaded = bytesOf(NSURLUbiquitousItemDownloadingStatusNotDownloaded);
+};
+
+class FoundationResources final : public ResourceDictionary {
+ public:
+  FoundationResources(NSDictionary<NSURLResourceKey, id>* values, const StatusTexts& statusTexts)
+      : values_(values), statusTexts_(statusTexts) {}
+
+  std::optional<bool> boolean(ResourceKey key) const override {
+    NSNumber* number = checked<NSNumber>(values_[foundationKey(key)], [NSNumber class]);
+    return number != nil ? std::optional<bool>(number.boolValue) : std::nullopt;
+  }
+
+  std::optional<double> secondsSince1970(ResourceKey key) const override {
+    NSDate* date = checked<NSDate>(values_[foundationKey(key)], [NSDate class]);
+    return date != nil ? std::optional<double>(date.timeIntervalSince1970) : std::nullopt;
+  }
+
+  std::optional<DownloadingStatus> downloadingStatus() const override {
+    NSString* status = checked<NSString>(values_[NSURLUbiquitousItemDownloadingStatusKey], [NSString class]);
+    if (status == nil) {
+      return std::nullopt;
+    }
+    return downloadingStatusOf(bytesOf(status),
+                               {statusTexts_.current, statusTexts_.downloaded, statusTexts_.notDownloaded});
+  }
+
+  std::optional<std::string> errorText(ResourceKey key) const override {
+    NSError* error = checked<NSError>(values_[foundationKey(key)], [NSError class]);
+    return error != nil ? std::optional(bytesOf(error.localizedDescription)) : std::nullopt;
+  }
+
+ private:
+  NSDictionary<NSURLResourceKey, id>* values_;
+  const StatusTexts& statusTexts_;
+};
+
+/// The path without any link in it; the path itself where that cannot be found out.
+std::string withoutLinks(const std::string& path) {
+  char* found = realpath(path.c_str(), nullptr);
+  std::string real = found != nullptr ? found : path;
+  std::free(found);
+  return real;
+}
+
+NSDirectoryEnumerator<NSURL*>* enumeratorOf(const std::string& folder, NSArray<NSURLResourceKey>* keys) {
+  NSURL* url = fileURLOf(folder, /*isFolder=*/true);
+  if (url == nil) {
+    return nil;
+  }
+  const NSDirectoryEnumerationOptions options =
+      NSDirectoryEnumerationSkipsHiddenFiles | NSDirectoryEnumerationSkipsPackageDescendants;
+  return [NSFileManager.defaultManager enumeratorAtURL:url
+                            includingPropertiesForKeys:keys
+                                               options:options
+                                          errorHandler:^BOOL(NSURL* _Nullable, NSError*) {
+                                            // What cannot be listed is passed over.
+                                            return YES;
+                                          }];
+}
+
+class MacFolderWalk final : public FolderWalk {
+ public:
+  MacFolderWalk(FolderAlias folder, NSDirectoryEnumerator<NSURL*>* enumerator, NSArray<NSURLResourceKey>* keys,
+                const MaterializationCalls& materialization)
+      : folder_(std::move(folder)), enumerator_(enumerator), keys_(keys), materialization_(materialization) {}
+
+  const ItemBatch* next() override {
+    // At each call, because the caller may come on another thread.
+    const NoMaterialization guard(materialization_);
+    batch_.clear();
+    if (!guard.isInForce()) {
+      return refuse();
+    }
+    @autoreleasepool {
+      while (batch_.size() < kBatchSize && enumerator_ != nil) {
+        if (NSURL* url = [enumerator_ nextObject]) {
+          take(url);
+        } else {
+          enumerator_ = nil;
+        }
+      }
+    }
+    return batch_.size() > 0 ? &batch_ : nullptr;
+  }
+
+ private:
+  void take(NSURL* url) {
+    NSString* path = url.path;
+    NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:keys_ error:nil];
+    std::string asked = path != nil ? folder_.asAsked(bytesOf(path)) : std::string();
+    if (values == nil) {
+      batch_.add(std::move(asked), nullptr);
+    } else {
+      const FoundationResources dictionary(values, statusTexts_);
+      batch_.add(std::move(asked), &dictionary);
+    }
+  }
+
+  /// Ends the walk with an item that could not be read: a scan that cannot be made must not look like a clean one.
+  const ItemBatch* refuse() {
+    if (enumerator_ == nil) {
+      return nullptr;
+    }
+    enumerator_ = nil;
+    batch_.add(folder_.asked, nullptr);
+    return &batch_;
+  }
+
+  FolderAlias folder_;
+  NSDirectoryEnumerator<NSURL*>* enumerator_;
+  NSArray<NSURLResourceKey>* keys_;
+  const MaterializationCalls& materialization_;
+  StatusTexts statusTexts_;
+  CollectedBatch batch_;
+};
+
+/// A walk over nothing but one item that could not be read.
+class RefusedWalk final : public FolderWalk {
+ public:
+  explicit RefusedWalk(const std::string& folder) { batch_.add(folder, nullptr); }
+  const ItemBatch* next() override { return std::exchange(isGiven_, true) ? nullptr : &batch_; }
+
+ private:
+  CollectedBatch batch_;
+  bool isGiven_ = false;
+};
+
+std::optional<std::int64_t> integer(NSDictionary<NSURLResourceKey, id>* values, NSURLResourceKey key) {
+  NSNumber* number = checked<NSNumber>(values[key], [NSNumber class]);
+  return number != nil ? std::optional<std::int64_t>(number.longLongValue) : std::nullopt;
+}
+
+}  // namespace
+
+bool MacFileSystem::exists(const std::string& path) const {
+  const NoMaterialization guard(materialization_);
+  if (!guard.isInForce()) {
+    // Not looked at, and so not vouched for.
+    return false;
+  }
+  @autoreleasepool {
+    NSURL* url = fileURLOf(path, /*isFolder=*/false);
+    NSString* text = url != nil ? textOf(path) : nil;
+    return text != nil && [NSFileManager.defaultManager fileExistsAtPath:text];
+  }
+}
+
+std::unique_ptr<FolderWalk> MacFileSystem::enumerate(const std::string& folder) const {
+  const NoMaterialization guard(materialization_);
+  if (!guard.isInForce()) {
+    return std::make_unique<RefusedWalk>(folder);
+  }
+  @autoreleasepool {
+    // The enumerator takes a link for an item, and a folder reached by a link for an empty one.
+    FolderAlias alias{folder, withoutLinks(folder)};
+    NSArray<NSURLResourceKey>* keys = foundationKeys();
+    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias.real, keys);
+    if (enumerator == nil) {
+      return nullptr;
+    }
+    return std::make_unique<MacFolderWalk>(std::move(alias), enumerator, keys, materialization_);
+  }
+}
+
+VolumeCapacities MacFileSystem::volumeCapacities(const std::string& folder) const {
+  const NoMaterialization guard(materialization_);
+  if (!guard.isInForce()) {
+    return {};
+  }
+  @autoreleasepool {
+    NSURL* url = fileURLOf(folder, /*isFolder=*/true);
+    NSArray<NSURLResourceKey>* keys =
+        @[ NSURLVolumeAvailableCapacityForImportantUsageKey, NSURLVolumeTotalCapacityKey ];
+    NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:keys error:nil];
+    if (values == nil) {
+      return {};
+    }
+    return {integer(values, NSURLVolumeAvailableCapacityForImportantUsageKey),
+            integer(values, NSURLVolumeTotalCapacityKey)};
+  }
+}
+
+std::string MacFileSystem::homeDirectory() const {
+  @autoreleasepool {
+    return bytesOf(NSHomeDirectory());
+  }
+}
+
+std::optional<std::string> MacFileSystem::applicationSupportDirectory() const {
+  @autoreleasepool {
+    NSURL* url = [NSFileManager.defaultManager URLsForDirectory:NSApplicationSupportDirectory
+                                                      inDomains:NSUserDomainMask]
+                     .firstObject;
+    NSString* path = url.path;
+    return path != nil ? std::optional(bytesOf(path)) : std::nullopt;
+  }
+}
+
+}  // namespace cirrovane

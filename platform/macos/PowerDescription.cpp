@@ -1,0 +1,17 @@
+#include "platform/macos/PowerDescription.h"
+
+#include "platform/macos/FrameworkNumbers.h"
+
+namespace cirrovane {
+
+PowerSource powerSourceOf(const PowerDescription& description) {
+  PowerSource source;
+  source.currentCapacity = description.number(PowerKey::currentCapacity);
+  if (const auto capacity = description.number(PowerKey::maximumCapacity)) {
+    source.maximumCapacity = wholeNumberOf(*capacity);
+  }
+  source.isCharging = description.boolean(PowerKey::isCharging);
+  return source;
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,33 @@
+#include "platform/macos/FolderAlias.h"
+
+#include <gtest/gtest.h>
+
+namespace cirrovane {
+namespace {
+
+const FolderAlias kAlias{"/tmp/work", "/private/tmp/work"};
+
+TEST(FolderAlias, itemBelowTheRealFolder_isBelowTheAskedOne) {
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/work/a/b"), "/tmp/work/a/b");
+}
+
+TEST(FolderAlias, itemOfAnotherFolder_keepsItsPath) {
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/workshop/a"), "/private/tmp/workshop/a");
+  EXPECT_EQ(kAlias.asAsked("/tmp/work/a"), "/tmp/work/a");
+  EXPECT_EQ(kAlias.asAsked(""), "");
+}
+
+TEST(FolderAlias, realFolderItself_keepsItsPath) {
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/work"), "/private/tmp/work");
+}
+
+TEST(FolderAlias, folderWithoutLinks_changesNothing) {
+  EXPECT_EQ((FolderAlias{"/a", "/a"}.asAsked("/a/b")), "/a/b");
+}
+
+TEST(FolderAlias, folderNameThatComesAgainFurtherDown_isReplacedOnceOnly) {
+  EXPECT_EQ((FolderAlias{"/link", "/a"}.asAsked("/a/a/a")), "/link/a/a");
+}
+
+}  // namespace
+}  // namespace cirrovane

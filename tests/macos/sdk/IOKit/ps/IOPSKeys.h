@@ -1,0 +1,7 @@
+#pragma once
+
+#pragma clang system_header
+
+#define kIOPSCurrentCapacityKey "Current Capacity"
+#define kIOPSMaxCapacityKey "Max Capacity"
+#define kIOPSIsChargingKey "Is Charging"

@@ -1,0 +1,7 @@
+#pragma clang system_header
+
+#include_next <fcntl.h>
+
+#ifndef F_FULLFSYNC
+#define F_FULLFSYNC 51
+#endif

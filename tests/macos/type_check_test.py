@@ -1,0 +1,122 @@
+#!/usr/bin/env python3
+"""Proves that type_check.py sees mistakes: each is planted in a copy, and the check has to name it.
+
+A mistake is planted by a replacement in one file; one that finds nothing to replace fails, lest a test go blind when
+the sources change.
+"""
+
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+TREE = HERE.parent.parent
+
+
+class TypeCheckTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.overlay = pathlib.Path(folder.name) / "overlay"
+        self.overlay.mkdir()
+        self.sdk = pathlib.Path(folder.name) / "sdk"
+        shutil.copytree(HERE / "sdk", self.sdk)
+
+    def plant(self, path: str, *replacements):
+        """Copies a file of the tree, with a mistake in it: each pair's first text replaced by its second."""
+        text = (TREE / path).read_text(encoding="utf-8")
+        for right, wrong in replacements:
+            self.assertIn(right, text, f"nothing to replace in {path}")
+            text = text.replace(right, wrong)
+        copy = self.overlay / path
+        copy.parent.mkdir(parents=True, exist_ok=True)
+        copy.write_text(text, encoding="utf-8")
+
+    def check(self, path: str) -> subprocess.CompletedProcess:
+        return subprocess.run([sys.executable, str(HERE / "type_check.py"), "--overlay", str(self.overlay), "--sdk",
+                               str(self.sdk), path], capture_output=True, text=True, check=False)
+
+    def assert_found(self, path: str, diagnostic: str):
+        result = self.check(path)
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertIn(diagnostic, result.stdout)
+        print("\n".join(line for line in result.stdout.splitlines() if diagnostic in line))
+
+    def test_copy_without_mistake_passes(self):
+        self.plant("platform/macos/MacSystemInformation.mm", ("namespace cirrovane {", "namespace cirrovane {"))
+        result = self.check("platform/macos/MacSystemInformation.mm")
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+
+    def test_wrong_selector(self):
+        self.plant("platform/macos/MacCollation.mm", ("localizedCaseInsensitiveCompare:", "localizedCaselessCompare:"))
+        self.assert_found("platform/macos/MacCollation.mm",
+                          "no visible @interface for 'NSString' declares the selector 'localizedCaselessCompare:'")
+
+    def test_wrong_type_of_argument(self):
+        self.plant("platform/macos/MacWorkspace.mm", ("openURL:address]", "openURL:text]"))
+        self.assert_found("platform/macos/MacWorkspace.mm", "cannot initialize a parameter of type 'NSURL * _Nonnull'")
+
+    def test_nil_where_none_may_be(self):
+        self.plant("platform/macos/MacCollation.mm",
+                   ("localizedCaseInsensitiveCompare:right]", "localizedCaseInsensitiveCompare:nil]"))
+        self.assert_found("platform/macos/MacCollation.mm", "to a callee that requires a non-null argument")
+
+    def test_changed_signature_of_delegate_method(self):
+        self.plant("platform/macos/MacNotificationCenter.mm",
+                   ("(UNNotification*)notification", "(UNNotificationResponse*)notification"))
+        self.assert_found("platform/macos/MacNotificationCenter.mm", "conflicting parameter types")
+
+    def test_missing_method_of_interface(self):
+        self.plant("platform/macos/MacSystemInformation.h", ("  bool isLowPowerModeEnabled() const override;\n", ""))
+        self.assert_found("platform/macos/MacMachine.cpp", "field type 'MacSystemInformation' is an abstract class")
+
+    def test_interface_that_grew(self):
+        self.plant("platform/FileSystem.h",
+                   ("virtual std::string homeDirectory() const = 0;",
+                    "virtual std::string homeDirectory() const = 0;\n  virtual bool isLocal() const = 0;"))
+        self.assert_found("platform/macos/MacMachine.cpp", "field type 'MacFileSystem' is an abstract class")
+
+    def test_method_that_does_not_match_interface(self):
+        self.plant("platform/FileSystem.h",
+                   ("virtual bool exists(const std::string& path) const = 0;",
+                    "virtual bool exists(const std::string& path) = 0;"))
+        self.assert_found("platform/macos/MacFileSystem.mm", "marked 'override' hides virtual member function")
+
+    def test_enumeration_that_grew(self):
+        self.plant("platform/macos/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isPackage,\n"))
+        self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isPackage' not handled in switch")
+
+    def test_leaked_power_source_blob(self):
+        self.plant("platform/macos/MacSystemInformation.mm",
+                   ("const OwnedBlob blob(IOPSCopyPowerSourcesInfo());",
+                    "const CFTypeRef blob = IOPSCopyPowerSourcesInfo();"),
+                   ("blob.get()", "blob"))
+        self.assert_found("platform/macos/MacSystemInformation.mm", "Potential leak of an object stored into 'blob")
+
+    def test_release_of_what_is_not_owned(self):
+        self.plant("platform/macos/MacSystemInformation.mm",
+                   ("      if (description != nullptr) {",
+                    "      if (description != nullptr) {\n        CFRelease(description);"))
+        self.assert_found("platform/macos/MacSystemInformation.mm", "Incorrect decrement of the reference count")
+
+    def test_bridge_without_cast(self):
+        self.plant("platform/macos/MacSystemInformation.mm",
+                   ("(__bridge NSDictionary<NSString*, id>*)description", "(NSDictionary<NSString*, id>*)description"))
+        self.assert_found("platform/macos/MacSystemInformation.mm", "requires a bridged cast")
+
+    def test_unguarded_newer_interface(self):
+        # The same declaration, as if the interface had come with a later system than the oldest one supported.
+        header = self.sdk / "Foundation" / "Foundation.h"
+        text = header.read_text(encoding="utf-8")
+        right = "lowPowerModeEnabled SDK_SINCE(12.0)"
+        self.assertIn(right, text)
+        header.write_text(text.replace(right, "lowPowerModeEnabled SDK_SINCE(14.0)"), encoding="utf-8")
+        self.assert_found("platform/macos/MacSystemInformation.mm",
+                          "'isLowPowerModeEnabled' is only available on macOS 14.0 or newer")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=0)
