@@ -13,6 +13,10 @@ CONTROLS = {
     "push button", "radio button", "radio menu item", "scroll bar", "slider", "spin button", "text", "toggle button",
 }  # fmt: skip
 TEXTS = {"heading", "label", "paragraph", "static", "text"}
+# What somebody who reads a page aloud reads: its texts, and its controls by their names.
+READ = TEXTS | {"check box", "progress bar", "push button", "radio button", "toggle button"}
+
+
 @dataclass(frozen=True)
 class Tab:
     """A tab of the main window."""
@@ -267,6 +271,10 @@ class Application:
         below = f" under {under[0]} {under[1]!r}" if under else ""
         with_states = f" with {states}" if states else ""
         return self.wait_until(find, f"one {role or 'node'} {name!r}{below}{with_states}", seconds)
+
+    def texts(self, under):
+        """Everything that can be read below the node of this role and name, in order."""
+        return [node.name for node in self.all(under=under) if node.role in READ]
 
     def wait_for_none(self, role, name, seconds=PATIENCE):
         self.wait_until(lambda: not self.all(role, name), f"no {role} {name!r} to be left", seconds)

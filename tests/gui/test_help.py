@@ -137,11 +137,6 @@ def guide(launch):
     return application
 
 
-def texts(application, under):
-    """Everything that can be read there, in order."""
-    return [node.name for node in application.all(under=under) if node.role in ("heading", "label", "push button")]
-
-
 def with_answers(*opened):
     """The page's texts when these questions are open."""
     return FAQ_HEADER + [
@@ -152,7 +147,7 @@ def with_answers(*opened):
 
 def expect_faq(application, *opened):
     application.wait_until(
-        lambda: texts(application, PAGE) == with_answers(*opened), f"answers {opened} alone to be open"
+        lambda: application.texts(PAGE) == with_answers(*opened), f"answers {opened} alone to be open"
     )
     states = {node.name: node.description for node in application.all("push button", under=PAGE)}
     expected = {question: "Expanded" if number in opened else "Collapsed"
@@ -203,7 +198,7 @@ def test_guide_hasEveryTermInItsSection(guide):
         expected.append(section)
         for term in terms:
             expected += term
-    assert texts(guide, SHEET) == expected
+    assert guide.texts(SHEET) == expected
     assert sum(len(terms) for _, terms in GUIDE) == 18
     headings = [node.name for node in guide.all("heading", under=SHEET)]
     assert headings == [SHEET[1], *(section for section, _ in GUIDE)]

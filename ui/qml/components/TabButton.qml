@@ -8,11 +8,13 @@ T.TabButton {
 
     required property string symbolName
     required property bool isChosen
+    // Closer to its neighbours, where all of them are to fit.
+    property bool isCompact: false
 
     implicitHeight: 32
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    leftPadding: 10
-    rightPadding: 10
+    leftPadding: isCompact ? 6 : 10
+    rightPadding: leftPadding
     focusPolicy: Qt.StrongFocus
     // What is chosen is decided elsewhere.
     checkable: false
