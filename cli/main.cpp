@@ -70,7 +70,9 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   app.require_subcommand(1);
   app.fallthrough();
   std::string root = "/";
-  app.add_option("--mac-root", root, "Folder that stands for a Mac's disk (default: this machine)")->type_name("DIR");
+  if (takesMachineFolders()) {
+    app.add_option("--mac-root", root, "Folder that stands for a Mac's disk (default: this machine)")->type_name("DIR");
+  }
   ChosenCommand chosen;
   addCheckCommand(app, chosen);
   addExplainCommand(app, chosen);

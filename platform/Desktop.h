@@ -23,7 +23,8 @@ class Desktop {
   /// Has a function called on the main thread whenever the user clicks on a notification of ours.
   virtual void onNotificationActivated(std::function<void()> activated) = 0;
   virtual Workspace& workspace() = 0;
-  virtual MotionPreference& motionPreference() = 0;
+  /// nullptr where the system has no such preference.
+  virtual MotionPreference* motionPreference() = 0;
   /// nullptr where the system has no symbols of its own.
   virtual const SymbolSource* symbolSource() const = 0;
   /// The typeface of all text; absent where the toolkit takes the system's own by itself.

@@ -9,7 +9,7 @@ class MotionPreference {
  public:
   virtual ~MotionPreference() = default;
   virtual bool isReduced() const = 0;
-  /// Has a function called on the main thread after each change, in place of the one before.
+  /// Has a function called on the main thread after each change, in place of the one before; nullptr for none.
   virtual void onChange(std::function<void()> changed) = 0;
 };
 

@@ -1,7 +1,6 @@
 #include "ui/CirrovaneApp.h"
 
 #include "coordinator/MakeDashboard.h"
-#include "platform/qt/DBusFileManager.h"
 #include "ui/PanelPlace.h"
 #include "ui/SymbolImageProvider.h"
 #include "ui/WindowFrame.h"
@@ -35,31 +34,31 @@ void bringToFront(QWindow& window) {
 
 }  // namespace
 
-CirrovaneApp::CirrovaneApp(Machine& machine, NotificationCenter& notificationCenter, const AppTab& firstTab)
+CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& firstTab)
     : machine_(machine),
+      desktop_(desktop),
       panels_(machine.fileSystem().homeDirectory()),
-      workspace_(makeDBusItemRevealer()),
-      dashboard_(makeServices(machine, notificationCenter),
+      dashboard_(makeServices(machine, desktop.notificationCenter()),
                  {{mainExecutor_, scanExecutor_, diagnosticsExecutor_, statusExecutor_},
                   refreshTimer_,
                   panels_,
-                  workspace_,
+                  desktop.workspace(),
                   machine.fileSystem(),
                   machine.fileStorage(),
                   machine.userDefaults(),
                   machine.timeText(),
                   machine.clock()}),
-      updates_(machine.bundle(), machine.userDefaults(), workspace_, machine.timeText(), machine.clock(),
-               [] { return nullptr; }),
-      settings_(machine.userDefaults()),
-      shell_(dashboard_, updates_, clipboard_, workspace_, firstTab),
+      updates_(machine.bundle(), machine.userDefaults(), desktop.workspace(), machine.timeText(), machine.clock(),
+               [&desktop] { return desktop.makeUpdater(); }),
+      settings_(machine.userDefaults(), desktop.motionPreference()),
+      shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
       snapshot_(dashboard_),
       pageContext_({dashboard_, settings_, clipboard_, machine.timeText(), machine.commandRunner(),
                     machine.systemInformation()}) {
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
-  engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider);
+  engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider(desktop.symbolSource()));
   makeWindow();
   if (window_ != nullptr) {
     makeTrayIcon();
@@ -97,12 +96,19 @@ void CirrovaneApp::makeWindow() {
     }
   });
   connect(qApp, &QCoreApplication::aboutToQuit, this, &CirrovaneApp::rememberFrame);
+  connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+    // A click on the icon in a Mac's Dock only makes the application the active one.
+    if (state == Qt::ApplicationActive && !isInSight()) {
+      showWindow();
+    }
+  });
 }
 
 void CirrovaneApp::makeTrayIcon() {
   // Whether there is a tray is asked when the last surface goes: at the start of a session it may come after us.
   QGuiApplication::setQuitOnLastWindowClosed(false);
-  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, [this](const QString& state) { return stateColour(state); });
+  trayIcon_ = std::make_unique<TrayIcon>(
+      snapshot_, [this](const QString& state) { return stateColour(state); }, desktop_);
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
   connect(trayIcon_.get(), &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
@@ -115,9 +121,12 @@ QColor CirrovaneApp::stateColour(const QString& state) {
   return colour.value<QColor>();
 }
 
+bool CirrovaneApp::isInSight() const {
+  return window_->isVisible() || (panel_ && panel_->isVisible());
+}
+
 void CirrovaneApp::quitIfOutOfReach() {
-  const bool isInSight = window_->isVisible() || (panel_ && panel_->isVisible());
-  if (!isInSight && !QSystemTrayIcon::isSystemTrayAvailable()) {
+  if (!isInSight() && !QSystemTrayIcon::isSystemTrayAvailable()) {
     QCoreApplication::quit();
   }
 }

@@ -2,12 +2,12 @@
 
 #include "coordinator/AppUpdateService.h"
 #include "coordinator/DashboardViewModel.h"
+#include "platform/Desktop.h"
 #include "platform/Machine.h"
 #include "platform/qt/QtClipboard.h"
 #include "platform/qt/QtMainExecutor.h"
 #include "platform/qt/QtPanels.h"
 #include "platform/qt/QtTimer.h"
-#include "platform/qt/QtWorkspace.h"
 #include "platform/qt/ThreadExecutor.h"
 #include "ui/TrayIcon.h"
 #include "ui/viewmodels/AppSettings.h"
@@ -28,8 +28,8 @@ class CirrovaneApp : public QObject {
   Q_OBJECT
 
  public:
-  /// The machine and the notification centre outlive the application.
-  CirrovaneApp(Machine& machine, NotificationCenter& notificationCenter, const AppTab& firstTab);
+  /// The machine and the desktop outlive the application.
+  CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& firstTab);
   ~CirrovaneApp() override;
 
   /// Shows the main window, in front of all others.
@@ -47,19 +47,21 @@ class CirrovaneApp : public QObject {
   void makeWindow();
   void makeTrayIcon();
   void rememberFrame();
+  /// Whether one of the surfaces is on screen.
+  bool isInSight() const;
   /// Ends the application when nothing of it is left to click on.
   void quitIfOutOfReach();
   /// The theme's colour of a health state.
   QColor stateColour(const QString& state);
 
   Machine& machine_;
+  Desktop& desktop_;
   QtMainExecutor mainExecutor_;
   ThreadExecutor scanExecutor_;
   ThreadExecutor diagnosticsExecutor_;
   ThreadExecutor statusExecutor_;
   QtTimer refreshTimer_;
   QtPanels panels_;
-  QtWorkspace workspace_;
   QtClipboard clipboard_;
   DashboardViewModel dashboard_;
   AppUpdateService updates_;

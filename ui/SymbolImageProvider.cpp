@@ -25,6 +25,35 @@ void drawUnknown(QPainter& painter, const QRectF& square) {
   painter.drawLine(box.topRight(), box.bottomLeft());
 }
 
+/// Our own drawing of the symbol, in black.
+QImage drawing(const QString& name, QSize pixels) {
+  QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  // Whole pixels, so that a straight edge stays as sharp as it was drawn.
+  const int side = std::min(pixels.width(), pixels.height());
+  const QPoint corner((pixels.width() - side) / 2, (pixels.height() - side) / 2);
+  const QRectF square(corner, QSize(side, side));
+
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QSvgRenderer renderer;
+  // A name comes from a URL: one with a folder in it is no symbol's.
+  const QString file = kFolder + name + kSuffix;
+  if (!name.contains(QLatin1Char('/')) && QFile::exists(file) && renderer.load(file)) {
+    renderer.render(&painter, square);
+  } else {
+    qWarning("No symbol has the name \"%s\"", qUtf8Printable(name));
+    drawUnknown(painter, square);
+  }
+  return image;
+}
+
+/// A shape as an image, in black.
+QImage imageOf(const SymbolBitmap& shape) {
+  const QImage view(shape.coverage.data(), shape.width, shape.height, shape.width, QImage::Format_Alpha8);
+  return view.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
 QSize sizeFor(const QSize& requested) {
   // A side that was left open follows the other.
   const int larger = std::max(requested.width(), requested.height());
@@ -48,38 +77,24 @@ QStringList symbolNames() {
   return names;
 }
 
-QImage symbolImage(const QString& name, const QColor& colour, QSize pixels) {
+QImage symbolImage(const QString& name, const QColor& colour, QSize pixels, const SymbolSource* source) {
   if (pixels.isEmpty()) {
     return {};
   }
-  QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
-  // Whole pixels, so that a straight edge stays as sharp as it was drawn.
-  const int side = std::min(pixels.width(), pixels.height());
-  const QPoint corner((pixels.width() - side) / 2, (pixels.height() - side) / 2);
-  const QRectF square(corner, QSize(side, side));
-
+  const auto shape =
+      source != nullptr ? source->draw(name.toStdString(), pixels.width(), pixels.height()) : std::nullopt;
+  QImage image = shape ? imageOf(*shape) : drawing(name, pixels);
   QPainter painter(&image);
-  painter.setRenderHint(QPainter::Antialiasing);
-  QSvgRenderer renderer;
-  // A name comes from a URL: one with a folder in it is no symbol's.
-  const QString file = kFolder + name + kSuffix;
-  if (!name.contains(QLatin1Char('/')) && QFile::exists(file) && renderer.load(file)) {
-    renderer.render(&painter, square);
-  } else {
-    qWarning("No symbol has the name \"%s\"", qUtf8Printable(name));
-    drawUnknown(painter, square);
-  }
   painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
   painter.fillRect(image.rect(), colour);
   painter.end();
   return image;
 }
 
-QIcon symbolIcon(const QString& name, const QColor& colour) {
+QIcon symbolIcon(const QString& name, const QColor& colour, const SymbolSource* source) {
   QIcon icon;
   for (const int side : {16, 22, 24, 32, 44, 48, 64}) {
-    icon.addPixmap(QPixmap::fromImage(symbolImage(name, colour, {side, side})));
+    icon.addPixmap(QPixmap::fromImage(symbolImage(name, colour, {side, side}, source)));
   }
   return icon;
 }
@@ -95,7 +110,8 @@ std::optional<QColor> symbolColour(const QString& digits) {
   return colour;
 }
 
-SymbolImageProvider::SymbolImageProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
+SymbolImageProvider::SymbolImageProvider(const SymbolSource* source)
+    : QQuickImageProvider(QQuickImageProvider::Image), source_(source) {}
 
 QImage SymbolImageProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
   const qsizetype slash = id.lastIndexOf(QLatin1Char('/'));
@@ -103,7 +119,7 @@ QImage SymbolImageProvider::requestImage(const QString& id, QSize* size, const Q
   if (!colour) {
     qWarning("No colour in the symbol's address \"%s\"", qUtf8Printable(id));
   }
-  QImage image = symbolImage(id.left(slash), colour.value_or(Qt::magenta), sizeFor(requestedSize));
+  QImage image = symbolImage(id.left(slash), colour.value_or(Qt::magenta), sizeFor(requestedSize), source_);
   if (size != nullptr) {
     *size = image.size();
   }

@@ -3,18 +3,24 @@
 #include "ui/SymbolImageProvider.h"
 
 #include <QAction>
+#include <QCursor>
 #include <utility>
 namespace cirrovane {
-TrayIcon::TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, QObject* parent)
-    : QObject(parent), snapshot_(snapshot), stateColour_(std::move(stateColour)) {
+TrayIcon::TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, const Desktop& desktop, QObject* parent)
+    : QObject(parent), snapshot_(snapshot), stateColour_(std::move(stateColour)), desktop_(desktop) {
   connect(menu_.addAction(QStringLiteral("Open Cirrovane")), &QAction::triggered, this, &TrayIcon::windowRequested);
   connect(menu_.addAction(QStringLiteral("Show Panel")), &QAction::triggered, this, &TrayIcon::panelRequested);
   menu_.addSeparator();
   connect(menu_.addAction(QStringLiteral("Quit Cirrovane")), &QAction::triggered, this, &TrayIcon::quitRequested);
-  icon_.setContextMenu(&menu_);
+  // The menu that a tray opens on every click would cover the panel.
+  if (!desktop_.opensTrayMenuOnAnyClick()) {
+    icon_.setContextMenu(&menu_);
+  }
   connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
     if (reason != QSystemTrayIcon::Context) {
       emit panelRequested();
+    } else if (icon_.contextMenu() == nullptr) {
+      menu_.popup(QCursor::pos());
     }
   });
   connect(&snapshot_, &SnapshotViewModel::reportChanged, this, &TrayIcon::update);
@@ -29,7 +35,10 @@ QRect TrayIcon::geometry() const {
 }
 
 void TrayIcon::update() {
-  icon_.setIcon(symbolIcon(snapshot_.menuBarSymbol(), stateColour_(snapshot_.state())));
+  QIcon icon = symbolIcon(snapshot_.menuBarSymbol(), stateColour_(snapshot_.state()), desktop_.symbolSource());
+  // A menu bar that gives its icons their colour takes the shape alone.
+  icon.setIsMask(true);
+  icon_.setIcon(icon);
   icon_.setToolTip(snapshot_.toolTip());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Desktop.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 
 #include <QColor>
@@ -18,7 +19,8 @@ class TrayIcon : public QObject {
   /// The colour of a health state by its name.
   using StateColour = std::function<QColor(const QString& state)>;
 
-  TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, QObject* parent = nullptr);
+  /// The desktop outlives the icon.
+  TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, const Desktop& desktop, QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
   QRect geometry() const;
@@ -33,6 +35,7 @@ class TrayIcon : public QObject {
 
   SnapshotViewModel& snapshot_;
   StateColour stateColour_;
+  const Desktop& desktop_;
   QMenu menu_;
   QSystemTrayIcon icon_;
 };

@@ -1,6 +1,5 @@
 #include "core/DisplayText.h"
-#include "platform/qt/DBusFileManager.h"
-#include "platform/qt/DBusNotificationCenter.h"
+#include "platform/Desktop.h"
 #include "platform/qt/SingleInstance.h"
 #include "ui/CirrovaneApp.h"
 
@@ -37,8 +36,10 @@ struct Options {
 /// The status to end with at once; absent when the application is to start.
 std::optional<int> readOptions(int argumentCount, char** arguments, Options& options) {
   CLI::App app("Is it safe to close this Mac without losing work that has not reached iCloud Drive?", "cirrovane");
-  app.add_option("--mac-root", options.macRoot, "Folder that stands for a Mac's disk (default: this machine)")
-      ->type_name("DIR");
+  if (takesMachineFolders()) {
+    app.add_option("--mac-root", options.macRoot, "Folder that stands for a Mac's disk (default: this machine)")
+        ->type_name("DIR");
+  }
   app.add_flag("--panel", options.opensPanel, "Open the menu-bar panel at the start");
   // The toolkit has options of its own.
   app.allow_extras();
@@ -64,23 +65,23 @@ void saveMemory() {
   }
 }
 
-void setUpLook() {
-#ifndef Q_OS_MACOS
-  QFont font(QStringLiteral("Inter"));
-  font.setPixelSize(14);
-  QApplication::setFont(font);
-#endif
+void setUpFont(const Desktop& desktop) {
+  if (const auto family = desktop.fontFamily()) {
+    QFont font(QString::fromStdString(*family));
+    font.setPixelSize(14);
+    QApplication::setFont(font);
+  }
 }
 
 int runApplication(Machine& machine, SingleInstance& instance, bool opensPanel) {
-  DBusNotificationCenter notificationCenter(
-      [&machine] { return machine.notificationAuthorization().value_or("authorized"); });
-  auto app = std::make_unique<CirrovaneApp>(machine, notificationCenter, firstTab());
+  const std::unique_ptr<Desktop> desktop = makeDesktop(machine);
+  setUpFont(*desktop);
+  auto app = std::make_unique<CirrovaneApp>(machine, *desktop, firstTab());
   if (!app->isComplete()) {
     std::fputs("cirrovane: The window could not be made.\n", stderr);
     return kCouldNot;
   }
-  notificationCenter.onActivated([&] { app->showWindow(); });
+  desktop->onNotificationActivated([&] { app->showWindow(); });
   const auto show = [&](const std::string& message) {
     message == kPanelMessage ? app->showPanel() : app->showWindow();
   };
@@ -107,7 +108,6 @@ int runProgram(int argumentCount, char** arguments) {
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(QStringLiteral("Cirrovane"));
   QApplication::setDesktopFileName(QStringLiteral("cirrovane"));
-  setUpLook();
   SingleInstance instance(root);
   // A first one that hangs is no reason to leave the user without an answer.
   if (instance.start(options.opensPanel ? kPanelMessage : kWindowMessage) == SingleInstance::Start::received) {

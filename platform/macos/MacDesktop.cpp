@@ -19,7 +19,7 @@ class MacDesktop final : public Desktop {
     notificationCenter_.onActivated(std::move(activated));
   }
   Workspace& workspace() override { return workspace_; }
-  MotionPreference& motionPreference() override { return motionPreference_; }
+  MotionPreference* motionPreference() override { return &motionPreference_; }
   const SymbolSource* symbolSource() const override { return &symbolSource_; }
   std::optional<std::string> fontFamily() const override { return std::nullopt; }
   bool opensTrayMenuOnAnyClick() const override { return true; }

@@ -34,7 +34,7 @@ bool MacMotionPreference::isReduced() const {
 
 void MacMotionPreference::onChange(std::function<void()> changed) {
   @autoreleasepool {
-    observation_ = std::make_unique<Observation>(changed);
+    observation_ = changed ? std::make_unique<Observation>(changed) : nullptr;
   }
 }
 

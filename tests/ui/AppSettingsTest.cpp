@@ -1,3 +1,4 @@
+#include "tests/support/FakeMotionPreference.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "ui/viewmodels/AppSettings.h"
 
@@ -48,6 +49,48 @@ TEST(AppSettings, choices_comeBackAfterARestart) {
   FakeUserDefaults defaults;
   AppSettings(defaults).setMotionEnabled(false);
   EXPECT_FALSE(AppSettings(defaults).motionEnabled());
+}
+
+TEST(AppSettings, motion_isAllowedWhereNeitherTheUserNorTheSystemIsAgainstIt) {
+  FakeUserDefaults defaults;
+  FakeMotionPreference preference;
+  AppSettings settings(defaults, &preference);
+  EXPECT_TRUE(settings.motionAllowed());
+  preference.setReduced(true);
+  EXPECT_FALSE(settings.motionAllowed());
+  EXPECT_TRUE(settings.motionEnabled());
+  preference.setReduced(false);
+  settings.setMotionEnabled(false);
+  EXPECT_FALSE(settings.motionAllowed());
+}
+
+TEST(AppSettings, motionAllowed_isToldAfterEitherChange) {
+  FakeUserDefaults defaults;
+  FakeMotionPreference preference;
+  AppSettings settings(defaults, &preference);
+  const QSignalSpy told(&settings, &AppSettings::motionAllowedChanged);
+  preference.setReduced(true);
+  EXPECT_EQ(told.size(), 1);
+  settings.setMotionEnabled(false);
+  EXPECT_EQ(told.size(), 2);
+}
+
+TEST(AppSettings, motionWithoutSystemPreference_isTheUsersChoice) {
+  FakeUserDefaults defaults;
+  AppSettings settings(defaults);
+  EXPECT_TRUE(settings.motionAllowed());
+  settings.setMotionEnabled(false);
+  EXPECT_FALSE(settings.motionAllowed());
+}
+
+TEST(AppSettings, end_leavesTheSystemPreferenceUnobserved) {
+  FakeUserDefaults defaults;
+  FakeMotionPreference preference;
+  {
+    const AppSettings settings(defaults, &preference);
+    EXPECT_TRUE(preference.isObserved());
+  }
+  EXPECT_FALSE(preference.isObserved());
 }
 
 TEST(AppSettings, change_thatCannotBeStored_holdsMeanwhile) {

@@ -15,7 +15,7 @@ Item {
     AppBackdropView {
         anchors.fill: parent
         isClassic: shell.settings.isClassic
-        motionEnabled: shell.settings.motionEnabled
+        motionEnabled: shell.settings.motionAllowed
     }
 
     ColumnLayout {

@@ -36,7 +36,7 @@ ApplicationWindow {
     Binding {
         target: Theme
         property: "motionEnabled"
-        value: window.settings.motionEnabled
+        value: window.settings.motionAllowed
     }
 
     menuBar: WindowMenuBar {

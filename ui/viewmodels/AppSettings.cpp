@@ -9,13 +9,25 @@ constexpr const char* kClassic = "classic";
 
 }  // namespace
 
-AppSettings::AppSettings(UserDefaults& userDefaults, QObject* parent)
+AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference, QObject* parent)
     : QObject(parent),
       userDefaults_(userDefaults),
+      motionPreference_(motionPreference),
       isClassic_(userDefaults.text(kVisualStyleKey) == kClassic),
       motionEnabled_(userDefaults.boolean(kMotionEnabledKey).value_or(true)),
       showTerminologyOnDashboard_(userDefaults.boolean(kShowTerminologyOnDashboardKey).value_or(false)),
-      notificationsEnabled_(userDefaults.boolean(kGuardrailNotificationsEnabledKey).value_or(true)) {}
+      notificationsEnabled_(userDefaults.boolean(kGuardrailNotificationsEnabledKey).value_or(true)) {
+  connect(this, &AppSettings::motionEnabledChanged, this, &AppSettings::motionAllowedChanged);
+  if (motionPreference_ != nullptr) {
+    motionPreference_->onChange([this] { emit motionAllowedChanged(); });
+  }
+}
+
+AppSettings::~AppSettings() {
+  if (motionPreference_ != nullptr) {
+    motionPreference_->onChange(nullptr);
+  }
+}
 
 // A choice that could not be stored holds for as long as the application runs.
 

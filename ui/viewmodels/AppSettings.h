@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/MotionPreference.h"
 #include "platform/UserDefaults.h"
 
 #include <QObject>
@@ -16,18 +17,26 @@ class AppSettings : public QObject {
   Q_PROPERTY(QString visualStyle READ visualStyle WRITE setVisualStyle NOTIFY visualStyleChanged)
   Q_PROPERTY(bool isClassic READ isClassic NOTIFY visualStyleChanged)
   Q_PROPERTY(bool motionEnabled READ motionEnabled WRITE setMotionEnabled NOTIFY motionEnabledChanged)
+  Q_PROPERTY(bool motionAllowed READ motionAllowed NOTIFY motionAllowedChanged)
   Q_PROPERTY(bool showTerminologyOnDashboard READ showTerminologyOnDashboard WRITE setShowTerminologyOnDashboard NOTIFY
                  showTerminologyOnDashboardChanged)
   Q_PROPERTY(bool notificationsEnabled READ notificationsEnabled WRITE setNotificationsEnabled NOTIFY
                  notificationsEnabledChanged)
 
  public:
-  explicit AppSettings(UserDefaults& userDefaults, QObject* parent = nullptr);
+  /// What is given outlives the settings; without a preference, nobody asks the whole system for less motion.
+  explicit AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference = nullptr,
+                       QObject* parent = nullptr);
+  ~AppSettings() override;
 
   /// "liquid" or "classic"; a stored value that is neither counts as liquid.
   QString visualStyle() const { return isClassic_ ? QStringLiteral("classic") : QStringLiteral("liquid"); }
   bool isClassic() const { return isClassic_; }
   bool motionEnabled() const { return motionEnabled_; }
+  /// Whether anything may move: the user wants it here, and has not asked the whole system for less of it.
+  bool motionAllowed() const {
+    return motionEnabled_ && (motionPreference_ == nullptr || !motionPreference_->isReduced());
+  }
   bool showTerminologyOnDashboard() const { return showTerminologyOnDashboard_; }
   bool notificationsEnabled() const { return notificationsEnabled_; }
 
@@ -39,11 +48,13 @@ class AppSettings : public QObject {
  signals:
   void visualStyleChanged();
   void motionEnabledChanged();
+  void motionAllowedChanged();
   void showTerminologyOnDashboardChanged();
   void notificationsEnabledChanged();
 
  private:
   UserDefaults& userDefaults_;
+  MotionPreference* motionPreference_;
   bool isClassic_;
   bool motionEnabled_;
   bool showTerminologyOnDashboard_;

@@ -385,6 +385,45 @@ TEST_F(SymbolsTest, provider_onSeveralThreads_drawsTheSame) {
   }
 }
 
+/// A system that has a symbol of its own, which covers the left half, and no other.
+class FakeSource final : public SymbolSource {
+ public:
+  std::optional<SymbolBitmap> draw(const std::string& name, int width, int height) const override {
+    if (name != "the.systems.own") {
+      return std::nullopt;
+    }
+    SymbolBitmap bitmap{width, height, {}};
+    for (int pixel = 0; pixel < width * height; ++pixel) {
+      bitmap.coverage.push_back(pixel % width < width / 2 ? 255 : 0);
+    }
+    return bitmap;
+  }
+};
+
+TEST_F(SymbolsTest, systemsSymbol_isDrawnInTheColour) {
+  const FakeSource source;
+  // A width whose rows are not a multiple of four bytes.
+  const QImage image = symbolImage("the.systems.own", QColor(10, 20, 30), {6, 3}, &source);
+  ASSERT_EQ(image.size(), QSize(6, 3));
+  for (int row = 0; row < 3; ++row) {
+    EXPECT_EQ(image.pixelColor(2, row), QColor(10, 20, 30)) << row;
+    EXPECT_EQ(image.pixelColor(3, row).alpha(), 0) << row;
+  }
+}
+
+TEST_F(SymbolsTest, symbolThatTheSystemLacks_isDrawnByUs) {
+  const FakeSource source;
+  EXPECT_EQ(symbolImage("checkmark", Qt::white, {24, 24}, &source), drawn("checkmark", 24));
+}
+
+TEST_F(SymbolsTest, providerWithSource_servesItsSymbols) {
+  const FakeSource source;
+  SymbolImageProvider provider(&source);
+  const QImage image = provider.requestImage(QStringLiteral("the.systems.own/0a141e"), nullptr, {8, 8});
+  EXPECT_EQ(image.pixelColor(0, 0), QColor(10, 20, 30));
+  EXPECT_EQ(image.pixelColor(7, 7).alpha(), 0);
+}
+
 TEST_F(SymbolsTest, window_loadsASymbolByItsAddress) {
   QQmlEngine engine;
   engine.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider);

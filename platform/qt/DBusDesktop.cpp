@@ -1,0 +1,40 @@
+#include "platform/Desktop.h"
+#include "platform/qt/DBusFileManager.h"
+#include "platform/qt/DBusNotificationCenter.h"
+#include "platform/qt/QtWorkspace.h"
+
+#include <utility>
+
+namespace cirrovane {
+namespace {
+
+/// A desktop of freedesktop.org's kind.
+class DBusDesktop final : public Desktop {
+ public:
+  explicit DBusDesktop(Machine& machine)
+      : notificationCenter_([&machine] { return machine.notificationAuthorization().value_or("authorized"); }),
+        workspace_(makeDBusItemRevealer()) {}
+
+  NotificationCenter& notificationCenter() override { return notificationCenter_; }
+  void onNotificationActivated(std::function<void()> activated) override {
+    notificationCenter_.onActivated(std::move(activated));
+  }
+  Workspace& workspace() override { return workspace_; }
+  MotionPreference* motionPreference() override { return nullptr; }
+  const SymbolSource* symbolSource() const override { return nullptr; }
+  std::optional<std::string> fontFamily() const override { return "Inter"; }
+  bool opensTrayMenuOnAnyClick() const override { return false; }
+  std::unique_ptr<Updater> makeUpdater() override { return nullptr; }
+
+ private:
+  DBusNotificationCenter notificationCenter_;
+  QtWorkspace workspace_;
+};
+
+}  // namespace
+
+std::unique_ptr<Desktop> makeDesktop(Machine& machine) {
+  return std::make_unique<DBusDesktop>(machine);
+}
+
+}  // namespace cirrovane
