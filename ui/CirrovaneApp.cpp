@@ -52,7 +52,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                [&desktop] { return desktop.makeUpdater(); }),
       settings_(machine.userDefaults(), desktop.motionPreference()),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
-      snapshot_(dashboard_),
+      snapshot_(dashboard_, updates_, machine.timeText()),
       pageContext_({dashboard_, settings_, clipboard_, machine.timeText(), machine.commandRunner(),
                     machine.systemInformation()}) {
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.

@@ -16,6 +16,8 @@ class FakeFileStorage final : public FileStorage {
  public:
   /// Every write of a file for others, such as an export, fails with it, while there is one.
   std::optional<Failure> failure;
+  /// The same for the files that are the user's alone, such as a store's.
+  std::optional<Failure> privateFailure;
 
   std::optional<Failure> createFolders(const std::string&, FileAccess) const override { return std::nullopt; }
 
@@ -26,8 +28,8 @@ class FakeFileStorage final : public FileStorage {
 
   std::optional<Failure> writeAtomically(const std::string& path, FileAccess access,
                                          const ByteProducer& produce) const override {
-    if (failure && access == FileAccess::asUsual) {
-      return failure;
+    if (const auto& refusal = access == FileAccess::asUsual ? failure : privateFailure) {
+      return refusal;
     }
     std::string content;
     const bool isWhole = produce([&](std::string_view piece) {

@@ -3,7 +3,12 @@
 #include "ui/viewmodels/SnapshotViewModel.h"
 
 #include <QSignalSpy>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace cirrovane::test {
@@ -11,7 +16,19 @@ namespace {
 
 class SnapshotViewModelTest : public DashboardMachine {
  protected:
-  SnapshotViewModelTest() : DashboardMachine({executor_, executor_, executor_, executor_}) { launch(); }
+  SnapshotViewModelTest() : DashboardMachine({executor_, executor_, executor_, executor_}) {
+    bundle_.info = {{"CFBundleShortVersionString", "1.2"},
+                    {"CFBundleVersion", "45"},
+                    {"CirrovaneReleasesURL", "https://example.com/releases"}};
+    launch();
+    updates_ =
+        std::make_unique<AppUpdateService>(bundle_, defaults_, workspace_, timeText_, clock_, [] { return nullptr; });
+  }
+
+  SnapshotViewModel& open() {
+    snapshot_ = std::make_unique<SnapshotViewModel>(*dashboard_, *updates_, timeText_);
+    return *snapshot_;
+  }
 
   /// Publishes a report of this state and verdict.
   void report(HealthState status, bool safeToClose) {
@@ -23,18 +40,33 @@ class SnapshotViewModelTest : public DashboardMachine {
     dashboard_->publishedReport().set(Shared<SyncHealthReport>(report));
   }
 
+  void publishBlockers(std::vector<SyncBlocker> blockers) {
+    SyncHealthReport report;
+    report.blockers = std::move(blockers);
+    dashboard_->publishedReport().set(Shared(std::move(report)));
+  }
+  void publishHistory(const std::vector<ScanSnapshot>& snapshots) {
+    dashboard_->historyStore().publishedSnapshots().set(snapshots);
+  }
+  QString topBlockerAt(const std::string& path) {
+    publishBlockers({makeBlocker(BlockerReason::stalledUpload, path), makeBlocker(BlockerReason::notUploaded, "/b")});
+    return snapshot_->topBlocker();
+  }
+
   ManualExecutor executor_;
+  std::unique_ptr<AppUpdateService> updates_;
+  std::unique_ptr<SnapshotViewModel> snapshot_;
 };
 
 TEST_F(SnapshotViewModelTest, beforeTheFirstScan_isAWarning) {
-  const SnapshotViewModel snapshot(*dashboard_);
+  const SnapshotViewModel& snapshot = open();
   EXPECT_EQ(snapshot.menuBarSymbol(), "exclamationmark.triangle.fill");
   EXPECT_EQ(snapshot.statusLabel(), "Yellow Needs Attention");
   EXPECT_EQ(snapshot.verdict(), "Do not close yet");
 }
 
 TEST_F(SnapshotViewModelTest, eachState_hasItsSymbolAndItsWords) {
-  const SnapshotViewModel snapshot(*dashboard_);
+  const SnapshotViewModel& snapshot = open();
   report(HealthState::safe, true);
   EXPECT_EQ(snapshot.menuBarSymbol(), "checkmark.seal.fill");
   EXPECT_EQ(snapshot.statusLabel(), "Green Safe");
@@ -49,14 +81,14 @@ TEST_F(SnapshotViewModelTest, eachState_hasItsSymbolAndItsWords) {
 }
 
 TEST_F(SnapshotViewModelTest, warning_thatIsSafeToClose_keepsTheWarningSymbol) {
-  const SnapshotViewModel snapshot(*dashboard_);
+  const SnapshotViewModel& snapshot = open();
   report(HealthState::warning, true);
   EXPECT_EQ(snapshot.menuBarSymbol(), "exclamationmark.triangle.fill");
   EXPECT_EQ(snapshot.verdict(), "Safe to close now");
 }
 
 TEST_F(SnapshotViewModelTest, newReport_isToldWithItsOwnValues) {
-  const SnapshotViewModel snapshot(*dashboard_);
+  const SnapshotViewModel& snapshot = open();
   QString seen;
   QObject::connect(&snapshot, &SnapshotViewModel::reportChanged, [&] { seen = snapshot.statusLabel(); });
   report(HealthState::safe, true);
@@ -64,9 +96,113 @@ TEST_F(SnapshotViewModelTest, newReport_isToldWithItsOwnValues) {
 }
 
 TEST_F(SnapshotViewModelTest, appearing_asksForARefresh) {
-  SnapshotViewModel snapshot(*dashboard_);
+  SnapshotViewModel& snapshot = open();
   snapshot.appeared();
   EXPECT_TRUE(dashboard_->isScanning());
+}
+
+TEST_F(SnapshotViewModelTest, appearingTwice_startsTheTimerOnce) {
+  SnapshotViewModel& snapshot = open();
+  snapshot.appeared();
+  executor_.runAll();
+  snapshot.appeared();
+  EXPECT_TRUE(dashboard_->isScanning());
+  EXPECT_EQ(timer_.starts().size(), 1U);
+}
+
+TEST_F(SnapshotViewModelTest, noBlockers_noTopBlocker) {
+  const SnapshotViewModel& snapshot = open();
+  EXPECT_FALSE(snapshot.hasTopBlocker());
+  EXPECT_EQ(snapshot.topBlocker(), "");
+}
+
+TEST_F(SnapshotViewModelTest, topBlocker_isTheFirstWithItsFilesName) {
+  const SnapshotViewModel& snapshot = open();
+  EXPECT_EQ(topBlockerAt("/Users/test/Work/invoice.pdf"), "Upload Stalled: invoice.pdf");
+  EXPECT_TRUE(snapshot.hasTopBlocker());
+}
+
+TEST_F(SnapshotViewModelTest, topBlocker_withoutALastComponent_isTheWholePath) {
+  open();
+  EXPECT_EQ(topBlockerAt("/"), "Upload Stalled: /");
+  EXPECT_EQ(topBlockerAt("/Users/test/Work/"), "Upload Stalled: /Users/test/Work/");
+  EXPECT_EQ(topBlockerAt("invoice.pdf"), "Upload Stalled: invoice.pdf");
+}
+
+TEST_F(SnapshotViewModelTest, topBlocker_ofAHostileName_isEscapedAndALongOneWhole) {
+  open();
+  EXPECT_EQ(topBlockerAt("/a\u202eb\nc"), "Upload Stalled: a\\u{202e}b\\nc");
+  EXPECT_EQ(topBlockerAt("/" + std::string(255, 'x')).toStdString(), "Upload Stalled: " + std::string(255, 'x'));
+}
+
+TEST_F(SnapshotViewModelTest, noFailedScan_noBlock) {
+  const SnapshotViewModel& snapshot = open();
+  publishHistory({makeSnapshot(true)});
+  EXPECT_FALSE(snapshot.hasLastFailed());
+  EXPECT_EQ(snapshot.lastFailedTime(), "");
+  EXPECT_EQ(snapshot.lastFailedReason(), "");
+}
+
+TEST_F(SnapshotViewModelTest, failedScan_beyondTheTwoHundredNewest_isForgotten) {
+  const SnapshotViewModel& snapshot = open();
+  std::vector<ScanSnapshot> history = makeSnapshots(200);
+  history.push_back(makeSnapshot(false));
+  publishHistory(history);
+  EXPECT_FALSE(snapshot.hasLastFailed());
+  history.erase(history.begin());
+  publishHistory(history);
+  EXPECT_TRUE(snapshot.hasLastFailed());
+}
+
+TEST_F(SnapshotViewModelTest, failedScan_isToldByItsTimeAndReason) {
+  ScanSnapshot failed = makeSnapshot(false);
+  failed.topBlockerReason = BlockerReason::uploadError;
+  const SnapshotViewModel& snapshot = open();
+  publishHistory({makeSnapshot(true), failed});
+  EXPECT_TRUE(snapshot.hasLastFailed());
+  EXPECT_EQ(snapshot.lastFailedTime(), "6:21:00 PM");
+  EXPECT_EQ(snapshot.lastFailedDate(), "Nov 15, 6:21 PM");
+  EXPECT_EQ(snapshot.lastFailedReason(), "Upload Error");
+}
+
+TEST_F(SnapshotViewModelTest, failedScan_withoutAReason_isToldByItsTimeAlone) {
+  const SnapshotViewModel& snapshot = open();
+  publishHistory({makeSnapshot(false)});
+  EXPECT_EQ(snapshot.lastFailedTime(), "6:21:00 PM");
+  EXPECT_EQ(snapshot.lastFailedReason(), "");
+}
+
+TEST_F(SnapshotViewModelTest, failedScan_beforeTheLaunch_isShownFromTheStart) {
+  store("history.json", std::vector<ScanSnapshot>{makeSnapshot(false)});
+  launch();
+  EXPECT_TRUE(open().hasLastFailed());
+}
+
+TEST_F(SnapshotViewModelTest, rescan_isUnderWayUntilItIsDone) {
+  SnapshotViewModel& snapshot = open();
+  const QSignalSpy changes(&snapshot, &SnapshotViewModel::isScanningChanged);
+  snapshot.rescan();
+  EXPECT_TRUE(snapshot.isScanning());
+  executor_.runAll();
+  EXPECT_FALSE(snapshot.isScanning());
+  EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(SnapshotViewModelTest, export_notesHowItEnded) {
+  SnapshotViewModel& snapshot = open();
+  EXPECT_EQ(snapshot.exportNote(), "");
+  snapshot.exportProofPacket();
+  EXPECT_EQ(snapshot.exportNote(), "");
+  panels_.answer = "/Users/test/proof.json";
+  snapshot.exportProofPacket();
+  EXPECT_EQ(snapshot.exportNote(), "Proof packet exported to proof.json.");
+}
+
+TEST_F(SnapshotViewModelTest, updates_areNamedAndCheckedFor) {
+  SnapshotViewModel& snapshot = open();
+  EXPECT_EQ(snapshot.buildLabel(), "Build v1.2 (45)");
+  snapshot.checkForUpdates();
+  EXPECT_THAT(workspace_.opened(), testing::ElementsAre("https://example.com/releases"));
 }
 
 }  // namespace

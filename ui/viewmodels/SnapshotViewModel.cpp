@@ -1,37 +1,42 @@
 #include "ui/viewmodels/SnapshotViewModel.h"
 
+#include "coordinator/HistorySummary.h"
+#include "ui/viewmodels/BlockerText.h"
+#include "ui/viewmodels/HealthWords.h"
+#include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
 
-#include <string_view>
+#include <string>
 
 namespace cirrovane {
-namespace {
 
-struct StateWords {
-  std::string_view label;
-  std::string_view symbol;
-};
-
-StateWords wordsOf(HealthState state) {
-  switch (state) {
-    case HealthState::safe:
-      return {"Green Safe", "checkmark.seal.fill"};
-    case HealthState::warning:
-      return {"Yellow Needs Attention", "exclamationmark.triangle.fill"};
-    case HealthState::danger:
-      break;
-  }
-  return {"Red Unsafe", "xmark.octagon.fill"};
-}
-
-}  // namespace
-
-SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, QObject* parent)
-    : QObject(parent), dashboard_(dashboard), report_(dashboard.publishedReport().value()) {
-  subscription_ = dashboard_.publishedReport().observe([this](const Shared<SyncHealthReport>& report) {
+SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
+                                     QObject* parent)
+    : QObject(parent),
+      dashboard_(dashboard),
+      updates_(updates),
+      timeText_(timeText),
+      report_(dashboard.publishedReport().value()),
+      lastFailed_(dashboard.lastFailedSnapshot()),
+      isScanning_(dashboard.isScanning()),
+      exportNote_(toDisplay(dashboard.exportNote().value_or(""))) {
+  subscriptions_.push_back(dashboard_.publishedReport().observe([this](const Shared<SyncHealthReport>& report) {
     report_ = report;
     emit reportChanged();
-  });
+  }));
+  subscriptions_.push_back(
+      dashboard_.historyStore().publishedSnapshots().observe([this](const std::vector<ScanSnapshot>& snapshots) {
+        lastFailed_ = lastSnapshot(snapshots, false);
+        emit historyChanged();
+      }));
+  subscriptions_.push_back(dashboard_.publishedIsScanning().observe([this](bool isScanning) {
+    isScanning_ = isScanning;
+    emit isScanningChanged();
+  }));
+  subscriptions_.push_back(dashboard_.publishedExportNote().observe([this](const std::optional<std::string>& note) {
+    exportNote_ = toDisplay(note.value_or(""));
+    emit exportNoteChanged();
+  }));
 }
 
 QString SnapshotViewModel::state() const {
@@ -39,11 +44,11 @@ QString SnapshotViewModel::state() const {
 }
 
 QString SnapshotViewModel::statusLabel() const {
-  return toQString(wordsOf(report_->status).label);
+  return toQString(healthWords(report_->status).label);
 }
 
 QString SnapshotViewModel::menuBarSymbol() const {
-  return toQString(wordsOf(report_->status).symbol);
+  return toQString(healthWords(report_->status).symbol);
 }
 
 QString SnapshotViewModel::score() const {
@@ -62,8 +67,40 @@ QString SnapshotViewModel::toolTip() const {
   return QStringLiteral("Cirrovane: %1. %2.").arg(statusLabel(), verdict());
 }
 
+QString SnapshotViewModel::topBlocker() const {
+  return hasTopBlocker() ? blockerLine(report_->blockers.front()) : QString();
+}
+
+QString SnapshotViewModel::lastFailedTime() const {
+  return lastFailed_ ? toQString(timeText_.timeOfDay(lastFailed_->timestamp)) : QString();
+}
+
+QString SnapshotViewModel::lastFailedDate() const {
+  return lastFailed_ ? toQString(timeText_.dayAndTime(lastFailed_->timestamp)) : QString();
+}
+
+QString SnapshotViewModel::lastFailedReason() const {
+  return lastFailed_ ? topReasonTitle(*lastFailed_) : QString();
+}
+
+QString SnapshotViewModel::buildLabel() const {
+  return QStringLiteral("Build ") + toQString(updates_.versionLabel());
+}
+
 void SnapshotViewModel::appeared() {
   dashboard_.surfaceAppeared();
+}
+
+void SnapshotViewModel::rescan() {
+  dashboard_.refresh();
+}
+
+void SnapshotViewModel::exportProofPacket() {
+  dashboard_.exportProofPacket();
+}
+
+void SnapshotViewModel::checkForUpdates() {
+  updates_.checkForUpdates();
 }
 
 }  // namespace cirrovane

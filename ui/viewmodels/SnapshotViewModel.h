@@ -1,14 +1,18 @@
 #pragma once
 
+#include "coordinator/AppUpdateService.h"
 #include "coordinator/DashboardViewModel.h"
+#include "platform/TimeText.h"
 
 #include <QObject>
 #include <QString>
 #include <QtQmlIntegration>
+#include <optional>
+#include <vector>
 
 namespace cirrovane {
 
-/// The verdict at a glance, for the menu-bar icon and its panel.
+/// The verdict at a glance and the most used actions, for the menu-bar icon and its panel.
 class SnapshotViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -19,9 +23,20 @@ class SnapshotViewModel : public QObject {
   Q_PROPERTY(QString score READ score NOTIFY reportChanged)
   Q_PROPERTY(QString verdict READ verdict NOTIFY reportChanged)
   Q_PROPERTY(QString scores READ scores NOTIFY reportChanged)
+  Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY reportChanged)
+  Q_PROPERTY(QString topBlocker READ topBlocker NOTIFY reportChanged)
+  Q_PROPERTY(bool hasLastFailed READ hasLastFailed NOTIFY historyChanged)
+  Q_PROPERTY(QString lastFailedTime READ lastFailedTime NOTIFY historyChanged)
+  Q_PROPERTY(QString lastFailedDate READ lastFailedDate NOTIFY historyChanged)
+  Q_PROPERTY(QString lastFailedReason READ lastFailedReason NOTIFY historyChanged)
+  Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
+  Q_PROPERTY(QString exportNote READ exportNote NOTIFY exportNoteChanged)
+  Q_PROPERTY(QString buildLabel READ buildLabel CONSTANT)
 
  public:
-  explicit SnapshotViewModel(DashboardViewModel& dashboard, QObject* parent = nullptr);
+  /// All of it outlives this.
+  SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
+                    QObject* parent = nullptr);
 
   /// The health state by its name: "safe", "warning" or "danger".
   QString state() const;
@@ -35,16 +50,46 @@ class SnapshotViewModel : public QObject {
   /// State and verdict in words, for whoever points at the icon.
   QString toolTip() const;
 
+  bool hasTopBlocker() const { return !report_->blockers.empty(); }
+  /// "Upload Stalled: invoice.pdf"; empty without a blocker.
+  QString topBlocker() const;
+
+  bool hasLastFailed() const { return lastFailed_.has_value(); }
+  /// Time of day; empty where no scan failed, as the following two.
+  QString lastFailedTime() const;
+  QString lastFailedDate() const;
+  /// Empty also when it is unknown.
+  QString lastFailedReason() const;
+
+  bool isScanning() const { return isScanning_; }
+  /// How the latest export ended; empty before the first.
+  const QString& exportNote() const { return exportNote_; }
+  /// "Build v1.2 (45)".
+  QString buildLabel() const;
+
   /// To be called each time that the panel goes from hidden to visible.
   Q_INVOKABLE void appeared();
+  Q_INVOKABLE void rescan();
+  /// Lets the user name a file for a proof packet; comes back when that is done or cancelled.
+  Q_INVOKABLE void exportProofPacket();
+  Q_INVOKABLE void checkForUpdates();
 
  signals:
   void reportChanged();
+  void historyChanged();
+  void isScanningChanged();
+  void exportNoteChanged();
 
  private:
   DashboardViewModel& dashboard_;
+  AppUpdateService& updates_;
+  const TimeText& timeText_;
+  // As it is to be while a change is told, when the dashboard still has what was before.
   Shared<SyncHealthReport> report_;
-  Subscription subscription_;
+  std::optional<ScanSnapshot> lastFailed_;
+  bool isScanning_;
+  QString exportNote_;
+  std::vector<Subscription> subscriptions_;
 };
 
 }  // namespace cirrovane

@@ -1,0 +1,51 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/ActionsViewModel.h"
+
+#include <memory>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ActionsViewModelTest : public PageTest {
+ protected:
+  void publish() {
+    SyncHealthReport report;
+    report.summary = "Summary.";
+    report.actions = {{idOf(1), 1, "Resolve file conflicts first", "Decide."},
+                      {idOf(2), 2, "Stabilize network and re-check", "Confirm."}};
+    dashboard_->publishedReport().set(Shared(report));
+    catchUp();
+  }
+
+  std::unique_ptr<ActionsViewModel> page_ = open<ActionsViewModel>();
+};
+
+TEST_F(ActionsViewModelTest, beforeTheFirstScan_saysWhatToDo) {
+  EXPECT_THAT(texts(*page_->rows()), IsEmpty());
+  EXPECT_EQ(page_->emptyText(), "Add a critical folder and run your first scan.");
+}
+
+TEST_F(ActionsViewModelTest, actions_areNumberedInTheReportsOrder) {
+  publish();
+  EXPECT_THAT(texts(*page_->rows()),
+              ElementsAre("1.|Resolve file conflicts first|Decide.", "2.|Stabilize network and re-check|Confirm."));
+  EXPECT_EQ(page_->emptyText(), "");
+}
+
+TEST_F(ActionsViewModelTest, sameActionsAgain_changeNoRow) {
+  publish();
+  const RowSignals rows(*page_->rows());
+  publish();
+  EXPECT_EQ(rows.total(), 0);
+}
+
+}  // namespace
+}  // namespace cirrovane::test

@@ -1,0 +1,115 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/BlockersViewModel.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class BlockersViewModelTest : public PageTest {
+ protected:
+  void publish(std::vector<SyncBlocker> blockers) {
+    SyncHealthReport report;
+    report.blockers = std::move(blockers);
+    dashboard_->publishedReport().set(Shared(std::move(report)));
+    catchUp();
+  }
+
+  std::unique_ptr<BlockersViewModel> page_ = open<BlockersViewModel>();
+};
+
+TEST_F(BlockersViewModelTest, noBlockers_isEmptyAndCountsZero) {
+  EXPECT_TRUE(page_->isEmpty());
+  EXPECT_EQ(page_->countText(), "0 total");
+  EXPECT_THAT(texts(*page_->rows()), IsEmpty());
+}
+
+TEST_F(BlockersViewModelTest, fiveBlockers_areAllShownInTheReportsOrder) {
+  publish(makeBlockers({BlockerReason::unavailableFolder, BlockerReason::unresolvedConflict, BlockerReason::uploadError,
+                        BlockerReason::stalledUpload, BlockerReason::notDownloaded}));
+  EXPECT_FALSE(page_->isEmpty());
+  EXPECT_EQ(page_->countText(), "5 total");
+  EXPECT_THAT(texts(*page_->rows()),
+              ElementsAre("Folder Unavailable|Work|/unavailableFolder|Details.",
+                          "Conflict Detected|Work|/unresolvedConflict|Details.",
+                          "Upload Error|Work|/uploadError|Details.", "Upload Stalled|Work|/stalledUpload|Details.",
+                          "Cloud-Only (Not Local)|Work|/notDownloaded|Details."));
+}
+
+TEST_F(BlockersViewModelTest, remainingReasons_haveTheirTitles) {
+  publish(makeBlockers({BlockerReason::outsideICloud, BlockerReason::downloadError, BlockerReason::notUploaded}));
+  EXPECT_THAT(texts(*page_->rows()),
+              ElementsAre("Outside iCloud|Work|/outsideICloud|Details.", "Download Error|Work|/downloadError|Details.",
+                          "Not Uploaded|Work|/notUploaded|Details."));
+}
+
+TEST_F(BlockersViewModelTest, eightBlockers_areCountedAndTheFirstFiveShown) {
+  publish(makeBlockers(BlockerReason::notUploaded, 8));
+  EXPECT_EQ(page_->countText(), "8 total");
+  ASSERT_THAT(texts(*page_->rows()), SizeIs(5));
+  EXPECT_EQ(texts(*page_->rows())[0], "Not Uploaded|Work|/notUploaded0|Details.");
+  EXPECT_EQ(texts(*page_->rows())[4], "Not Uploaded|Work|/notUploaded4|Details.");
+}
+
+TEST_F(BlockersViewModelTest, halfAMillionBlockers_areCountedAndTheFirstFiveShown) {
+  publish(makeBlockers(BlockerReason::notUploaded, 500'000));
+  EXPECT_EQ(page_->countText(), "500000 total");
+  EXPECT_THAT(texts(*page_->rows()), SizeIs(5));
+}
+
+TEST_F(BlockersViewModelTest, reveal_showsTheRowsFileAsItIsOnTheDisk) {
+  files_.addExisting("/Users/test/a\x1b[2J.txt");
+  publish({makeBlocker(BlockerReason::notUploaded, "/Users/test/first.txt"),
+           makeBlocker(BlockerReason::notUploaded, "/Users/test/a\x1b[2J.txt")});
+  EXPECT_EQ(texts(*page_->rows())[1], "Not Uploaded|Work|/Users/test/a\\x1b[2J.txt|Details.");
+  page_->reveal(1);
+  EXPECT_THAT(workspace_.revealed(), ElementsAre("/Users/test/a\x1b[2J.txt"));
+}
+
+TEST_F(BlockersViewModelTest, reveal_ofARowThatIsGone_showsNothing) {
+  page_->reveal(0);
+  page_->reveal(-1);
+  EXPECT_THAT(workspace_.revealed(), IsEmpty());
+}
+
+TEST_F(BlockersViewModelTest, hostileNames_areEscapedAndLongOnesWhole) {
+  SyncBlocker blocker = makeBlocker(BlockerReason::notUploaded, "/Users/test/<b>" + std::string(255, 'x'));
+  blocker.folderName = "Tax\u202efdp";
+  blocker.details = "Line\nbreak";
+  publish({blocker});
+  EXPECT_THAT(texts(*page_->rows()),
+              ElementsAre("Not Uploaded|Tax\\u{202e}fdp|/Users/test/<b>" + std::string(255, 'x') + "|Line\\nbreak"));
+}
+
+TEST_F(BlockersViewModelTest, sameBlockersAgain_changeNoRow) {
+  publish(makeBlockers(BlockerReason::notUploaded, 8));
+  const RowSignals rows(*page_->rows());
+  publish(makeBlockers(BlockerReason::notUploaded, 8));
+  EXPECT_EQ(rows.total(), 0);
+}
+
+TEST_F(BlockersViewModelTest, newFirstBlocker_leavesTheOthersRowsAlone) {
+  const std::vector<SyncBlocker> before = makeBlockers(BlockerReason::notUploaded, 3);
+  publish(before);
+  const RowSignals rows(*page_->rows());
+  std::vector<SyncBlocker> after = {makeBlocker(BlockerReason::uploadError, "/new")};
+  after.insert(after.end(), before.begin(), before.end());
+  publish(after);
+  EXPECT_EQ(rows.insertions(), 1);
+  EXPECT_EQ(rows.total(), 1);
+}
+
+}  // namespace
+}  // namespace cirrovane::test

@@ -1,0 +1,127 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/TimelineViewModel.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class TimelineViewModelTest : public PageTest {
+ protected:
+  void publish(const std::vector<ScanSnapshot>& snapshots) {
+    dashboard_->historyStore().publishedSnapshots().set(snapshots);
+    catchUp();
+  }
+  std::string rowOf(const ScanSnapshot& snapshot) {
+    publish({snapshot});
+    return texts(*page_->rows()).at(0);
+  }
+
+  std::unique_ptr<TimelineViewModel> page_ = open<TimelineViewModel>();
+};
+
+TEST_F(TimelineViewModelTest, noHistory_isEmpty) {
+  EXPECT_TRUE(page_->isEmpty());
+  EXPECT_THAT(texts(*page_->rows()), IsEmpty());
+  EXPECT_THAT(page_->snapshots().scores(), IsEmpty());
+  EXPECT_EQ(page_->exportNote(), "");
+}
+
+TEST_F(TimelineViewModelTest, safeSnapshot_isToldWhole) {
+  ScanSnapshot snapshot = makeSnapshot(true, 97);
+  snapshot.status = HealthState::safe;
+  snapshot.localAvailabilityScore = 84;
+  EXPECT_EQ(rowOf(snapshot), "6:21:00 PM|Nov 15, 6:21 PM|Score 97|Local 84|0 blockers|Safe|safe");
+}
+
+TEST_F(TimelineViewModelTest, safeSnapshot_withBlockers_isStillSafe) {
+  ScanSnapshot snapshot = makeSnapshot(true, 97);
+  snapshot.blockerCount = 3;
+  snapshot.topBlockerReason = BlockerReason::notDownloaded;
+  EXPECT_EQ(rowOf(snapshot), "6:21:00 PM|Nov 15, 6:21 PM|Score 97|Local -|3 blockers|Safe|warning");
+}
+
+TEST_F(TimelineViewModelTest, unsafeSnapshot_isNamedByItsReason) {
+  ScanSnapshot snapshot = makeSnapshot(false, 40);
+  snapshot.status = HealthState::danger;
+  snapshot.localAvailabilityScore = 0;
+  snapshot.blockerCount = 1;
+  snapshot.topBlockerReason = BlockerReason::notUploaded;
+  EXPECT_EQ(rowOf(snapshot), "6:21:00 PM|Nov 15, 6:21 PM|Score 40|Local 0|1 blocker|Not Uploaded|danger");
+}
+
+TEST_F(TimelineViewModelTest, unsafeSnapshot_withoutAReason_isUnsafe) {
+  EXPECT_EQ(rowOf(makeSnapshot(false, 40)), "6:21:00 PM|Nov 15, 6:21 PM|Score 40|Local -|0 blockers|Unsafe|warning");
+}
+
+TEST_F(TimelineViewModelTest, longHistory_showsTheEightNewestAndChartsTwoHundred) {
+  publish(makeSnapshots(201));
+  ASSERT_THAT(texts(*page_->rows()), SizeIs(8));
+  EXPECT_THAT(texts(*page_->rows())[0], testing::HasSubstr("|Score 0|"));
+  EXPECT_THAT(texts(*page_->rows())[7], testing::HasSubstr("|Score 7|"));
+  EXPECT_THAT(page_->snapshots().scores(), SizeIs(200));
+  EXPECT_FALSE(page_->isEmpty());
+}
+
+TEST_F(TimelineViewModelTest, nextScan_addsOneRowAndDropsTheOldest) {
+  std::vector<ScanSnapshot> history = makeSnapshots(8);
+  publish(history);
+  const RowSignals rows(*page_->rows());
+  history.insert(history.begin(), makeSnapshot(false, 50));
+  publish(history);
+  EXPECT_EQ(rows.insertions(), 1);
+  EXPECT_EQ(rows.changes(), 0);
+  EXPECT_EQ(rows.total(), 2);
+}
+
+TEST_F(TimelineViewModelTest, sameHistoryAgain_changesNoRow) {
+  const std::vector<ScanSnapshot> history = makeSnapshots(3);
+  publish(history);
+  const RowSignals rows(*page_->rows());
+  publish(history);
+  EXPECT_EQ(rows.total(), 0);
+}
+
+TEST_F(TimelineViewModelTest, export_notesTheFileByItsName) {
+  panels_.answer = "/Users/test/Desktop/proof\u202e.json";
+  page_->exportProofPacket();
+  catchUp();
+  EXPECT_EQ(page_->exportNote(), "Proof packet exported to proof\\u{202e}.json.");
+}
+
+TEST_F(TimelineViewModelTest, export_failed_saysWhy) {
+  panels_.answer = "/Users/test/Desktop/proof.json";
+  storage_.failure = Failure{"No space left on device"};
+  page_->exportProofPacket();
+  catchUp();
+  EXPECT_EQ(page_->exportNote(), "Export failed: No space left on device");
+}
+
+TEST_F(TimelineViewModelTest, export_cancelled_notesNothing) {
+  page_->exportProofPacket();
+  catchUp();
+  EXPECT_EQ(page_->exportNote(), "");
+}
+
+TEST_F(TimelineViewModelTest, scan_thatCouldNotBeSaved_isTold) {
+  storage_.privateFailure = Failure{"No space left on device"};
+  page_->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_THAT(texts(*page_->rows()), SizeIs(1));
+  EXPECT_EQ(page_->saveFailure(), "The scan history could not be saved: No space left on device");
+}
+
+}  // namespace
+}  // namespace cirrovane::test

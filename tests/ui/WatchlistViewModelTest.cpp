@@ -1,0 +1,125 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/WatchlistViewModel.h"
+
+#include <QSignalSpy>
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class WatchlistViewModelTest : public PageTest {
+ protected:
+  std::string drive() const { return "iCloud Drive|" + std::string(kDrive); }
+
+  std::unique_ptr<WatchlistViewModel> page_ = open<WatchlistViewModel>();
+};
+
+TEST_F(WatchlistViewModelTest, firstLaunch_watchesICloudDrive) {
+  EXPECT_FALSE(page_->isEmpty());
+  EXPECT_THAT(texts(*page_->rows()), ElementsAre(drive()));
+  EXPECT_EQ(page_->saveFailure(), "");
+}
+
+TEST_F(WatchlistViewModelTest, addFolder_picked_isShownAndScanned) {
+  panels_.answer = "/Users/test/Desktop";
+  page_->addFolder();
+  catchUp();
+  EXPECT_THAT(texts(*page_->rows()), ElementsAre("Desktop|/Users/test/Desktop", drive()));
+  EXPECT_TRUE(page_->isScanning());
+}
+
+TEST_F(WatchlistViewModelTest, addFolder_cancelled_changesNothing) {
+  const RowSignals rows(*page_->rows());
+  page_->addFolder();
+  catchUp();
+  EXPECT_EQ(rows.total(), 0);
+  EXPECT_FALSE(page_->isScanning());
+}
+
+TEST_F(WatchlistViewModelTest, addFolder_pageGoneMeanwhile_endsWell) {
+  panels_.answer = "/Users/test/Desktop";
+  panels_.whileOpen = [this] { page_.reset(); };
+  page_->addFolder();
+  catchUp();
+  EXPECT_EQ(dashboard_->watchlist().folders().size(), 2U);
+}
+
+TEST_F(WatchlistViewModelTest, remove_isSeenAtOnceAndScanned) {
+  dashboard_->watchlist().addFolder("/Users/test/Desktop");
+  catchUp();
+  page_->remove(0);
+  EXPECT_THAT(texts(*page_->rows()), ElementsAre(drive()));
+  EXPECT_TRUE(page_->isScanning());
+  EXPECT_EQ(dashboard_->watchlist().folders().size(), 1U);
+}
+
+TEST_F(WatchlistViewModelTest, remove_last_leavesAnEmptyList) {
+  page_->remove(0);
+  EXPECT_TRUE(page_->isEmpty());
+  EXPECT_THAT(texts(*page_->rows()), IsEmpty());
+}
+
+TEST_F(WatchlistViewModelTest, remove_duringAScan_stillRemoves) {
+  page_->rescan();
+  page_->remove(0);
+  EXPECT_TRUE(page_->isEmpty());
+}
+
+TEST_F(WatchlistViewModelTest, remove_ofARowThatIsGone_changesNothing) {
+  page_->remove(1);
+  page_->remove(-1);
+  EXPECT_EQ(dashboard_->watchlist().folders().size(), 1U);
+  EXPECT_FALSE(page_->isScanning());
+}
+
+TEST_F(WatchlistViewModelTest, removedWithoutBeingSaved_isTold) {
+  storage_.privateFailure = Failure{"No space left on device"};
+  page_->remove(0);
+  EXPECT_EQ(page_->saveFailure(), "The watchlist could not be saved: No space left on device");
+}
+
+TEST_F(WatchlistViewModelTest, addedWithoutBeingSaved_isToldUntilASaveSucceeds) {
+  panels_.answer = "/Users/test/Desktop";
+  storage_.privateFailure = Failure{"No space left on device"};
+  page_->addFolder();
+  catchUp();
+  EXPECT_EQ(page_->saveFailure(), "The watchlist could not be saved: No space left on device");
+  storage_.privateFailure.reset();
+  page_->remove(0);
+  EXPECT_EQ(page_->saveFailure(), "");
+}
+
+TEST_F(WatchlistViewModelTest, hostileName_isEscapedAndALongOneWhole) {
+  dashboard_->watchlist().addFolder("/Users/test/\u202e" + std::string(250, 'x'));
+  catchUp();
+  const std::string name = "\\u{202e}" + std::string(250, 'x');
+  EXPECT_THAT(texts(*page_->rows()), testing::Contains(name + "|/Users/test/" + name));
+}
+
+TEST_F(WatchlistViewModelTest, equalNames_keepRowsOfTheirOwn) {
+  dashboard_->watchlist().addFolder("/Users/test/a/Docs");
+  dashboard_->watchlist().addFolder("/Users/test/b/Docs");
+  catchUp();
+  page_->remove(0);
+  EXPECT_THAT(texts(*page_->rows()), ElementsAre("Docs|/Users/test/b/Docs", drive()));
+}
+
+TEST_F(WatchlistViewModelTest, refresh_changesNoRow) {
+  const RowSignals rows(*page_->rows());
+  page_->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_EQ(rows.total(), 0);
+}
+
+}  // namespace
+}  // namespace cirrovane::test

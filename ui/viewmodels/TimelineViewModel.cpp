@@ -1,0 +1,66 @@
+#include "ui/viewmodels/TimelineViewModel.h"
+
+#include "ui/viewmodels/SaveFailureText.h"
+#include "ui/viewmodels/SnapshotText.h"
+#include "ui/viewmodels/Text.h"
+
+#include <utility>
+#include <vector>
+
+namespace cirrovane {
+namespace {
+
+QString verdictOf(const ScanSnapshot& snapshot) {
+  if (snapshot.safeToClose) {
+    return QStringLiteral("Safe");
+  }
+  const QString reason = topReasonTitle(snapshot);
+  return reason.isEmpty() ? QStringLiteral("Unsafe") : reason;
+}
+
+QString blockerCountText(std::int64_t count) {
+  return (count == 1 ? QStringLiteral("%1 blocker") : QStringLiteral("%1 blockers")).arg(count);
+}
+
+QString localText(const ScanSnapshot& snapshot) {
+  return snapshot.localAvailabilityScore ? QStringLiteral("Local %1").arg(*snapshot.localAvailabilityScore)
+                                         : QStringLiteral("Local -");
+}
+
+}  // namespace
+
+TimelineViewModel::TimelineViewModel(QObject* parent)
+    : PageViewModel(parent), rows_({"time", "date", "score", "local", "blockers", "verdict", "state"}) {}
+
+void TimelineViewModel::begin() {
+  follow(dashboard().historyStore().publishedSnapshots());
+  follow(dashboard().publishedExportNote());
+}
+
+void TimelineViewModel::update() {
+  snapshots_ = ScoreHistory(dashboard().fullHistory());
+  std::vector<RowListModel::Row> rows;
+  for (const ScanSnapshot& snapshot : dashboard().recentHistory()) {
+    rows.push_back(rowOf(snapshot));
+  }
+  rows_.setRows(std::move(rows));
+  saveFailure_ = saveFailureText("scan history", dashboard().historyStore().saveFailure());
+  exportNote_ = toDisplay(dashboard().exportNote().value_or(""));
+}
+
+RowListModel::Row TimelineViewModel::rowOf(const ScanSnapshot& snapshot) const {
+  const TimeText& timeText = context()->timeText();
+  return {toQString(snapshot.id.text()),
+          {toQString(timeText.timeOfDay(snapshot.timestamp)), toQString(timeText.dayAndTime(snapshot.timestamp)),
+           QStringLiteral("Score %1").arg(snapshot.score), localText(snapshot), blockerCountText(snapshot.blockerCount),
+           verdictOf(snapshot), toQString(rawValue(snapshot.status))}};
+}
+
+void TimelineViewModel::exportProofPacket() {
+  if (context() != nullptr) {
+    // Nothing after it: the panel handles events, and one of them may end the page.
+    dashboard().exportProofPacket();
+  }
+}
+
+}  // namespace cirrovane

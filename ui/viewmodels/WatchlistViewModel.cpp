@@ -1,0 +1,46 @@
+#include "ui/viewmodels/WatchlistViewModel.h"
+
+#include "ui/viewmodels/SaveFailureText.h"
+#include "ui/viewmodels/Text.h"
+
+#include <cstddef>
+#include <utility>
+
+namespace cirrovane {
+
+WatchlistViewModel::WatchlistViewModel(QObject* parent) : PageViewModel(parent), rows_({"name", "path"}) {}
+
+void WatchlistViewModel::begin() {
+  follow(dashboard().watchlist().publishedFolders());
+}
+
+void WatchlistViewModel::update() {
+  const WatchlistStore& watchlist = dashboard().watchlist();
+  std::vector<RowListModel::Row> rows;
+  ids_.clear();
+  for (const WatchFolder& folder : watchlist.folders()) {
+    ids_.push_back(folder.id);
+    rows.push_back({toQString(folder.id.text()), {toDisplay(folder.name), toDisplay(folder.path)}});
+  }
+  rows_.setRows(std::move(rows));
+  saveFailure_ = saveFailureText("watchlist", watchlist.saveFailure());
+}
+
+void WatchlistViewModel::addFolder() {
+  if (context() != nullptr) {
+    // Nothing after it: the panel handles events, and one of them may end the page.
+    dashboard().addFolderFromPanel();
+  }
+}
+
+void WatchlistViewModel::remove(int row) {
+  if (row < 0 || static_cast<std::size_t>(row) >= ids_.size()) {
+    return;
+  }
+  const UUID id = ids_[static_cast<std::size_t>(row)];
+  dashboard().watchlist().removeFolder(id);
+  dashboard().refresh();
+  updateNow();
+}
+
+}  // namespace cirrovane
