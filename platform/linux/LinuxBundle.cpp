@@ -10,11 +10,11 @@ namespace {
 
 using nlohmann::json;
 
+constexpr const char* kDesktopEntry = "com.quillmere.Cirrovane.desktop";
+
 std::string hostLocation() {
   std::error_code error;
-  const std::filesystem::path executable = std::filesystem::read_symlink("/proc/self/exe", error);
-  const std::filesystem::path prefix = CIRROVANE_INSTALL_PREFIX;
-  return executable.parent_path() == prefix / "bin" ? prefix / "Cirrovane.app" : executable;
+  return applicationLocation(std::filesystem::read_symlink("/proc/self/exe", error));
 }
 
 std::optional<std::string> hostInfo(std::string_view key) {
@@ -33,6 +33,16 @@ std::optional<std::string> textMember(const json& object, std::string_view key) 
 }
 
 }  // namespace
+
+std::string applicationLocation(const std::filesystem::path& executable) {
+  const std::filesystem::path folder = executable.parent_path();
+  const std::filesystem::path prefix = folder.parent_path();
+  // A build folder has programs in a "bin" too, but offers none of them in a desktop's menu.
+  std::error_code error;
+  const bool isInstalled =
+      folder.filename() == "bin" && std::filesystem::exists(prefix / "share/applications" / kDesktopEntry, error);
+  return isInstalled ? prefix / "Cirrovane.app" : executable;
+}
 
 std::string LinuxBundle::location() const {
   if (root_.describesHost()) {

@@ -3,11 +3,16 @@
 #include "platform/Bundle.h"
 #include "platform/linux/MacRoot.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace cirrovane {
+
+/// Where the application of a program is: a bundle's place in the prefix that the program was installed below, which
+/// may be any folder, and the program itself where it was not installed.
+std::string applicationLocation(const std::filesystem::path& executable);
 
 /// The bundle that a Mac root describes. On the host itself: a bundle's place in the install prefix for an installed
 /// program, else the bare executable, and in either case this build's own version.

@@ -73,6 +73,22 @@ TEST_F(LinuxBundleTest, host_isTheBareProgramItself) {
   EXPECT_FALSE(isApplicationBundle(bundle_));
 }
 
+TEST_F(LinuxBundleTest, installedProgram_isAnApplicationInItsPrefix) {
+  for (const std::string& prefix : {folder_ / "usr", folder_ / "opt/Cirrovane 1.0"}) {
+    writeFile(prefix + "/share/applications/com.quillmere.Cirrovane.desktop", "");
+    EXPECT_EQ(applicationLocation(prefix + "/bin/cirrovane"), prefix + "/Cirrovane.app");
+  }
+}
+
+TEST_F(LinuxBundleTest, programThatNoMenuOffers_isBare) {
+  writeFile(folder_ / "usr/share/applications/com.quillmere.Cirrovane.desktop", "");
+  writeFile(folder_ / "build/share/applications/other.desktop", "");
+  for (const std::string& program : {folder_ / "build/bin/cirrovane", folder_ / "usr/sbin/cirrovane",
+                                     folder_ / "usr/bin/more/cirrovane", std::string("cirrovane"), std::string()}) {
+    EXPECT_EQ(applicationLocation(program), program);
+  }
+}
+
 TEST_F(LinuxBundleTest, host_hasThisBuildsVersionAndNothingElse) {
   EXPECT_EQ(bundle_.infoText("CFBundleShortVersionString"), CIRROVANE_VERSION);
   EXPECT_EQ(bundle_.infoText("CFBundleVersion"), CIRROVANE_BUILD_NUMBER);
