@@ -61,7 +61,7 @@ void DBusNotificationCenter::add(const Notification& notification, std::function
 
 void DBusNotificationCenter::send(const Notification& notification, bool hasMarkup, std::function<void()> then) {
   const QString body = QString::fromStdString(notification.body);
-  const QVariantMap hints{{"desktop-entry", "cirrovane"}, {"sound-name", "message-new-instant"}};
+  const QVariantMap hints{{"desktop-entry", "com.quillmere.Cirrovane"}, {"sound-name", "message-new-instant"}};
   const QString noIcon("");
   QDBusMessage call = callOf("Notify");
   call << "Cirrovane" << serverIdOf(notification.identifier) << noIcon << QString::fromStdString(notification.title)

@@ -69,7 +69,7 @@ TEST_F(DBusNotificationCenterTest, add_sendsTheNotificationWithSoundAndDefaultAc
   EXPECT_EQ(arguments.value(4).toString(), "All <core> criteria & more.");
   EXPECT_EQ(arguments.value(5).toStringList(), QStringList({"default", "Open Cirrovane"}));
   EXPECT_EQ(qdbus_cast<QVariantMap>(arguments.value(6)),
-            QVariantMap({{"desktop-entry", "cirrovane"}, {"sound-name", "message-new-instant"}}));
+            QVariantMap({{"desktop-entry", "com.quillmere.Cirrovane"}, {"sound-name", "message-new-instant"}}));
   EXPECT_EQ(arguments.value(7).toInt(), -1);
 }
 
