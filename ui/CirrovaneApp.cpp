@@ -53,8 +53,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
       settings_(machine.userDefaults(), desktop.motionPreference()),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
       snapshot_(dashboard_, updates_, machine.timeText()),
-      pageContext_({dashboard_, settings_, clipboard_, machine.timeText(), machine.commandRunner(),
-                    machine.systemInformation()}) {
+      pageContext_({dashboard_, settings_, clipboard_, desktop.workspace(), mainExecutor_, machine.timeText(),
+                    machine.commandRunner(), machine.systemInformation()}) {
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.

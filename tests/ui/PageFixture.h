@@ -18,12 +18,15 @@ class PageTest : public DashboardMachine {
   /// Makes the page's view model over the dashboard as it is now.
   template <class ViewModel>
   std::unique_ptr<ViewModel> open() {
+    return openWith(std::make_unique<ViewModel>());
+  }
+  template <class ViewModel>
+  std::unique_ptr<ViewModel> openWith(std::unique_ptr<ViewModel> page) {
     if (!context_) {
       settings_ = std::make_unique<AppSettings>(defaults_);
-      context_ = std::make_unique<PageContext>(
-          PageContext::Parts{*dashboard_, *settings_, clipboard_, timeText_, commands_, system_});
+      context_ = std::make_unique<PageContext>(PageContext::Parts{*dashboard_, *settings_, clipboard_, workspace_,
+                                                                  executor_, timeText_, commands_, system_});
     }
-    auto page = std::make_unique<ViewModel>();
     page->setContext(context_.get());
     return page;
   }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/viewmodels/RowListModel.h"
-
+#include <QAbstractItemModel>
 #include <QList>
+#include <QObject>
 #include <QStringList>
 #include <algorithm>
 #include <string>
@@ -11,7 +11,7 @@
 namespace cirrovane::test {
 
 /// Each row with the values of its roles in their order, a bar between them.
-inline std::vector<std::string> texts(const RowListModel& list) {
+inline std::vector<std::string> texts(const QAbstractItemModel& list) {
   std::vector<std::string> rows;
   QList<int> roles = list.roleNames().keys();
   std::sort(roles.begin(), roles.end());
@@ -24,5 +24,24 @@ inline std::vector<std::string> texts(const RowListModel& list) {
   }
   return rows;
 }
+
+/// Counts every change of a list from now on.
+class RowChanges {
+ public:
+  explicit RowChanges(const QAbstractItemModel& list) {
+    const auto note = [this] { ++count_; };
+    QObject::connect(&list, &QAbstractItemModel::rowsInserted, &receiver_, note);
+    QObject::connect(&list, &QAbstractItemModel::rowsRemoved, &receiver_, note);
+    QObject::connect(&list, &QAbstractItemModel::rowsMoved, &receiver_, note);
+    QObject::connect(&list, &QAbstractItemModel::dataChanged, &receiver_, note);
+    QObject::connect(&list, &QAbstractItemModel::modelReset, &receiver_, note);
+  }
+
+  int count() const { return count_; }
+
+ private:
+  QObject receiver_;
+  int count_ = 0;
+};
 
 }  // namespace cirrovane::test

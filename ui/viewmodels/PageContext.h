@@ -3,8 +3,10 @@
 #include "coordinator/DashboardViewModel.h"
 #include "platform/Clipboard.h"
 #include "platform/CommandRunner.h"
+#include "platform/Executor.h"
 #include "platform/SystemInformation.h"
 #include "platform/TimeText.h"
+#include "platform/Workspace.h"
 #include "ui/viewmodels/AppSettings.h"
 
 #include <QObject>
@@ -23,6 +25,9 @@ class PageContext : public QObject {
     DashboardViewModel& dashboard;
     AppSettings& settings;
     Clipboard& clipboard;
+    Workspace& workspace;
+    /// Where what was found out in the background is taken over.
+    Executor& mainExecutor;
     const TimeText& timeText;
     const CommandRunner& commandRunner;
     const SystemInformation& systemInformation;
@@ -33,6 +38,8 @@ class PageContext : public QObject {
   DashboardViewModel& dashboard() const { return parts_.dashboard; }
   AppSettings& settings() const { return parts_.settings; }
   Clipboard& clipboard() const { return parts_.clipboard; }
+  Workspace& workspace() const { return parts_.workspace; }
+  Executor& mainExecutor() const { return parts_.mainExecutor; }
   const TimeText& timeText() const { return parts_.timeText; }
   const CommandRunner& commandRunner() const { return parts_.commandRunner; }
   const SystemInformation& systemInformation() const { return parts_.systemInformation; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/viewmodels/ListDifference.h"
+
 #include <QAbstractListModel>
 #include <QByteArrayList>
 #include <QString>
@@ -23,6 +25,8 @@ class RowListModel : public QAbstractListModel {
     QString key;
     /// One for each role.
     QVariantList values;
+
+    friend bool operator==(const Row&, const Row&) = default;
   };
 
   /// The names of the roles, in the order of a row's values.
@@ -39,9 +43,9 @@ class RowListModel : public QAbstractListModel {
   void countChanged();
 
  private:
+  friend class ListDifference<RowListModel, Row>;
+
   int rowCountNow() const { return static_cast<int>(rows_.size()); }
-  void removeMissing(const std::vector<Row>& wanted);
-  void place(int position, const Row& wanted);
 
   QByteArrayList roles_;
   std::vector<Row> rows_;

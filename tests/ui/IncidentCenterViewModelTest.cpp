@@ -1,0 +1,291 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/IncidentCenterViewModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto kWarning = DiagnosticSeverity::warning;
+constexpr auto kError = DiagnosticSeverity::error;
+
+class IncidentCenterViewModelTest : public PageTest {
+ protected:
+  static IncidentRecord incident(std::uint8_t id, const std::string& title, DiagnosticSeverity severity = kWarning,
+                                 bool isResolved = false, std::int64_t occurrences = 3) {
+    IncidentRecord record;
+    record.id = idOf(id);
+    record.fingerprint = "network::" + title;
+    record.domain = DiagnosticDomain::network;
+    record.severity = severity;
+    record.title = title;
+    record.lastDetail = "Detail.";
+    record.firstSeen = at(8);
+    record.lastSeen = at(18, 25);
+    record.occurrences = occurrences;
+    record.isResolved = isResolved;
+    return record;
+  }
+  /// Opens the page of an application that was launched over a file with these records, which the coordinator has.
+  void openOver(const std::vector<IncidentRecord>& records) {
+    store("incidents.json", records);
+    launch();
+    dashboard_->publishedIncidents().set(dashboard_->incidentStore().records());
+    page_ = open<IncidentCenterViewModel>();
+    checks_ = std::make_unique<QAbstractItemModelTester>(page_->incidents(),
+                                                         QAbstractItemModelTester::FailureReportingMode::Fatal);
+  }
+  void publish(const std::vector<IncidentRecord>& records) {
+    dashboard_->publishedIncidents().set(records);
+    catchUp();
+  }
+  std::string value(int row, const QByteArray& role) const {
+    const IncidentListModel& list = *page_->incidents();
+    return list.data(list.index(row), list.roleNames().key(role)).toString().toStdString();
+  }
+  std::vector<std::string> titles() const {
+    std::vector<std::string> all;
+    for (int row = 0; row < page_->incidents()->rowCount(); ++row) {
+      all.push_back(value(row, "title"));
+    }
+    return all;
+  }
+  std::string counts() const {
+    return (page_->activeCount() + ' ' + page_->resolvedCount() + ' ' + page_->recurringCount()).toStdString();
+  }
+
+  std::unique_ptr<IncidentCenterViewModel> page_;
+  std::unique_ptr<QAbstractItemModelTester> checks_;
+};
+
+TEST_F(IncidentCenterViewModelTest, incident_isToldWhole) {
+  openOver({incident(1, "Default route", kError), incident(2, "DNS", kWarning, true, 1)});
+  EXPECT_THAT(texts(*page_->incidents()),
+              ElementsAre("Default route|Detail.|xmark.octagon.fill|error|Error|Active|warning|Network|3 occurrences|"
+                          "First Nov 15, 8:00 AM|Last Nov 15, 6:25 PM|Mark Resolved",
+                          "DNS|Detail.|exclamationmark.triangle.fill|warning|Warning|Resolved|ok|Network|1 occurrence|"
+                          "First Nov 15, 8:00 AM|Last Nov 15, 6:25 PM|Reopen"));
+}
+
+TEST_F(IncidentCenterViewModelTest, occurrences_areCountedInWords) {
+  openOver({incident(1, "None", kWarning, false, 0), incident(2, "One", kWarning, false, 1),
+            incident(3, "Many", kWarning, false, 12'345)});
+  EXPECT_EQ(value(0, "occurrences"), "0 occurrences");
+  EXPECT_EQ(value(1, "occurrences"), "1 occurrence");
+  EXPECT_EQ(value(2, "occurrences"), "12345 occurrences");
+}
+
+TEST_F(IncidentCenterViewModelTest, severitiesThatOnlyAHandWrites_haveTheirSymbols) {
+  openOver({incident(1, "A", DiagnosticSeverity::ok), incident(2, "B", DiagnosticSeverity::info)});
+  EXPECT_EQ(value(0, "severitySymbol"), "checkmark.seal.fill");
+  EXPECT_EQ(value(0, "severityLevel"), "ok");
+  EXPECT_EQ(value(1, "severitySymbol"), "info.circle.fill");
+  EXPECT_EQ(value(1, "severityLevel"), "info");
+}
+
+TEST_F(IncidentCenterViewModelTest, filters_ofANewPage_keepAll) {
+  openOver({incident(1, "A"), incident(2, "B", kError, true)});
+  EXPECT_EQ(page_->scope(), "all");
+  EXPECT_EQ(page_->severityFilter(), "all");
+  EXPECT_THAT(titles(), ElementsAre("A", "B"));
+  page_->setScope("resolved");
+  page_->setSeverityFilter("error");
+  checks_.reset();
+  page_ = open<IncidentCenterViewModel>();
+  EXPECT_EQ(page_->scope(), "all");
+  EXPECT_EQ(page_->severityFilter(), "all");
+}
+
+TEST_F(IncidentCenterViewModelTest, filterChoices_areOfferedInOrder) {
+  openOver({});
+  EXPECT_EQ(page_->scopes().join(' '), "all active resolved");
+  EXPECT_EQ(page_->scopeTitles().join(' '), "All Active Resolved");
+  EXPECT_EQ(page_->severityFilters().join(' '), "all warning error");
+  EXPECT_EQ(page_->severityFilterTitles().join(' '), "All Warnings Errors");
+}
+
+TEST_F(IncidentCenterViewModelTest, filters_keepWhatBothKeepInTheStoresOrder) {
+  openOver({incident(1, "D"), incident(2, "C", kError), incident(3, "B", kError, true), incident(4, "A")});
+  page_->setScope("active");
+  EXPECT_THAT(titles(), ElementsAre("D", "C", "A"));
+  page_->setSeverityFilter("warning");
+  EXPECT_THAT(titles(), ElementsAre("D", "A"));
+  page_->setScope("resolved");
+  EXPECT_THAT(titles(), IsEmpty());
+  page_->setSeverityFilter("error");
+  EXPECT_THAT(titles(), ElementsAre("B"));
+  page_->setScope("all");
+  EXPECT_THAT(titles(), ElementsAre("C", "B"));
+  page_->setScope("nonsense");
+  EXPECT_EQ(page_->scope(), "all");
+}
+
+TEST_F(IncidentCenterViewModelTest, scopeActiveAndErrors_withWarningsAlone_isEmptyThoughTheyCount) {
+  openOver({incident(1, "A"), incident(2, "B")});
+  page_->setScope("active");
+  page_->setSeverityFilter("error");
+  EXPECT_TRUE(page_->isEmpty());
+  EXPECT_EQ(page_->activeCount(), "2");
+}
+
+TEST_F(IncidentCenterViewModelTest, markResolved_underScopeActive_leavesTheListAndMovesTheCounts) {
+  openOver({incident(1, "A"), incident(2, "B", kWarning, false, 1)});
+  page_->setScope("active");
+  EXPECT_EQ(counts(), "2 0 1");
+  const QSignalSpy changed(page_.get(), &IncidentCenterViewModel::changed);
+  page_->toggleResolved(0);
+  EXPECT_THAT(titles(), ElementsAre("B"));
+  EXPECT_EQ(counts(), "1 1 0");
+  EXPECT_GE(changed.size(), 1);
+  EXPECT_TRUE(dashboard_->incidentStore().records()[0].isResolved);
+  page_->toggleResolved(0);
+  EXPECT_TRUE(page_->isEmpty());
+  EXPECT_EQ(counts(), "0 2 0");
+}
+
+TEST_F(IncidentCenterViewModelTest, resolveAndReopen_keepTheOrderAndAreStored) {
+  openOver({incident(1, "A", kError), incident(2, "B"), incident(3, "C")});
+  page_->toggleResolved(0);
+  EXPECT_THAT(titles(), ElementsAre("A", "B", "C"));
+  EXPECT_EQ(value(0, "state"), "Resolved");
+  EXPECT_EQ(value(0, "action"), "Reopen");
+  launch();
+  EXPECT_EQ(dashboard_->incidentStore().records()[0].resolvedAt, clock_.now());
+  openOver(dashboard_->incidentStore().records());
+  page_->toggleResolved(0);
+  EXPECT_EQ(value(0, "action"), "Mark Resolved");
+  EXPECT_FALSE(dashboard_->incidents()[0].isResolved);
+  EXPECT_EQ(dashboard_->incidentStore().records()[0].resolvedAt, std::nullopt);
+}
+
+TEST_F(IncidentCenterViewModelTest, markResolved_changesOnlyItsRow) {
+  openOver({incident(1, "A"), incident(2, "B"), incident(3, "C")});
+  const QSignalSpy changed(page_->incidents(), &IncidentListModel::dataChanged);
+  const RowChanges changes(*page_->incidents());
+  page_->toggleResolved(1);
+  catchUp();
+  ASSERT_EQ(changed.size(), 1);
+  EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
+  EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(IncidentCenterViewModelTest, markResolved_ofARowThatIsNone_doesNothing) {
+  openOver({incident(1, "A")});
+  page_->toggleResolved(-1);
+  page_->toggleResolved(1);
+  EXPECT_EQ(counts(), "1 0 1");
+}
+
+TEST_F(IncidentCenterViewModelTest, markResolved_ofWhatTheStoreNoLongerHas_showsWhatItHas) {
+  openOver({incident(1, "A")});
+  publish({incident(1, "A"), incident(2, "Dropped")});
+  page_->toggleResolved(1);
+  EXPECT_THAT(titles(), ElementsAre("A"));
+}
+
+TEST_F(IncidentCenterViewModelTest, equalIdentifiers_areRowsOfTheirOwn) {
+  openOver({incident(1, "A"), incident(1, "B")});
+  EXPECT_THAT(titles(), ElementsAre("A", "B"));
+  page_->setScope("active");
+  EXPECT_THAT(titles(), ElementsAre("A", "B"));
+}
+
+TEST_F(IncidentCenterViewModelTest, refresh_keepsTheFiltersAndTheRowsThatStay) {
+  const std::vector<IncidentRecord> records = {incident(1, "A"), incident(2, "B"), incident(3, "C", kError, true)};
+  openOver(records);
+  page_->setScope("active");
+  page_->setSeverityFilter("warning");
+  const RowChanges changes(*page_->incidents());
+  publish(records);
+  EXPECT_EQ(changes.count(), 0);
+  EXPECT_EQ(page_->scope(), "active");
+  EXPECT_EQ(page_->severityFilter(), "warning");
+  publish({incident(4, "New"), records[0], records[1]});
+  EXPECT_EQ(changes.count(), 1);
+  EXPECT_THAT(titles(), ElementsAre("New", "A", "B"));
+}
+
+TEST_F(IncidentCenterViewModelTest, refresh_sortsWhatTheUserResolved) {
+  // Both are found no longer, so that the refresh resolves the other one too.
+  openOver({incident(1, "A"), incident(2, "B", kError)});
+  page_->toggleResolved(0);
+  EXPECT_THAT(titles(), ElementsAre("A", "B"));
+  page_->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_THAT(titles(), ElementsAre("B", "A"));
+}
+
+TEST_F(IncidentCenterViewModelTest, notifications_switchedOff_areOffAtOnceAndAfterALaunch) {
+  openOver({});
+  EXPECT_TRUE(page_->notificationsEnabled());
+  const QSignalSpy changed(page_.get(), &IncidentCenterViewModel::changed);
+  page_->setNotificationsEnabled(false);
+  EXPECT_EQ(changed.size(), 1);
+  EXPECT_FALSE(page_->notificationsEnabled());
+  EXPECT_EQ(defaults_.boolean(kGuardrailNotificationsEnabledKey), false);
+  page_->rescan();
+  executor_.runAll();
+  makeUnsafe();
+  page_->rescan();
+  executor_.runAll();
+  EXPECT_FALSE(dashboard_->report().safeToClose);
+  EXPECT_THAT(center_.posted(), IsEmpty());
+  const AppSettings later(defaults_);
+  EXPECT_FALSE(later.notificationsEnabled());
+}
+
+TEST_F(IncidentCenterViewModelTest, saveFailure_isToldUntilASaveSucceeds) {
+  openOver({incident(1, "A")});
+  EXPECT_EQ(page_->saveFailure(), "");
+  storage_.privateFailure = Failure{"No space left on device"};
+  page_->toggleResolved(0);
+  EXPECT_EQ(page_->saveFailure(), "The incidents could not be saved: No space left on device");
+  EXPECT_EQ(value(0, "state"), "Resolved");
+  storage_.privateFailure.reset();
+  page_->toggleResolved(0);
+  EXPECT_EQ(page_->saveFailure(), "");
+}
+
+TEST_F(IncidentCenterViewModelTest, hostileTexts_areMadeHarmless) {
+  IncidentRecord record = incident(1, "<img src=x>\n\xe2\x80\xae");
+  record.lastDetail = "\x1b[2J" + std::string(10'000, 'x');
+  openOver({record});
+  EXPECT_EQ(value(0, "title"), "<img src=x>\\n\\u{202e}");
+  EXPECT_EQ(value(0, "detail"), "\\x1b[2J" + std::string(10'000, 'x'));
+}
+
+TEST_F(IncidentCenterViewModelTest, thousands_areTakenOverWithoutMakingTheirTexts) {
+  std::vector<IncidentRecord> records;
+  UUIDGenerator makeID;
+  for (int index = 0; index < 5'000; ++index) {
+    records.push_back(
+        incident(1, "Incident " + std::to_string(index), index % 3 == 0 ? kError : kWarning, index % 2 == 0));
+    records.back().id = makeID();
+  }
+  openOver(records);
+  checks_.reset();
+  EXPECT_EQ(page_->incidents()->rowCount(), 5'000);
+  const RowChanges changes(*page_->incidents());
+  page_->setScope("active");
+  EXPECT_EQ(page_->incidents()->rowCount(), 2'500);
+  page_->setScope("all");
+  // Each as one change, whatever number of rows it brings.
+  EXPECT_EQ(changes.count(), 2);
+  page_->toggleResolved(4'999);
+  EXPECT_EQ(changes.count(), 3);
+}
+
+}  // namespace
+}  // namespace cirrovane::test

@@ -1,0 +1,117 @@
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/SafetyExplainerViewModel.h"
+
+#include <QAbstractItemModelTester>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kPassed = "|checkmark.circle.fill|ok|Passed";
+constexpr const char* kNotPassed = "|xmark.octagon.fill|error|Not passed";
+
+class SafetyExplainerViewModelTest : public PageTest {
+ protected:
+  void publish(SyncHealthReport report) {
+    dashboard_->publishedReport().set(Shared(std::move(report)));
+    catchUp();
+  }
+  static SyncHealthReport reportOf(std::vector<SyncBlocker> blockers) {
+    SyncHealthReport report;
+    report.generatedAt = at(18, 21);
+    report.blockers = std::move(blockers);
+    return report;
+  }
+
+  std::unique_ptr<SafetyExplainerViewModel> page_ = open<SafetyExplainerViewModel>();
+  QAbstractItemModelTester checks_{page_->criteria(), QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(SafetyExplainerViewModelTest, beforeTheFirstScan_noVerdictAndNoBlocker) {
+  EXPECT_EQ(page_->verdict(), "NO");
+  EXPECT_EQ(page_->verdictLevel(), "error");
+  EXPECT_FALSE(page_->hasTopBlocker());
+  EXPECT_THAT(
+      texts(*page_->criteria()),
+      ElementsAre(
+          std::string("No pending uploads|No pending uploads detected.") + kPassed,
+          std::string("No unresolved conflicts|No unresolved conflict states detected.") + kPassed,
+          std::string("No upload/download errors|No iCloud transfer errors detected.") + kPassed,
+          std::string("No critical blockers|No critical blocker category is active.") + kPassed,
+          std::string("Watchlist coverage intact|All watched folders are reachable and within coverage.") + kPassed));
+}
+
+TEST_F(SafetyExplainerViewModelTest, failingCriteria_areMarkedAndCounted) {
+  SyncHealthReport report = reportOf(makeBlockers({BlockerReason::outsideICloud, BlockerReason::unresolvedConflict}));
+  report.metrics.pendingUploads = 1;
+  report.metrics.unresolvedConflicts = 2;
+  report.metrics.errors = 3;
+  publish(report);
+  EXPECT_THAT(
+      texts(*page_->criteria()),
+      ElementsAre(
+          std::string("No pending uploads|1 uploads are still pending.") + kNotPassed,
+          std::string("No unresolved conflicts|2 conflict states remain unresolved.") + kNotPassed,
+          std::string("No upload/download errors|3 transfer errors were detected.") + kNotPassed,
+          std::string("No critical blockers|Critical blockers exist in the current watchlist.") + kNotPassed,
+          std::string("Watchlist coverage intact|1 watchlist entries are outside iCloud or missing.") + kNotPassed));
+}
+
+TEST_F(SafetyExplainerViewModelTest, lastEvaluation_isTheReportsTimeOfDay) {
+  publish(reportOf({}));
+  EXPECT_EQ(page_->lastEvaluation(), "Last evaluation: 6:21:00 PM");
+}
+
+TEST_F(SafetyExplainerViewModelTest, safeReport_withCloudOnlyBlockers_saysYesAndShowsTheFirst) {
+  SyncHealthReport report = reportOf(makeBlockers(BlockerReason::notDownloaded, 2));
+  report.status = HealthState::safe;
+  report.safeToClose = true;
+  publish(report);
+  EXPECT_EQ(page_->verdict(), "YES");
+  EXPECT_EQ(page_->verdictLevel(), "ok");
+  EXPECT_TRUE(page_->hasTopBlocker());
+  EXPECT_EQ(page_->topBlockerReason(), "Cloud-Only (Not Local)");
+  EXPECT_EQ(page_->topBlockerPath(), "/notDownloaded0");
+  EXPECT_EQ(page_->topBlockerDetails(), "Details.");
+}
+
+TEST_F(SafetyExplainerViewModelTest, topBlocker_resolved_isNoLongerShown) {
+  publish(reportOf(makeBlockers(BlockerReason::uploadError, 1)));
+  EXPECT_TRUE(page_->hasTopBlocker());
+  publish(reportOf({}));
+  EXPECT_FALSE(page_->hasTopBlocker());
+  page_->revealTopBlocker();
+  EXPECT_THAT(workspace_.revealed(), IsEmpty());
+}
+
+TEST_F(SafetyExplainerViewModelTest, hostilePath_isShownHarmlessAndRevealedAsItIs) {
+  const std::string path = "/Users/test/a\n\xe2\x80\xae" + std::string(2'000, 'x') + "\xff";
+  files_.addExisting(path);
+  publish(reportOf({makeBlocker(BlockerReason::uploadError, path)}));
+  EXPECT_EQ(page_->topBlockerPath().toStdString(), "/Users/test/a\\n\\u{202e}" + std::string(2'000, 'x') + "\\xff");
+  page_->revealTopBlocker();
+  EXPECT_THAT(workspace_.revealed(), ElementsAre(path));
+}
+
+TEST_F(SafetyExplainerViewModelTest, refresh_withTheSameReport_changesNoRow) {
+  publish(reportOf({}));
+  const RowChanges changes(*page_->criteria());
+  publish(reportOf({}));
+  EXPECT_EQ(changes.count(), 0);
+  SyncHealthReport report = reportOf({});
+  report.metrics.errors = 1;
+  publish(report);
+  EXPECT_EQ(changes.count(), 1);
+}
+
+}  // namespace
+}  // namespace cirrovane::test

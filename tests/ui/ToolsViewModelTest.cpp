@@ -1,0 +1,278 @@
+#include "coordinator/WebPages.h"
+#include "tests/ui/PageFixture.h"
+#include "tests/ui/Rows.h"
+#include "ui/viewmodels/ToolsViewModel.h"
+
+#include <QAbstractItemModelTester>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr const char* kBrew = "/opt/homebrew/bin/brew";
+constexpr int kSmartmontools = 1;
+constexpr int kIperf = 2;
+
+class ToolsViewModelTest : public PageTest {
+ protected:
+  ToolsViewModelTest() { commands_.makeExecutable(kBrew); }
+
+  std::unique_ptr<ToolsViewModel> openTools() {
+    auto page = openWith(std::make_unique<ToolsViewModel>(
+        [this](std::function<void()> task) { background_.push_back(std::move(task)); }));
+    checks_ = std::make_unique<QAbstractItemModelTester>(page->tools(),
+                                                         QAbstractItemModelTester::FailureReportingMode::Fatal);
+    return page;
+  }
+  /// The page once it knows what is installed.
+  std::unique_ptr<ToolsViewModel> openDetected() {
+    auto page = openTools();
+    runBackground();
+    return page;
+  }
+  /// Runs the oldest task of the background to its end, and then the main thread.
+  void runBackground() {
+    const std::function<void()> task = std::move(background_.front());
+    background_.erase(background_.begin());
+    task();
+    executor_.runAll();
+  }
+  static std::string value(ToolsViewModel& page, int row, const QByteArray& role) {
+    const RowListModel& tools = *page.tools();
+    return tools.data(tools.index(row), tools.roleNames().key(role)).toString().toStdString();
+  }
+  static std::vector<std::string> values(ToolsViewModel& page, const QByteArray& role) {
+    std::vector<std::string> all;
+    for (int row = 0; row < page.tools()->rowCount(); ++row) {
+      all.push_back(value(page, row, role));
+    }
+    return all;
+  }
+  static CommandLine brewInstall(const std::string& formula) { return {kBrew, "install", formula}; }
+  std::vector<CommandLine> brewRuns() const {
+    std::vector<CommandLine> runs;
+    for (const CommandLine& line : commands_.ran()) {
+      if (line.front() == kBrew) {
+        runs.push_back(line);
+      }
+    }
+    return runs;
+  }
+
+  /// Tasks that would run at the same time, each on a thread of its own.
+  std::vector<std::function<void()>> background_;
+  std::unique_ptr<QAbstractItemModelTester> checks_;
+};
+
+TEST_F(ToolsViewModelTest, catalogue_isShownInItsOrder) {
+  const auto page = openTools();
+  EXPECT_EQ(page->availableText(), "11 tools available");
+  EXPECT_THAT(values(*page, "name"), ElementsAre("osx-cpu-temp", "smartmontools", "iperf3", "ifstat", "mtr",
+                                                 "speedtest-cli", "htop", "btop", "fswatch", "jq", "lnav"));
+  EXPECT_EQ(value(*page, kSmartmontools, "purpose"), "Reads SMART storage health details.");
+  EXPECT_EQ(value(*page, kSmartmontools, "unlocks"), "Deeper disk risk diagnostics in Storage tab.");
+  EXPECT_EQ(value(*page, kSmartmontools, "installCommand"), "brew install smartmontools");
+  EXPECT_THAT(values(*page, "status"), Each(""));
+}
+
+TEST_F(ToolsViewModelTest, beforeTheFirstDetection_allAreBeingChecked) {
+  const auto page = openTools();
+  EXPECT_THAT(values(*page, "state"), Each("Checking"));
+  EXPECT_EQ(page->installedCount(), 0U);
+  EXPECT_EQ(page->installedText(), "0 installed");
+}
+
+TEST_F(ToolsViewModelTest, detection_knowsAToolByItsCommand) {
+  commands_.makeExecutable("/usr/local/bin/smartctl");
+  const auto page = openDetected();
+  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Installed");
+  EXPECT_EQ(value(*page, kSmartmontools, "stateLevel"), "ok");
+  EXPECT_EQ(value(*page, kIperf, "state"), "Not Installed");
+  // The healthy Mac has a thermometer.
+  EXPECT_EQ(page->installedText(), "2 installed");
+}
+
+TEST_F(ToolsViewModelTest, detection_withAnEmptyPath_looksIntoTheUsualFolders) {
+  system_.facts.environment["PATH"] = "";
+  commands_.makeExecutable("/opt/homebrew/bin/jq");
+  const auto page = openDetected();
+  EXPECT_THAT(values(*page, "state"), testing::Contains("Installed").Times(2));
+}
+
+TEST_F(ToolsViewModelTest, copy_putsTheCommandOnTheClipboard) {
+  const auto page = openDetected();
+  page->copyInstallCommand(kSmartmontools);
+  EXPECT_EQ(clipboard_.text, "brew install smartmontools");
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Command copied");
+  EXPECT_EQ(value(*page, kIperf, "status"), "");
+}
+
+TEST_F(ToolsViewModelTest, install_isToldFromItsBeginningToItsEnd) {
+  commands_.answer(brewInstall("smartmontools"), "");
+  const auto page = openDetected();
+  page->install(kSmartmontools);
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Installing...");
+  EXPECT_EQ(value(*page, kSmartmontools, "isInstalling"), "true");
+  EXPECT_EQ(value(*page, kSmartmontools, "canInstall"), "false");
+  commands_.makeExecutable("/opt/homebrew/bin/smartctl");
+  runBackground();
+  EXPECT_THAT(brewRuns(), ElementsAre(brewInstall("smartmontools")));
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install complete");
+  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Installed");
+  EXPECT_EQ(value(*page, kSmartmontools, "canInstall"), "true");
+}
+
+TEST_F(ToolsViewModelTest, install_thatFailsOrCannotBegin_saysSo) {
+  const auto page = openDetected();
+  page->install(kSmartmontools);
+  runBackground();
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install failed");
+  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Not Installed");
+  commands_.answer(brewInstall("smartmontools"), {1, ""});
+  page->install(kSmartmontools);
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Installing...");
+  runBackground();
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install failed");
+  EXPECT_THAT(brewRuns(), SizeIs(2));
+}
+
+TEST_F(ToolsViewModelTest, install_withoutItsCommandAfterwards_isCompleteButNotInstalled) {
+  commands_.answer(brewInstall("iperf3"), "");
+  const auto page = openDetected();
+  page->install(kIperf);
+  runBackground();
+  EXPECT_EQ(value(*page, kIperf, "status"), "Install complete");
+  EXPECT_EQ(value(*page, kIperf, "state"), "Not Installed");
+}
+
+TEST_F(ToolsViewModelTest, installs_ofDifferentTools_areUnderWayTogetherAndEndInAnyOrder) {
+  commands_.answer(brewInstall("iperf3"), "");
+  const auto page = openDetected();
+  page->install(kSmartmontools);
+  page->install(kIperf);
+  ASSERT_THAT(background_, SizeIs(2));
+  std::swap(background_[0], background_[1]);
+  runBackground();
+  EXPECT_EQ(value(*page, kIperf, "status"), "Install complete");
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Installing...");
+  runBackground();
+  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install failed");
+}
+
+TEST_F(ToolsViewModelTest, install_ofAToolUnderWay_isNotStartedTwice) {
+  const auto page = openDetected();
+  page->install(kIperf);
+  page->copyInstallCommand(kIperf);
+  page->install(kIperf);
+  EXPECT_THAT(background_, SizeIs(1));
+  EXPECT_EQ(value(*page, kIperf, "status"), "Command copied");
+  runBackground();
+  EXPECT_EQ(value(*page, kIperf, "status"), "Install failed");
+}
+
+TEST_F(ToolsViewModelTest, install_duringDetection_isKnownBeforeIt) {
+  commands_.answer(brewInstall("iperf3"), "");
+  const auto page = openTools();
+  page->install(kIperf);
+  std::swap(background_[0], background_[1]);
+  commands_.makeExecutable("/opt/homebrew/bin/iperf3");
+  runBackground();
+  EXPECT_EQ(value(*page, kIperf, "state"), "Installed");
+  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Checking");
+  runBackground();
+  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Not Installed");
+}
+
+TEST_F(ToolsViewModelTest, pageClosed_duringDetectionAndInstall_bothComeToNothing) {
+  auto page = openTools();
+  page->install(kIperf);
+  checks_.reset();
+  page.reset();
+  ASSERT_THAT(background_, SizeIs(2));
+  runBackground();
+  runBackground();
+  EXPECT_THAT(brewRuns(), ElementsAre(brewInstall("iperf3")));
+}
+
+TEST_F(ToolsViewModelTest, pageClosed_withResultsOnTheirWay_theyComeToNothing) {
+  auto page = openTools();
+  background_.front()();
+  EXPECT_EQ(executor_.size(), 1U);
+  checks_.reset();
+  page.reset();
+  executor_.runAll();
+  EXPECT_EQ(executor_.size(), 0U);
+}
+
+TEST_F(ToolsViewModelTest, withoutBackgroundOfItsOwn_workIsDoneOnAnotherThread) {
+  commands_.makeExecutable("/opt/homebrew/bin/jq");
+  const auto page = open<ToolsViewModel>();
+  executor_.waitForTask();
+  EXPECT_EQ(page->installedCount(), 0U);
+  executor_.runAll();
+  EXPECT_EQ(page->installedText(), "2 installed");
+}
+
+TEST_F(ToolsViewModelTest, rowsThatAreNone_doNothing) {
+  const auto page = openDetected();
+  for (const int row : {-1, 11}) {
+    page->install(row);
+    page->copyInstallCommand(row);
+  }
+  EXPECT_THAT(background_, IsEmpty());
+  EXPECT_EQ(clipboard_.text, "");
+}
+
+TEST_F(ToolsViewModelTest, refresh_changesNoRow) {
+  const auto page = openDetected();
+  page->copyInstallCommand(kIperf);
+  const RowChanges changes(*page->tools());
+  page->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_EQ(changes.count(), 0);
+}
+
+class ToolsWithoutHomebrewTest : public ToolsViewModelTest {
+ protected:
+  ToolsWithoutHomebrewTest() { commands_ = FakeCommandRunner(); }
+};
+
+TEST_F(ToolsWithoutHomebrewTest, install_doesNothing) {
+  const auto page = openDetected();
+  EXPECT_FALSE(page->hasHomebrew());
+  EXPECT_THAT(values(*page, "canInstall"), Each("false"));
+  page->install(kIperf);
+  EXPECT_THAT(background_, IsEmpty());
+  EXPECT_EQ(value(*page, kIperf, "status"), "");
+}
+
+TEST_F(ToolsWithoutHomebrewTest, homebrewPage_opensInTheBrowser) {
+  openDetected()->openHomebrewPage();
+  EXPECT_THAT(workspace_.opened(), ElementsAre(kHomebrewPage));
+}
+
+TEST_F(ToolsWithoutHomebrewTest, homebrewThatCame_isSeenAtTheNextRefresh) {
+  const auto page = openDetected();
+  commands_.makeExecutable("/usr/local/bin/brew");
+  page->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_TRUE(page->hasHomebrew());
+  EXPECT_THAT(values(*page, "canInstall"), Each("true"));
+}
+
+}  // namespace
+}  // namespace cirrovane::test

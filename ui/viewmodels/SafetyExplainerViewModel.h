@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ui/viewmodels/PageViewModel.h"
+#include "ui/viewmodels/RowListModel.h"
+
+#include <QString>
+#include <QtQmlIntegration>
+#include <string>
+
+namespace cirrovane {
+
+/// Why the current verdict is what it is: the verdict, the checklist behind it, and what stands in the way most.
+class SafetyExplainerViewModel : public PageViewModel {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
+  Q_PROPERTY(QString verdictLevel READ verdictLevel NOTIFY changed)
+  Q_PROPERTY(QString lastEvaluation READ lastEvaluation NOTIFY changed)
+  Q_PROPERTY(cirrovane::RowListModel* criteria READ criteria CONSTANT)
+  Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY changed)
+  Q_PROPERTY(QString topBlockerReason READ topBlockerReason NOTIFY changed)
+  Q_PROPERTY(QString topBlockerPath READ topBlockerPath NOTIFY changed)
+  Q_PROPERTY(QString topBlockerDetails READ topBlockerDetails NOTIFY changed)
+
+ public:
+  explicit SafetyExplainerViewModel(QObject* parent = nullptr);
+
+  /// "YES" or "NO".
+  QString verdict() const { return isSafe_ ? QStringLiteral("YES") : QStringLiteral("NO"); }
+  /// "ok" or "error".
+  QString verdictLevel() const { return isSafe_ ? QStringLiteral("ok") : QStringLiteral("error"); }
+  /// With its time of day.
+  QString lastEvaluation() const { return lastEvaluation_; }
+  RowListModel* criteria() { return &criteria_; }
+
+  /// Whether anything stands in the way.
+  bool hasTopBlocker() const { return !topBlockerReason_.isEmpty(); }
+  QString topBlockerReason() const { return topBlockerReason_; }
+  QString topBlockerPath() const;
+  QString topBlockerDetails() const { return topBlockerDetails_; }
+
+  /// Shows the file that stands in the way most in the file manager.
+  Q_INVOKABLE void revealTopBlocker();
+
+ protected:
+  void begin() override;
+  void update() override;
+
+ private:
+  void showCriteria();
+
+  bool isSafe_ = false;
+  QString lastEvaluation_;
+  RowListModel criteria_;
+  QString topBlockerReason_;
+  QString topBlockerDetails_;
+  /// As it is on the disk.
+  std::string topBlockerPath_;
+};
+
+}  // namespace cirrovane

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "diagnostics/OptionalTool.h"
+#include "diagnostics/ToolInstaller.h"
+#include "ui/viewmodels/PageViewModel.h"
+#include "ui/viewmodels/RowListModel.h"
+
+#include <QString>
+#include <QtQmlIntegration>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace cirrovane {
+
+/// The optional tools: which of them are installed, and the installs that the user asked this page for. What is known
+/// goes with the page; an install goes on without it.
+class ToolsViewModel : public PageViewModel {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(QString availableText READ availableText CONSTANT)
+  Q_PROPERTY(QString installedText READ installedText NOTIFY changed)
+  Q_PROPERTY(bool hasHomebrew READ hasHomebrew NOTIFY changed)
+  Q_PROPERTY(cirrovane::RowListModel* tools READ tools CONSTANT)
+
+ public:
+  /// Runs a task on a thread of its own, beside all others; the task may outlive the caller.
+  using Background = std::function<void(std::function<void()>)>;
+
+  explicit ToolsViewModel(QObject* parent = nullptr);
+  explicit ToolsViewModel(Background background, QObject* parent = nullptr);
+
+  QString availableText() const;
+  QString installedText() const;
+  bool hasHomebrew() const { return brewPath_.has_value(); }
+  RowListModel* tools() { return &tools_; }
+
+  /// Tools that are known to be installed.
+  std::size_t installedCount() const;
+
+  // Of the tool in a row:
+
+  /// Puts the command that installs it on the clipboard.
+  Q_INVOKABLE void copyInstallCommand(int row);
+  /// Installs it through Homebrew; does nothing while that is under way, and without Homebrew.
+  Q_INVOKABLE void install(int row);
+
+  /// Opens the page where Homebrew is to be had.
+  Q_INVOKABLE void openHomebrewPage();
+
+ protected:
+  void begin() override;
+  void update() override;
+
+ private:
+  void refreshInstalledStates();
+  void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
+  RowListModel::Row rowOf(const OptionalTool& tool) const;
+  /// Runs `work` in the background, and then hands its result to `finish` on the main thread unless the page is gone.
+  template <class Work, class Finish>
+  void inBackground(Work work, Finish finish);
+
+  Background background_;
+  RowListModel tools_;
+  std::optional<ToolInstaller> installer_;
+  std::optional<std::string> brewPath_;
+  bool isChecking_ = false;
+  /// By command; those of the catalogue live for ever.
+  std::set<std::string_view> installing_;
+  std::map<std::string_view, QString> statusByCommand_;
+  std::map<std::string_view, bool> installedByCommand_;
+
+  /// Gone with the page, by which work under way can tell.
+  std::shared_ptr<const int> alive_ = std::make_shared<const int>();
+};
+
+}  // namespace cirrovane
