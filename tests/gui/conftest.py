@@ -9,6 +9,7 @@ import pytest
 from application import Application
 from desktop import Desktop
 from mac import DemoMac
+from services import file_manager
 
 PROGRAMS = Path(os.environ.get("CIRROVANE_BIN_DIR", Path(__file__).parents[2] / "build/dev/bin")).resolve()
 BUILD = PROGRAMS.parent
@@ -76,6 +77,13 @@ def launcher(request, desktop):
     launcher = Launcher(desktop, request.node.name)
     yield launcher
     launcher.close()
+
+
+@pytest.fixture
+def files(desktop):
+    """A file manager that notes what it shows."""
+    with file_manager(desktop) as manager:
+        yield manager
 
 
 @pytest.fixture

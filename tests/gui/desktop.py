@@ -169,6 +169,8 @@ class Desktop:
             "QT_STYLE_OVERRIDE": "Fusion",
             # Settings of the desktop that are kept in memory need no service.
             "GSETTINGS_BACKEND": "memory",
+            # Comes before any other that a program would open a page with.
+            "PATH": self._make_browser() + os.pathsep + os.environ["PATH"],
             "GIO_USE_VFS": "local",
             "NO_AT_BRIDGE": "1",
         }
@@ -184,6 +186,18 @@ class Desktop:
         folder = self.folder / name
         folder.mkdir(mode=0o700)
         return str(folder)
+
+    def _make_browser(self):
+        """A web browser that only notes which pages it was to open."""
+        folder = self._make("bin")
+        browser = Path(folder, "xdg-open")
+        browser.write_text(f'#!/bin/sh\necho "$1" >>"{self.folder}/pages"\n')
+        browser.chmod(0o755)
+        return folder
+
+    def opened_pages(self):
+        file = self.folder / "pages"
+        return file.read_text().splitlines() if file.exists() else []
 
     def _write(self, name, text):
         file = self.folder / name
@@ -466,6 +480,23 @@ class Desktop:
         all_planes = 0xFFFFFFFF
         image = self.root.get_image(x, y, right - x, bottom - y, X.ZPixmap, all_planes)
         return Picture(right - x, bottom - y, image.data)
+
+    def clipboard(self):
+        """The text on the clipboard; none while nobody offers one."""
+        clipboard, answer = self.atom("CLIPBOARD"), self.atom("CIRROVANE_ANSWER")
+        if self.display.get_selection_owner(clipboard) == X.NONE:
+            return None
+        with contextlib.closing(xdisplay.Display(self.environment["DISPLAY"])) as display:
+            window = display.screen().root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+            window.convert_selection(clipboard, self.atom("UTF8_STRING"), answer, X.CurrentTime)
+            display.flush()
+            wait_until(lambda: self._is_answered(display), "the clipboard's owner to answer")
+            value = window.get_full_property(answer, X.AnyPropertyType)
+            return value.value.decode() if value is not None else None
+
+    @staticmethod
+    def _is_answered(display):
+        return display.pending_events() and display.next_event().type == X.SelectionNotify
 
     # Keys and pointer
 

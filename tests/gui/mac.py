@@ -48,6 +48,11 @@ class DemoMac:
         command.write_text("#!/bin/sh\n" + script)
         command.chmod(0o755)
 
+    def ask(self, *arguments):
+        """What the command-line tool answers of this Mac."""
+        command = [self._programs / "cirrovanectl", "--mac-root", self.root, *arguments, "--json"]
+        return json.loads(subprocess.run(command, stdout=subprocess.PIPE, check=False).stdout)
+
     def remove(self):
         shutil.rmtree(self.root, ignore_errors=True)
 

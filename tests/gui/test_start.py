@@ -1,8 +1,11 @@
 """How the application starts: on which page, and what a second start does."""
 
+from pathlib import Path
+
 import pytest
 from application import EXTRA_TABS, TAB_BAR, TABS
 
+REPOSITORY = Path(__file__).resolve().parents[2]
 OVERVIEW = TABS[0]
 BY_ID = [pytest.param(tab, id=tab.id) for tab in TABS]
 
@@ -12,6 +15,21 @@ def expect_tab(application, tab):
     chosen = application.selected_tab()
     menu = application.node(EXTRA_TABS, under=TAB_BAR).name
     assert (chosen, menu) == ((tab.title, "More") if tab.is_primary else ([], tab.title))
+
+
+def test_window_carriesTheIconAndTheNameOfTheDesktopsEntry(launch):
+    application = launch().ready()
+    window = application.wait_for_window()
+    icon = application.desktop.property_of(window, "_NET_WM_ICON")
+    sizes, at = [], 0
+    while at < len(icon):
+        width, height = icon[at : at + 2]
+        assert any(pixel >> 24 for pixel in icon[at + 2 : at + 2 + width * height])
+        sizes.append((width, height))
+        at += 2 + width * height
+    assert {(16, 16), (32, 32), (48, 48), (256, 256)} <= set(sizes)
+    entry = (REPOSITORY / "packaging/linux/com.quillmere.Cirrovane.desktop").read_text()
+    assert f"\nStartupWMClass={window.get_wm_class()[1]}\n" in entry
 
 
 @pytest.mark.parametrize("tab", BY_ID)

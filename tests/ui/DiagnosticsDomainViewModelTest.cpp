@@ -102,6 +102,11 @@ TEST_F(DiagnosticsDomainViewModelTest, hostileTexts_areMadeHarmless) {
               ElementsAre("<b>A\\n</b>|\\x1b[31m \\u{202e}" + std::string(5'000, 'x') + "|Warning|warning"));
 }
 
+TEST_F(DiagnosticsDomainViewModelTest, toolsOutput_losesItsLastLineBreak) {
+  publish({network(DiagnosticSeverity::info, "Swap usage", "total = 2048.00M\n")});
+  EXPECT_THAT(texts(*page_->findings()), ElementsAre("Swap usage|total = 2048.00M|Info|info"));
+}
+
 TEST_F(DiagnosticsDomainViewModelTest, rescan_duringACycle_changesNothing) {
   page_->rescan();
   EXPECT_TRUE(page_->isScanning());

@@ -50,7 +50,8 @@ void DiagnosticsDomainViewModel::update() {
     const QString title = toDisplay(finding.title);
     // Its identifier is another at every refresh; its title is not.
     rows.push_back(
-        {title, {title, toDisplay(finding.detail), severityTitle(finding.severity), severityLevel(finding.severity)}});
+        {title,
+         {title, toDisplayOutput(finding.detail), severityTitle(finding.severity), severityLevel(finding.severity)}});
   }
   findings_.setRows(std::move(rows));
 }

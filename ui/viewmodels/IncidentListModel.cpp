@@ -21,7 +21,7 @@ QString textOf(const IncidentRecord& record, int role, const TimeText& timeText)
     case IncidentListModel::TitleRole:
       return toDisplay(record.title);
     case IncidentListModel::DetailRole:
-      return toDisplay(record.lastDetail);
+      return toDisplayOutput(record.lastDetail);
     case IncidentListModel::SeveritySymbolRole:
       return severitySymbol(record.severity);
     case IncidentListModel::SeverityLevelRole:

@@ -17,4 +17,9 @@ inline QString toDisplay(std::string_view text) {
   return toQString(displayText(text));
 }
 
+/// What a tool printed, made harmless for the screen, without the white space at its end.
+inline QString toDisplayOutput(std::string_view text) {
+  return toQString(displayOutput(text));
+}
+
 }  // namespace cirrovane
