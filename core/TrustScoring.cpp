@@ -136,7 +136,8 @@ std::weak_ordering compare(const SortKey& lhs, const SortKey& rhs) {
   if (lhs.isDated != rhs.isDated) {
     return lhs.isDated ? std::weak_ordering::less : std::weak_ordering::greater;
   }
-  return lhs.lastModified <=> rhs.lastModified;
+  // As numbers, since Apple's library has no three-way comparison of times.
+  return lhs.lastModified.time_since_epoch().count() <=> rhs.lastModified.time_since_epoch().count();
 }
 
 bool isBefore(const SortKey& lhs, const SyncBlocker& lhsBlocker, const SortKey& rhs, const SyncBlocker& rhsBlocker) {

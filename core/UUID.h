@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -27,7 +26,9 @@ class UUID {
 
   const std::array<std::uint8_t, 16>& bytes() const { return bytes_; }
 
-  friend constexpr auto operator<=>(const UUID&, const UUID&) = default;
+  friend constexpr bool operator==(const UUID&, const UUID&) = default;
+  // Not by a three-way comparison, which Apple's library has not for arrays.
+  friend constexpr bool operator<(const UUID& lhs, const UUID& rhs) { return lhs.bytes_ < rhs.bytes_; }
 
  private:
   std::array<std::uint8_t, 16> bytes_{};

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks the sources for macOS without a Mac: type_check.py [--tree FOLDER] [--overlay FOLDER] [--sdk FOLDER] [FILE...]
+"""Checks the sources for macOS without a Mac: type_check.py [--shared] [--overlay FOLDER] [--sdk FOLDER] [FILE...]
 
 Compiles each file for an Apple processor and the oldest macOS that is supported, against our own declarations of
 Apple's interfaces in sdk/, with warnings as errors, and then runs Clang's static analyser on the Objective-C++ ones. So
@@ -7,8 +7,9 @@ a change of an interface of ours cannot leave the adapter behind, and neither ca
 newer than that macOS.
 
 The C and C++ libraries are this machine's. They are read first, as the Linux that they were written for; only then
-does the compiler pass for a Mac's. Without FILEs: all sources that a Mac builds and that need no library but these.
-A file in the overlay folder takes the place of the tree's file of the same path.
+does the compiler pass for a Mac's. Without FILEs: all sources below platform/ that a Mac builds; with --shared those
+that both systems share instead, which takes minutes. A file in the overlay folder takes the place of the tree's file of
+the same path.
 """
 
 import argparse
@@ -26,6 +27,8 @@ COMPILER = "clang++-16"
 TARGET = "arm64-apple-macos13"
 # What a Mac builds. The sources of the folders below use no header that the prelude could not read first.
 PATTERNS = ("platform/*.cpp", "platform/posix/*.cpp", "platform/macos/*.cpp", "platform/macos/*.mm")
+# What it builds besides, with libraries that take minutes to read.
+SHARED_PATTERNS = ("core/*.cpp", "diagnostics/*.cpp", "stores/*.cpp", "coordinator/*.cpp", "cli/*.cpp")
 ANGLED = re.compile(r"^\s*#\s*(?:include|import)\s*<([^>]+)>", re.MULTILINE)
 WARNINGS = ("-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor "
             "-Woverloaded-virtual -Woverriding-method-mismatch -Wimplicit-fallthrough -Wcast-align -Wundef "
@@ -49,11 +52,11 @@ def system_folders() -> list:
     return [part for folder in folders for part in ("-isystem", folder)]
 
 
-def prelude_text(tree: pathlib.Path, sdk: pathlib.Path) -> str:
+def prelude_text(tree: pathlib.Path, sdk: pathlib.Path, is_shared: bool) -> str:
     """Reads every library header that the sources use as Linux, and then makes the compiler pass for a Mac's."""
     headers = set()
-    for pattern in ("platform/*.h", "platform/posix/*.h", "platform/macos/*.h", *PATTERNS):
-        for path in tree.glob(pattern):
+    for pattern in (*PATTERNS, *(SHARED_PATTERNS if is_shared else ())):
+        for path in [*tree.glob(pattern), *tree.glob(str(pathlib.PurePath(pattern).with_suffix(".h")))]:
             headers.update(ANGLED.findall(path.read_text(encoding="utf-8")))
     ours = {str(path.relative_to(sdk)) for path in sdk.rglob("*.h")}
     shadowing = {name for name in ours if any((pathlib.Path(folder) / name).exists()
@@ -104,7 +107,7 @@ def language_of(source: pathlib.Path) -> str:
 def make_preludes(folder: pathlib.Path, languages, arguments) -> dict:
     """The prelude for each language, read once."""
     text = folder / "prelude.h"
-    text.write_text(prelude_text(arguments.tree, arguments.sdk), encoding="utf-8")
+    text.write_text(prelude_text(arguments.tree, arguments.sdk, arguments.shared), encoding="utf-8")
     preludes = {}
     for language in languages:
         preludes[language] = folder / f"{language}.pch"
@@ -119,7 +122,7 @@ def sources_of(arguments) -> list:
     if arguments.files:
         names = arguments.files
     else:
-        names = sorted(str(path.relative_to(arguments.tree)) for pattern in PATTERNS
+        names = sorted(str(path.relative_to(arguments.tree)) for pattern in (SHARED_PATTERNS if arguments.shared else PATTERNS)
                        for path in arguments.tree.glob(pattern))
     in_overlay = arguments.overlay or arguments.tree
     return [in_overlay / name if (in_overlay / name).exists() else arguments.tree / name for name in names]
@@ -128,6 +131,7 @@ def sources_of(arguments) -> list:
 def main() -> int:
     parser = argparse.ArgumentParser(description="Checks the sources for macOS without a Mac.")
     parser.add_argument("--tree", type=pathlib.Path, default=HERE.parent.parent)
+    parser.add_argument("--shared", action="store_true")
     parser.add_argument("--overlay", type=pathlib.Path)
     parser.add_argument("--sdk", type=pathlib.Path, default=HERE / "sdk")
     parser.add_argument("files", nargs="*")

@@ -166,7 +166,7 @@ TEST_F(ChildProcessTest, standardInput_isEmpty) {
 TEST_F(ChildProcessTest, descriptors_ofOurs_areNotInherited) {
   const int open = ::open("/dev/null", O_RDONLY);
   const int high = fcntl(open, F_DUPFD, 200);
-  const std::string seen = outputOf("for d in $(seq 0 255); do [ -e /proc/$$/fd/$d ] && echo $d; done; true");
+  const std::string seen = outputOf("for d in $(seq 0 255); do [ -e /dev/fd/$d ] && echo $d; done; true");
   close(open);
   close(high);
   EXPECT_EQ(seen, "0\n1\n2\n");

@@ -21,8 +21,11 @@ struct Pipe {
 
 Pipe makePipe() {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+  if (pipe(ends.data()) != 0) {
     throw std::runtime_error("no pipe");
+  }
+  for (const int end : ends) {
+    fcntl(end, F_SETFD, FD_CLOEXEC);
   }
   return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
