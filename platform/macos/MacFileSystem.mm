@@ -3,12 +3,14 @@
 #include "platform/macos/CollectedBatch.h"
 #include "platform/macos/FolderAlias.h"
 #include "platform/macos/FoundationText.h"
+#include "platform/macos/RefusedWalk.h"
 #include "platform/macos/ResourceDictionary.h"
 
 #import <Foundation/Foundation.h>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
 namespace cirrovane {
@@ -105,18 +107,32 @@ std::string withoutLinks(const std::string& path) {
   return real;
 }
 
-NSDirectoryEnumerator<NSURL*>* enumeratorOf(const std::string& folder, NSArray<NSURLResourceKey>* keys) {
-  NSURL* url = fileURLOf(folder, /*isFolder=*/true);
-  if (url == nil) {
+/// What becomes known of a walk while it goes on.
+struct WalkFindings {
+  /// The user, or the folder's own permissions, keep us out of the folder that the walk began at.
+  bool isRefused = false;
+};
+
+/// What cannot be listed is passed over; but of the folder itself it is noted that its items were kept from us.
+NSDirectoryEnumerator<NSURL*>* enumeratorOf(const std::string& folder, NSArray<NSURLResourceKey>* keys,
+                                            const std::shared_ptr<WalkFindings>& findings) {
+  NSURL* root = fileURLOf(folder, /*isFolder=*/true);
+  if (root == nil) {
     return nil;
   }
   const NSDirectoryEnumerationOptions options =
       NSDirectoryEnumerationSkipsHiddenFiles | NSDirectoryEnumerationSkipsPackageDescendants;
-  return [NSFileManager.defaultManager enumeratorAtURL:url
+  // A copy, since the block would keep no more of a reference than the reference.
+  const std::shared_ptr<WalkFindings> noted = findings;
+  return [NSFileManager.defaultManager enumeratorAtURL:root
                             includingPropertiesForKeys:keys
                                                options:options
-                                          errorHandler:^BOOL(NSURL* _Nullable, NSError*) {
-                                            // What cannot be listed is passed over.
+                                          errorHandler:^BOOL(NSURL* _Nullable url, NSError* error) {
+                                            const bool isRoot = url != nil && [url.path isEqual:root.path];
+                                            if (isRoot && [error.domain isEqualToString:NSCocoaErrorDomain] &&
+                                                error.code == NSFileReadNoPermissionError) {
+                                              noted->isRefused = true;
+                                            }
                                             return YES;
                                           }];
 }
@@ -124,8 +140,12 @@ NSDirectoryEnumerator<NSURL*>* enumeratorOf(const std::string& folder, NSArray<N
 class MacFolderWalk final : public FolderWalk {
  public:
   MacFolderWalk(FolderAlias folder, NSDirectoryEnumerator<NSURL*>* enumerator, NSArray<NSURLResourceKey>* keys,
-                const MaterializationCalls& materialization)
-      : folder_(std::move(folder)), enumerator_(enumerator), keys_(keys), materialization_(materialization) {}
+                std::shared_ptr<const WalkFindings> findings, const MaterializationCalls& materialization)
+      : folder_(std::move(folder)),
+        enumerator_(enumerator),
+        keys_(keys),
+        findings_(std::move(findings)),
+        materialization_(materialization) {}
 
   const ItemBatch* next() override {
     // At each call, because the caller may come on another thread.
@@ -140,6 +160,7 @@ class MacFolderWalk final : public FolderWalk {
           take(url);
         } else {
           enumerator_ = nil;
+          addRefusal();
         }
       }
     }
@@ -159,6 +180,13 @@ class MacFolderWalk final : public FolderWalk {
     }
   }
 
+  /// A folder that we are kept out of must not look like one without items, and so like a clean one.
+  void addRefusal() {
+    if (findings_->isRefused) {
+      batch_.add(folder_.asked, nullptr);
+    }
+  }
+
   /// Ends the walk with an item that could not be read: a scan that cannot be made must not look like a clean one.
   const ItemBatch* refuse() {
     if (enumerator_ == nil) {
@@ -172,20 +200,10 @@ class MacFolderWalk final : public FolderWalk {
   FolderAlias folder_;
   NSDirectoryEnumerator<NSURL*>* enumerator_;
   NSArray<NSURLResourceKey>* keys_;
+  std::shared_ptr<const WalkFindings> findings_;
   const MaterializationCalls& materialization_;
   StatusTexts statusTexts_;
   CollectedBatch batch_;
-};
-
-/// A walk over nothing but one item that could not be read.
-class RefusedWalk final : public FolderWalk {
- public:
-  explicit RefusedWalk(const std::string& folder) { batch_.add(folder, nullptr); }
-  const ItemBatch* next() override { return std::exchange(isGiven_, true) ? nullptr : &batch_; }
-
- private:
-  CollectedBatch batch_;
-  bool isGiven_ = false;
 };
 
 std::optional<std::int64_t> integer(NSDictionary<NSURLResourceKey, id>* values, NSURLResourceKey key) {
@@ -217,11 +235,12 @@ std::unique_ptr<FolderWalk> MacFileSystem::enumerate(const std::string& folder) 
     // The enumerator takes a link for an item, and a folder reached by a link for an empty one.
     FolderAlias alias{folder, withoutLinks(folder)};
     NSArray<NSURLResourceKey>* keys = foundationKeys();
-    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias.real, keys);
+    const auto findings = std::make_shared<WalkFindings>();
+    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias.real, keys, findings);
     if (enumerator == nil) {
       return nullptr;
     }
-    return std::make_unique<MacFolderWalk>(std::move(alias), enumerator, keys, materialization_);
+    return std::make_unique<MacFolderWalk>(std::move(alias), enumerator, keys, findings, materialization_);
   }
 }
 

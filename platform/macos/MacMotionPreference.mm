@@ -7,7 +7,8 @@ namespace cirrovane {
 
 /// Hears of changes for as long as it lives.
 struct MacMotionPreference::Observation {
-  explicit Observation(const std::function<void()>& changed)
+  // By value: a block would keep no more of a reference than the reference.
+  explicit Observation(std::function<void()> changed)
       : token([NSWorkspace.sharedWorkspace.notificationCenter
             addObserverForName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                         object:nil

@@ -95,7 +95,13 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 + (instancetype)dateWithTimeIntervalSince1970:(NSTimeInterval)secs;
 @end
 
+typedef NSString* NSErrorDomain;
+SDK_EXTERN NSErrorDomain const NSCocoaErrorDomain;
+enum : NSInteger { NSFileReadNoPermissionError = 257 };
+
 @interface NSError : NSObject <NSCopying>
+@property(readonly, copy) NSErrorDomain domain;
+@property(readonly) NSInteger code;
 @property(readonly, copy) NSString* localizedDescription;
 @end
 
