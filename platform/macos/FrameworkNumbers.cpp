@@ -3,21 +3,26 @@
 #include <cmath>
 
 namespace cirrovane {
+namespace {
+
+/// 2^63 is the first number beyond, and, unlike the last one inside, has an exact double. False for no number at all.
+bool fitsInteger(double number) {
+  return number >= -0x1p63 && number < 0x1p63;
+}
+
+}  // namespace
 
 std::optional<Time> timeOf(double secondsSince1970) {
   const double microseconds = std::floor(secondsSince1970 * 1e6);
-  // 2^63 is the first number beyond, and, unlike the last one inside, has an exact double.
-  if (!(microseconds >= -0x1p63 && microseconds < 0x1p63)) {
+  if (!fitsInteger(microseconds)) {
     return std::nullopt;
   }
   return Time(std::chrono::microseconds(static_cast<std::int64_t>(microseconds)));
 }
 
 std::optional<std::int64_t> wholeNumberOf(double number) {
-  if (!(number >= -0x1p63 && number < 0x1p63) || std::trunc(number) != number) {
-    return std::nullopt;
-  }
-  return static_cast<std::int64_t>(number);
+  const bool isWhole = fitsInteger(number) && std::trunc(number) == number;
+  return isWhole ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
 }
 
 std::optional<ThermalState> thermalStateOf(std::int64_t number) {

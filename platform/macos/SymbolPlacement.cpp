@@ -5,7 +5,8 @@
 namespace cirrovane {
 
 SymbolPlacement fitted(double drawingWidth, double drawingHeight, double boxWidth, double boxHeight) {
-  if (!(drawingWidth > 0 && drawingHeight > 0 && boxWidth > 0 && boxHeight > 0)) {
+  const bool hasArea = drawingWidth > 0 && drawingHeight > 0 && boxWidth > 0 && boxHeight > 0;
+  if (!hasArea) {
     return {};
   }
   const double scale = std::min(boxWidth / drawingWidth, boxHeight / drawingHeight);
