@@ -141,10 +141,32 @@ Item {
     }
 
     readonly property var pages: ({
+            "why": whyPage,
+            "incidents": incidentsPage,
             "status": statusPage,
-            "faq": faqPage
+            "iCloud": iCloudPage,
+            "finder": finderPage,
+            "system": systemPage,
+            "network": networkPage,
+            "storage": storagePage,
+            "power": powerPage,
+            "performance": performancePage,
+            "faq": faqPage,
+            "tools": toolsPage
         })
 
+    Component {
+        id: whyPage
+        SafetyExplainerView {
+            context: shell.context
+        }
+    }
+    Component {
+        id: incidentsPage
+        IncidentCenterView {
+            context: shell.context
+        }
+    }
     Component {
         id: statusPage
         SystemStatusView {
@@ -152,8 +174,63 @@ Item {
         }
     }
     Component {
+        id: iCloudPage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "iCloud"
+        }
+    }
+    Component {
+        id: finderPage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "Finder"
+        }
+    }
+    Component {
+        id: systemPage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "System"
+        }
+    }
+    Component {
+        id: networkPage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "Network"
+        }
+    }
+    Component {
+        id: storagePage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "Storage"
+        }
+    }
+    Component {
+        id: powerPage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "Power"
+        }
+    }
+    Component {
+        id: performancePage
+        DiagnosticsDomainView {
+            context: shell.context
+            domain: "Performance"
+        }
+    }
+    Component {
         id: faqPage
         FAQView {
+        }
+    }
+    Component {
+        id: toolsPage
+        ToolsView {
+            context: shell.context
         }
     }
     Component {

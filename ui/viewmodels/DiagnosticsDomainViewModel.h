@@ -10,7 +10,7 @@
 namespace cirrovane {
 
 /// The findings of one domain, in the order in which the latest refresh presents them.
-class DiagnosticsDomainViewModel : public PageViewModel {
+class DiagnosticsDomainViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString domain READ domain WRITE setDomain NOTIFY changed REQUIRED)

@@ -12,7 +12,7 @@
 namespace cirrovane {
 
 /// The incidents as the coordinator has them, of which two filters keep a part.
-class IncidentCenterViewModel : public PageViewModel {
+class IncidentCenterViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString activeCount READ activeCount NOTIFY changed)

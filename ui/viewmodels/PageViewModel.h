@@ -9,7 +9,8 @@
 
 namespace cirrovane {
 
-/// What a page shows, made by the page itself and gone with it. Main thread only.
+/// What a page shows, made by the page itself and gone with it. Main thread only. Heirs name it with its namespace, by
+/// which alone the registration of types finds it.
 class PageViewModel : public QObject {
   Q_OBJECT
   QML_ANONYMOUS

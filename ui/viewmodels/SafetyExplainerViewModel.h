@@ -10,7 +10,7 @@
 namespace cirrovane {
 
 /// Why the current verdict is what it is: the verdict, the checklist behind it, and what stands in the way most.
-class SafetyExplainerViewModel : public PageViewModel {
+class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)

@@ -10,7 +10,7 @@
 namespace cirrovane {
 
 /// The latest status sample in words, a list of labels and values for each card.
-class SystemStatusViewModel : public PageViewModel {
+class SystemStatusViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString capturedAt READ capturedAt NOTIFY changed)

@@ -19,7 +19,7 @@ namespace cirrovane {
 
 /// The optional tools: which of them are installed, and the installs that the user asked this page for. What is known
 /// goes with the page; an install goes on without it.
-class ToolsViewModel : public PageViewModel {
+class ToolsViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString availableText READ availableText CONSTANT)

@@ -13,6 +13,8 @@ QtObject {
     // Type sizes, in points of the design.
     readonly property int titleSize: 30
     readonly property int dialSize: 36
+    readonly property int verdictSize: 64
+    readonly property int countSize: 22
     readonly property int headingSize: 17
     readonly property int bodySize: 14
     readonly property int subheadlineSize: 13
@@ -85,6 +87,7 @@ QtObject {
 
     // The same for the severity of a finding or an incident.
     function severityColor(severity: string): color {
-        return severity === "error" ? red : severity === "warning" ? orange : severity === "ok" ? green : cyan;
+        return severity === "error" ? red : severity === "warning" ? orange : severity === "ok" ? green
+             : severity === "none" ? dimmedText : cyan;
     }
 }

@@ -1,0 +1,139 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The page that says why the verdict is what it is.
+PremiumTabScaffold {
+    id: page
+
+    required property PageContext context
+
+    title: "Why This Verdict"
+    subtitle: "Clear proof of why this device is safe or unsafe to pause right now."
+
+    SafetyExplainerViewModel {
+        id: explainer
+        context: page.context
+    }
+
+    PremiumCard {
+        heading: "Safe to Close"
+        showsHeading: true
+        spacing: Theme.rowSpacing
+
+        AppText {
+            text: explainer.verdict
+            font.pixelSize: Theme.verdictSize
+            font.weight: Font.Black
+            color: Theme.severityColor(explainer.verdictLevel)
+            Layout.fillWidth: true
+        }
+        AppText {
+            text: "Safe to Close means the device can safely sleep, shut down, or disconnect from network risk based on currently observable sync signals."
+            font.pixelSize: Theme.subheadlineSize
+            color: Theme.secondaryText
+            Layout.fillWidth: true
+        }
+        AppText {
+            text: explainer.lastEvaluation
+            font.pixelSize: Theme.captionSize
+            color: Theme.dimmedText
+            Layout.fillWidth: true
+        }
+    }
+
+    PremiumCard {
+        heading: "Checklist"
+
+        RowLayout {
+            spacing: Theme.rowSpacing
+            Layout.fillWidth: true
+
+            AppText {
+                text: "Checklist"
+                font.pixelSize: Theme.headingSize
+                font.weight: Font.DemiBold
+                Layout.fillWidth: true
+                Accessible.role: Accessible.Heading
+            }
+            AppText {
+                text: "All must pass"
+                font.pixelSize: Theme.captionSize
+                color: Theme.dimmedText
+            }
+        }
+
+        Repeater {
+            model: explainer.criteria
+
+            RowLayout {
+                id: criterion
+
+                required property string title
+                required property string detail
+                required property string symbol
+                required property string level
+                required property string state
+
+                spacing: Theme.cardSpacing
+                Layout.fillWidth: true
+
+                Symbol {
+                    name: criterion.symbol
+                    color: Theme.severityColor(criterion.level)
+                    size: 20
+                    Layout.alignment: Qt.AlignTop
+                }
+                ColumnLayout {
+                    spacing: 2
+                    Layout.fillWidth: true
+
+                    AppText {
+                        text: criterion.title
+                        font.weight: Font.DemiBold
+                        Layout.fillWidth: true
+                        Accessible.description: criterion.state
+                    }
+                    AppText {
+                        text: criterion.detail
+                        font.pixelSize: Theme.subheadlineSize
+                        color: Theme.dimmedText
+                        Layout.fillWidth: true
+                    }
+                }
+            }
+        }
+    }
+
+    PremiumCard {
+        visible: explainer.hasTopBlocker
+        heading: "Top Blocking Reason"
+        showsHeading: true
+        spacing: Theme.rowSpacing
+
+        AppText {
+            text: explainer.topBlockerReason
+            font.weight: Font.DemiBold
+            color: Theme.orange
+            Layout.fillWidth: true
+        }
+        FilePathText {
+            path: explainer.topBlockerPath
+            font.pixelSize: Theme.captionSize
+            Layout.fillWidth: true
+        }
+        AppText {
+            text: explainer.topBlockerDetails
+            font.pixelSize: Theme.subheadlineSize
+            color: Theme.dimmedText
+            Layout.fillWidth: true
+        }
+        ActionButton {
+            text: "Reveal in Finder"
+            description: explainer.topBlockerPath
+            onClicked: explainer.revealTopBlocker()
+        }
+    }
+}

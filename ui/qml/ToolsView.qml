@@ -1,0 +1,192 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The page of the optional tools.
+PremiumTabScaffold {
+    id: page
+
+    required property PageContext context
+
+    title: "Tools & Downloads"
+    subtitle: "Optional terminal tools for deeper subsystem checks."
+
+    ToolsViewModel {
+        id: catalogue
+        context: page.context
+    }
+
+    component Fact: ColumnLayout {
+        id: fact
+
+        required property string label
+        required property string value
+        property alias valueFont: value.font
+
+        spacing: 2
+        Layout.fillWidth: true
+        Layout.preferredWidth: 1
+        Layout.alignment: Qt.AlignTop
+
+        AppText {
+            text: fact.label
+            font.pixelSize: Theme.captionSize
+            color: Theme.dimmedText
+            Layout.fillWidth: true
+        }
+        AppText {
+            id: value
+            text: fact.value
+            font.pixelSize: Theme.subheadlineSize
+            color: Theme.secondaryText
+            Layout.fillWidth: true
+        }
+    }
+
+    RowLayout {
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        StatusBadge {
+            text: catalogue.availableText
+            tint: Theme.severityColor("info")
+        }
+        StatusBadge {
+            text: catalogue.installedText
+            tint: Theme.severityColor("ok")
+        }
+    }
+
+    PremiumCard {
+        visible: !catalogue.hasHomebrew
+        heading: "Homebrew"
+
+        RowLayout {
+            spacing: Theme.cardSpacing
+            Layout.fillWidth: true
+
+            Symbol {
+                name: "exclamationmark.triangle.fill"
+                color: Theme.severityColor("warning")
+                size: 18
+            }
+            AppText {
+                text: "Homebrew not found. Install Homebrew first to use one-click installs."
+                font.pixelSize: Theme.subheadlineSize
+                Layout.fillWidth: true
+            }
+            ActionButton {
+                text: "Download Homebrew"
+                description: "Opens a web page"
+                onClicked: catalogue.openHomebrewPage()
+            }
+        }
+    }
+
+    Repeater {
+        model: catalogue.tools
+
+        PremiumCard {
+            id: card
+
+            required property int index
+            required property string name
+            required property string state
+            required property string stateLevel
+            required property string purpose
+            required property string unlocks
+            required property string installCommand
+            required property string status
+            required property bool isInstalled
+            required property bool isInstalling
+            required property bool canInstall
+
+            heading: name
+            spacing: Theme.rowSpacing
+
+            RowLayout {
+                spacing: Theme.rowSpacing
+                Layout.fillWidth: true
+
+                AppText {
+                    text: card.name
+                    font.pixelSize: Theme.headingSize
+                    font.weight: Font.DemiBold
+                    Layout.fillWidth: true
+                    Accessible.role: Accessible.Heading
+                }
+                StatusBadge {
+                    text: card.state
+                    tint: Theme.severityColor(card.stateLevel)
+                }
+            }
+            AppText {
+                text: card.purpose
+                font.pixelSize: Theme.subheadlineSize
+                Layout.fillWidth: true
+            }
+            RowLayout {
+                spacing: Theme.cardPadding
+                Layout.fillWidth: true
+
+                Fact {
+                    label: "Unlocks:"
+                    value: card.unlocks
+                }
+                Fact {
+                    label: "Install command:"
+                    value: card.installCommand
+                    valueFont.family: Theme.monospacedFamily
+                }
+            }
+            RowLayout {
+                spacing: Theme.rowSpacing
+                Layout.fillWidth: true
+
+                ActionButton {
+                    id: copy
+                    text: "Copy"
+                    symbolName: "doc.on.doc"
+                    description: card.installCommand
+                    onClicked: catalogue.copyInstallCommand(card.index)
+                }
+                ActionButton {
+                    text: "Download"
+                    symbolName: "square.and.arrow.down"
+                    description: card.name
+                    enabled: card.canInstall
+                    visible: !card.isInstalled
+                    onClicked: {
+                        // It can do nothing until the install has ended, and would lose the focus.
+                        if (activeFocus) {
+                            copy.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
+                        }
+                        catalogue.install(card.index);
+                    }
+                }
+                BusySpinner {
+                    visible: card.isInstalling
+                }
+                AppText {
+                    text: card.status
+                    visible: text.length > 0
+                    font.pixelSize: Theme.subheadlineSize
+                    color: Theme.secondaryText
+                    Layout.fillWidth: true
+                }
+                Item {
+                    Layout.fillWidth: card.status.length === 0
+                }
+            }
+        }
+    }
+
+    AppText {
+        text: "Some hardware metrics are not exposed by default macOS APIs. Optional tools unlock deeper telemetry."
+        font.pixelSize: Theme.subheadlineSize
+        color: Theme.dimmedText
+        Layout.fillWidth: true
+    }
+}
