@@ -2,6 +2,7 @@
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
 #include "core/DisplayText.h"
+#include "stores/IncidentFilter.h"
 #include "stores/IncidentStore.h"
 
 #include <algorithm>
@@ -15,16 +16,6 @@
 
 namespace cirrovane {
 namespace {
-
-struct IncidentFilter {
-  std::string scope = "all";
-  std::string severity = "all";
-};
-
-bool passes(const IncidentRecord& record, const IncidentFilter& filter) {
-  const bool isInScope = filter.scope == "all" || (filter.scope == "resolved") == record.isResolved;
-  return isInScope && (filter.severity == "all" || filter.severity == rawValue(record.severity));
-}
 
 void printRecord(const IncidentRecord& record, const TextStyle& style, Output& out) {
   const HealthState colour = record.isResolved                              ? HealthState::safe
@@ -41,7 +32,7 @@ void printRecord(const IncidentRecord& record, const TextStyle& style, Output& o
 }
 
 void printRecords(std::vector<IncidentRecord> records, const IncidentFilter& filter, CommandContext& context) {
-  std::erase_if(records, [&](const IncidentRecord& record) { return !passes(record, filter); });
+  std::erase_if(records, [&](const IncidentRecord& record) { return !filter.keeps(record); });
   if (context.wantsJSON) {
     writeJSONDocument(context.out, records);
     return;
@@ -80,6 +71,20 @@ ExitStatus change(const std::string& identifier, void (IncidentStore::*verb)(con
   return ExitStatus::done;
 }
 
+/// An option that takes the raw value of one of the choices.
+template <class Filter, class Choices>
+void addFilterOption(CLI::App& command, const std::string& name, Filter& target, const Choices& choices,
+                     const std::string& description) {
+  std::vector<std::string> names;
+  for (const auto& choice : choices) {
+    names.emplace_back(choice.rawValue);
+  }
+  command
+      .add_option_function<std::string>(
+          name, [&target](const std::string& text) { fromRawValue(text, target); }, description)
+      ->check(CLI::IsMember(names));
+}
+
 }  // namespace
 
 void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen) {
@@ -90,10 +95,9 @@ void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen) {
       "  cirrovanectl incidents resolve 6F9619FF-8B86-D011-B42D-00CF4FC964FF");
   command->require_subcommand(0, 1);
   const auto filter = std::make_shared<IncidentFilter>();
-  command->add_option("--scope", filter->scope, "Which: all, active or resolved (default: all)")
-      ->check(CLI::IsMember({"all", "active", "resolved"}));
-  command->add_option("--severity", filter->severity, "How serious: all, warning or error (default: all)")
-      ->check(CLI::IsMember({"all", "warning", "error"}));
+  addFilterOption(*command, "--scope", filter->scope, kIncidentScopes, "Which: all, active or resolved (default: all)");
+  addFilterOption(*command, "--severity", filter->severity, kIncidentSeverityFilters,
+                  "How serious: all, warning or error (default: all)");
   addJSONOption(*command, chosen);
 
   const auto identifier = std::make_shared<std::string>();
