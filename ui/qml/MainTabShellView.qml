@@ -12,6 +12,8 @@ Item {
     required property AppSettings settings
     required property PageContext context
 
+    signal terminologyRequested
+
     AppBackdropView {
         anchors.fill: parent
         isClassic: shell.settings.isClassic
@@ -141,6 +143,7 @@ Item {
     }
 
     readonly property var pages: ({
+            "overview": overviewPage,
             "why": whyPage,
             "incidents": incidentsPage,
             "status": statusPage,
@@ -155,6 +158,14 @@ Item {
             "tools": toolsPage
         })
 
+    Component {
+        id: overviewPage
+        DashboardView {
+            context: shell.context
+            settings: shell.settings
+            onTerminologyRequested: shell.terminologyRequested()
+        }
+    }
     Component {
         id: whyPage
         SafetyExplainerView {

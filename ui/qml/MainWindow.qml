@@ -68,6 +68,7 @@ ApplicationWindow {
         viewModel: window.shell
         settings: window.settings
         context: window.context
+        onTerminologyRequested: guide.open()
     }
 
     TerminologyGuideView {

@@ -1,0 +1,65 @@
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The whole picture on one page. The order of the cards is that of reading and of the Tab key in either arrangement.
+PremiumTabScaffold {
+    id: page
+
+    required property PageContext context
+    required property AppSettings settings
+
+    signal terminologyRequested
+
+    title: "Cirrovane"
+    subtitle: ""
+    // The first card has the title.
+    showsHeading: false
+    spacing: Theme.pagePadding
+
+    HeaderCard {
+        context: page.context
+        settings: page.settings
+        onTerminologyRequested: page.terminologyRequested()
+    }
+    TrustCard {
+        context: page.context
+    }
+    // Right below the scores, whose names are what one looks up first.
+    Repeater {
+        model: page.settings.showTerminologyOnDashboard ? 1 : 0
+
+        TerminologyCard {
+        }
+    }
+    GridLayout {
+        columns: page.isWide ? 2 : 1
+        columnSpacing: page.spacing
+        rowSpacing: page.spacing
+        Layout.fillWidth: true
+
+        AwarenessCard {
+            context: page.context
+            Layout.fillHeight: true
+            Layout.preferredWidth: 1
+        }
+        BlockersCard {
+            context: page.context
+            Layout.fillHeight: true
+            Layout.preferredWidth: 1
+        }
+        ActionsCard {
+            context: page.context
+            Layout.fillHeight: true
+            Layout.preferredWidth: 1
+        }
+        WatchlistCard {
+            context: page.context
+            Layout.fillHeight: true
+            Layout.preferredWidth: 1
+        }
+    }
+    TimelineCard {
+        context: page.context
+    }
+}

@@ -1,0 +1,24 @@
+import QtQuick
+import QtQuick.Layouts
+
+// Asks for a scan, and shows that one is under way.
+RowLayout {
+    id: row
+
+    required property bool isScanning
+
+    signal clicked
+
+    spacing: Theme.rowSpacing
+
+    BusySpinner {
+        visible: row.isScanning
+    }
+    ActionButton {
+        text: "Rescan"
+        symbolName: "arrow.clockwise"
+        description: row.isScanning ? "A scan is running" : ""
+        Layout.fillWidth: true
+        onClicked: row.clicked()
+    }
+}

@@ -1,0 +1,13 @@
+import QtQuick
+import Cirrovane
+
+// The choice of the look, for all surfaces.
+SegmentedControl {
+    required property AppSettings settings
+
+    label: "Theme"
+    titles: ["Liquid Glass", "Classic"]
+    values: ["liquid", "classic"]
+    value: settings.visualStyle
+    onChosen: style => settings.visualStyle = style
+}

@@ -1,0 +1,37 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Cirrovane
+
+// What stands first in the way.
+PremiumCard {
+    id: card
+
+    required property PageContext context
+
+    heading: "Top Blockers"
+
+    BlockersViewModel {
+        id: blockers
+        context: card.context
+    }
+
+    CardHeading {
+        heading: card.heading
+        note: blockers.countText
+    }
+    EmptyState {
+        visible: blockers.isEmpty
+        title: "No blockers detected"
+        subtitle: "Your watched folders currently show no obvious sync blockers."
+    }
+    Repeater {
+        model: blockers.rows
+
+        BlockerRow {
+            required property int index
+
+            onRevealRequested: blockers.reveal(index)
+        }
+    }
+}

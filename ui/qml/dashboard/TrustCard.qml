@@ -1,0 +1,94 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The verdict, the scores and the counters behind them.
+PremiumCard {
+    id: card
+
+    required property PageContext context
+
+    heading: "Safe to Close"
+    spacing: Theme.pageSpacing
+
+    HealthViewModel {
+        id: health
+        context: card.context
+    }
+
+    component Dial: ScoreDialView {
+        dialSize: 144
+        strokeWidth: 12
+        shadowRadius: 10
+        Layout.rowSpan: 2
+        Layout.row: 0
+        Layout.margins: Theme.tightSpacing
+    }
+
+    GridLayout {
+        columnSpacing: Theme.pageSpacing
+        rowSpacing: Theme.tightSpacing
+        Layout.fillWidth: true
+
+        ColumnLayout {
+            spacing: 0
+            Layout.row: 0
+            Layout.column: 0
+            Layout.fillWidth: true
+            Layout.alignment: Qt.AlignBottom
+
+            AppText {
+                text: card.heading
+                font.pixelSize: Theme.headingSize
+                font.weight: Font.DemiBold
+                Layout.fillWidth: true
+                Accessible.role: Accessible.Heading
+            }
+            AppText {
+                text: health.verdict
+                font.pixelSize: Theme.verdictSize
+                font.weight: Font.Black
+                color: Theme.stateColor(health.verdictState)
+                Layout.fillWidth: true
+            }
+        }
+        Dial {
+            score: health.uploadTrust
+            status: health.state
+            caption: "Upload Trust"
+            Layout.column: 1
+        }
+        Dial {
+            score: health.localAvailability
+            status: health.localState
+            caption: "Local Availability"
+            Layout.column: 2
+        }
+        AppText {
+            text: health.updatedText
+            font.pixelSize: Theme.captionSize
+            color: Theme.dimmedText
+            Layout.row: 1
+            Layout.column: 0
+            Layout.fillWidth: true
+            Layout.alignment: Qt.AlignTop
+        }
+    }
+    RowLayout {
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        Repeater {
+            model: health.metrics
+
+            MetricPill {
+                required property string state
+
+                tint: state.length > 0 ? Theme.stateColor(state) : Theme.text
+                Layout.fillWidth: true
+            }
+        }
+    }
+}

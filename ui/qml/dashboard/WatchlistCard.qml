@@ -1,0 +1,111 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The folders that count.
+PremiumCard {
+    id: card
+
+    required property PageContext context
+
+    heading: "Critical Folder Watchlist"
+
+    // The keyboard stays where it was: at the next folder, or where one is added.
+    function removeRow(row) {
+        watchlist.remove(row);
+        const next = folders.itemAt(Math.min(row, folders.count - 1)) as FolderRow;
+        (next ? next.removeButton : addButton).forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    WatchlistViewModel {
+        id: watchlist
+        context: card.context
+    }
+
+    RowLayout {
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        ColumnLayout {
+            spacing: 2
+            Layout.fillWidth: true
+
+            AppText {
+                text: card.heading
+                font.pixelSize: Theme.headingSize
+                font.weight: Font.DemiBold
+                Layout.fillWidth: true
+                Accessible.role: Accessible.Heading
+            }
+            AppText {
+                text: "Mark the folders you cannot afford to lose."
+                font.pixelSize: Theme.subheadlineSize
+                color: Theme.secondaryText
+                Layout.fillWidth: true
+            }
+        }
+        ActionButton {
+            id: addButton
+            text: "Add Folder"
+            symbolName: "plus"
+            onClicked: watchlist.addFolder()
+            Layout.alignment: Qt.AlignTop
+        }
+    }
+    EmptyState {
+        visible: watchlist.isEmpty
+        title: "No folders tracked"
+        subtitle: "Add at least one critical folder to activate trust scoring."
+    }
+    Repeater {
+        id: folders
+        model: watchlist.rows
+
+        FolderRow {
+        }
+    }
+    WarningText {
+        text: watchlist.saveFailure
+    }
+
+    component FolderRow: RowLayout {
+        id: row
+
+        required property int index
+        required property string name
+        required property string path
+        property alias removeButton: button
+
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        Symbol {
+            name: "folder"
+            color: Theme.cyan
+            size: 18
+        }
+        ColumnLayout {
+            spacing: 2
+            Layout.fillWidth: true
+
+            AppLabel {
+                text: row.name
+                font.weight: Font.DemiBold
+                Layout.fillWidth: true
+            }
+            FilePathText {
+                path: row.path
+                Layout.fillWidth: true
+            }
+        }
+        ActionButton {
+            id: button
+            symbolName: "trash"
+            description: row.name + ", " + row.path
+            onClicked: card.removeRow(row.index)
+            Accessible.name: "Remove"
+        }
+    }
+}
