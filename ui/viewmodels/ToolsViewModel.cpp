@@ -64,7 +64,7 @@ void ToolsViewModel::install(int row) {
   statusByCommand_[tool->command] = QStringLiteral("Installing...");
   updateNow();
   inBackground(
-      [installer = *installer_, brewPath = *brewPath_, tool] {
+      [installer = makeInstaller(), brewPath = *brewPath_, tool] {
         const bool hasSucceeded = installer.runBrewInstall(brewPath, tool->name);
         return std::pair(hasSucceeded, installer.checkInstalled(tool->command));
       },
@@ -78,13 +78,16 @@ void ToolsViewModel::openHomebrewPage() {
 }
 
 void ToolsViewModel::begin() {
-  installer_.emplace(context()->commandRunner(), context()->systemInformation());
   refreshInstalledStates();
+}
+
+ToolInstaller ToolsViewModel::makeInstaller() const {
+  return {context()->commandRunner(), context()->systemInformation()};
 }
 
 void ToolsViewModel::update() {
   // Homebrew may have come since the page was opened.
-  brewPath_ = installer_->brewPath();
+  brewPath_ = makeInstaller().brewPath();
   std::vector<RowListModel::Row> rows;
   for (const OptionalTool& tool : optionalTools()) {
     rows.push_back(rowOf(tool));
@@ -95,7 +98,7 @@ void ToolsViewModel::update() {
 void ToolsViewModel::refreshInstalledStates() {
   isChecking_ = true;
   inBackground(
-      [installer = *installer_] {
+      [installer = makeInstaller()] {
         std::map<std::string_view, bool> installed;
         for (const OptionalTool& tool : optionalTools()) {
           installed[tool.command] = installer.checkInstalled(tool.command);

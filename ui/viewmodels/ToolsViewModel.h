@@ -57,6 +57,7 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
+  ToolInstaller makeInstaller() const;
   void refreshInstalledStates();
   void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
   RowListModel::Row rowOf(const OptionalTool& tool) const;
@@ -66,7 +67,6 @@ class ToolsViewModel : public cirrovane::PageViewModel {
 
   Background background_;
   RowListModel tools_;
-  std::optional<ToolInstaller> installer_;
   std::optional<std::string> brewPath_;
   bool isChecking_ = false;
   /// By command; those of the catalogue live for ever.
