@@ -53,6 +53,12 @@ if(CIRROVANE_FUZZ)
   target_compile_options(cirrovane_instrumentation INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# What ships is hardened as Debian hardens its own programs.
+set(ships "$<AND:$<CONFIG:Release>,$<PLATFORM_ID:Linux>>")
+target_compile_options(cirrovane_instrumentation INTERFACE
+  "$<${ships}:-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+target_link_options(cirrovane_instrumentation INTERFACE "$<${ships}:LINKER:-z,relro,-z,now>")
+
 add_library(cirrovane_build_options INTERFACE)
 target_link_libraries(cirrovane_build_options INTERFACE cirrovane_warnings cirrovane_instrumentation)
 
