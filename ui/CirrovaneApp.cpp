@@ -122,7 +122,8 @@ QColor CirrovaneApp::stateColour(const QString& state) {
 }
 
 bool CirrovaneApp::isInSight() const {
-  return window_->isVisible() || (panel_ && panel_->isVisible());
+  // The panel goes while a dialog that it has opened is up, and comes back after it.
+  return window_->isVisible() || (panel_ && panel_->isVisible()) || QGuiApplication::modalWindow() != nullptr;
 }
 
 void CirrovaneApp::quitIfOutOfReach() {
@@ -150,16 +151,22 @@ void CirrovaneApp::showPanel() {
     panel_.reset(qobject_cast<QQuickWindow*>(made));
     if (panel_) {
       connect(panel_.get(), &QWindow::visibleChanged, this, &CirrovaneApp::quitIfOutOfReach);
+      connect(panel_.get(), &QWindow::heightChanged, this, &CirrovaneApp::placePanel);
     }
   }
   if (!panel_) {
     return;
   }
+  placePanel();
+  bringToFront(*panel_);
+}
+
+void CirrovaneApp::placePanel() {
   const QRect icon = trayIcon_ ? trayIcon_->geometry() : QRect();
   const QScreen* screen = icon.isEmpty() ? nullptr : QGuiApplication::screenAt(icon.center());
   const QRect area = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+  panel_->setProperty("availableHeight", area.height());
   panel_->setPosition(panelPlace(icon, panel_->size(), area));
-  bringToFront(*panel_);
 }
 
 bool CirrovaneApp::isBusy() const {

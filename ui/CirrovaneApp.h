@@ -46,6 +46,8 @@ class CirrovaneApp : public QObject {
   DashboardServices makeServices(Machine& machine, NotificationCenter& notificationCenter);
   void makeWindow();
   void makeTrayIcon();
+  /// Puts the panel where the icon is, within the screen.
+  void placePanel();
   void rememberFrame();
   /// Whether one of the surfaces is on screen.
   bool isInSight() const;

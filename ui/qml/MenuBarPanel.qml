@@ -1,22 +1,32 @@
 import QtQuick
-import QtQuick.Layouts
+import QtQuick.Templates as T
 import Cirrovane
 
-// The panel beside the tray icon. It goes when something else gets the focus.
+// The panel beside the tray icon, as high as its content where the screen has the room. It goes when something else gets
+// the focus.
 Window {
     id: panel
 
     required property SnapshotViewModel snapshot
     required property AppSettings settings
+    // Of the screen, without what the desktop keeps for itself.
+    property real availableHeight: Screen.desktopAvailableHeight
 
     title: "Cirrovane"
     width: 380
-    height: column.implicitHeight + 2 * Theme.pagePadding
+    height: Math.min(availableHeight, flickable.contentHeight)
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     color: Theme.liquidBottom
 
     onVisibleChanged: if (visible) snapshot.appeared()
     onActiveChanged: if (!active && visible) close()
+
+    // The dialog takes the focus, and with it the panel goes: it comes back with how the export ended.
+    function exportProof() {
+        snapshot.exportProofPacket();
+        show();
+        requestActivate();
+    }
 
     AppBackdropView {
         anchors.fill: parent
@@ -24,55 +34,39 @@ Window {
         motionEnabled: false
     }
 
-    FocusScope {
+    ScrollingPage {
         anchors.fill: parent
         focus: true
+        title: panel.title
+        subtitle: ""
+        area: flickable
         Keys.onEscapePressed: panel.close()
 
-        Accessible.role: Accessible.Pane
-        Accessible.name: panel.title
-
-        ColumnLayout {
-            id: column
+        Flickable {
+            id: flickable
             anchors.fill: parent
-            anchors.margins: Theme.pagePadding
-            spacing: Theme.rowSpacing
+            contentWidth: width
+            contentHeight: content.implicitHeight + 2 * Theme.pagePadding
+            boundsBehavior: Flickable.StopAtBounds
+            activeFocusOnTab: false
 
-            RowLayout {
-                spacing: Theme.rowSpacing
-                Layout.fillWidth: true
+            T.ScrollBar.vertical: ScrollIndicator {
+            }
 
-                Symbol {
-                    name: panel.snapshot.menuBarSymbol
-                    size: 18
-                    color: Theme.stateColor(panel.snapshot.state)
-                }
-                AppLabel {
-                    text: panel.snapshot.statusLabel
-                    color: Theme.stateColor(panel.snapshot.state)
-                    font.pixelSize: Theme.headingSize
-                    font.weight: Font.DemiBold
-                    Layout.fillWidth: true
-                }
-                AppLabel {
-                    text: panel.snapshot.score
-                    color: Theme.stateColor(panel.snapshot.state)
-                    font.pixelSize: Theme.headingSize
-                    font.weight: Font.Bold
-                }
-            }
-            AppLabel {
-                text: panel.snapshot.verdict
-                font.pixelSize: Theme.subheadlineSize
-                font.weight: Font.DemiBold
-                Layout.fillWidth: true
-            }
-            AppLabel {
-                text: panel.snapshot.scores
-                font.pixelSize: Theme.captionSize
-                color: Theme.dimmedText
-                Layout.fillWidth: true
+            MenuBarSnapshotView {
+                id: content
+                x: Theme.pagePadding
+                y: Theme.pagePadding
+                width: flickable.width - 2 * Theme.pagePadding
+                snapshot: panel.snapshot
+                settings: panel.settings
+                onExportRequested: panel.exportProof()
+                onTerminologyRequested: guide.open()
             }
         }
+    }
+
+    TerminologyGuideView {
+        id: guide
     }
 }

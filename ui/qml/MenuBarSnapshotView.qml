@@ -1,0 +1,156 @@
+import QtQuick
+import QtQuick.Layouts
+import Cirrovane
+
+// The verdict at a glance, and the most used actions.
+ColumnLayout {
+    id: view
+
+    required property SnapshotViewModel snapshot
+    required property AppSettings settings
+
+    signal exportRequested
+    signal terminologyRequested
+
+    readonly property color stateColor: Theme.stateColor(snapshot.state)
+
+    component Caption: AppLabel {
+        font.pixelSize: Theme.captionSize
+        color: Theme.dimmedText
+        Layout.fillWidth: true
+    }
+
+    spacing: Theme.rowSpacing
+
+    RowLayout {
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        Symbol {
+            name: view.snapshot.menuBarSymbol
+            size: 18
+            color: view.stateColor
+        }
+        AppLabel {
+            text: view.snapshot.statusLabel
+            color: view.stateColor
+            font.pixelSize: Theme.headingSize
+            font.weight: Font.DemiBold
+            Layout.fillWidth: true
+        }
+        AppLabel {
+            text: view.snapshot.score
+            color: view.stateColor
+            font.pixelSize: Theme.headingSize
+            font.weight: Font.Bold
+        }
+    }
+    AppLabel {
+        text: view.snapshot.verdict
+        font.pixelSize: Theme.subheadlineSize
+        font.weight: Font.DemiBold
+        Layout.fillWidth: true
+    }
+    Caption {
+        text: view.snapshot.scores
+    }
+    ColumnLayout {
+        visible: view.snapshot.hasTopBlocker
+        spacing: 2
+        Layout.fillWidth: true
+
+        Caption {
+            text: "Top blocker"
+        }
+        FilePathText {
+            path: view.snapshot.topBlocker
+            color: Theme.text
+            font.pixelSize: Theme.subheadlineSize
+            Layout.fillWidth: true
+        }
+    }
+    ColumnLayout {
+        visible: view.snapshot.hasLastFailed
+        spacing: 2
+        Layout.fillWidth: true
+
+        Caption {
+            text: "Last failed scan"
+        }
+        DatedText {
+            text: view.snapshot.lastFailedTime
+            date: view.snapshot.lastFailedDate
+            font.pixelSize: Theme.subheadlineSize
+            Layout.fillWidth: true
+        }
+        Caption {
+            visible: text.length > 0
+            text: view.snapshot.lastFailedReason
+        }
+    }
+    Divider {
+        Layout.topMargin: Theme.tightSpacing
+        Layout.bottomMargin: Theme.tightSpacing
+    }
+    RowLayout {
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        AppLabel {
+            text: "Theme"
+            font.pixelSize: Theme.subheadlineSize
+            Layout.fillWidth: true
+        }
+        ThemePicker {
+            settings: view.settings
+        }
+    }
+    GridLayout {
+        columns: 2
+        columnSpacing: Theme.rowSpacing
+        rowSpacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        RescanButton {
+            isScanning: view.snapshot.isScanning
+            onClicked: view.snapshot.rescan()
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+        }
+        ActionButton {
+            text: "Export Proof"
+            symbolName: "square.and.arrow.up"
+            onClicked: view.exportRequested()
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+        }
+        ActionButton {
+            text: "Check for Updates"
+            onClicked: view.snapshot.checkForUpdates()
+            Layout.fillWidth: true
+            Layout.columnSpan: 2
+        }
+    }
+    AppText {
+        text: view.snapshot.exportNote
+        visible: text.length > 0
+        font.pixelSize: Theme.captionSize
+        color: Theme.secondaryText
+        Layout.fillWidth: true
+    }
+    ToggleSwitch {
+        text: "Show terminology in dashboard"
+        isOn: view.settings.showTerminologyOnDashboard
+        onSwitched: on => view.settings.showTerminologyOnDashboard = on
+        Layout.fillWidth: true
+    }
+    ActionButton {
+        text: "Terminology Guide"
+        symbolName: "book"
+        onClicked: view.terminologyRequested()
+        Layout.fillWidth: true
+    }
+    Caption {
+        text: view.snapshot.buildLabel
+    }
+}
