@@ -22,6 +22,12 @@ class Picture:
         data = self._data
         return zip(data[2::4], data[1::4], data[0::4])
 
+    def share_unlike(self, other):
+        """How many of the pixels are others than in a picture of the same size, 0 to 1."""
+        assert (self.width, self.height) == (other.width, other.height)
+        pairs = zip(self.pixels(), other.pixels())
+        return sum(one != two for one, two in pairs) / (self.width * self.height)
+
     def save(self, path):
         """Writes a PNG."""
         rows = bytearray(3 * self.width * self.height)

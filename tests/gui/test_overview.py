@@ -1,0 +1,229 @@
+"""The overview: each card's texts, and everything that can be done there."""
+
+import json
+import urllib.parse
+from pathlib import Path
+
+import jsonschema
+import pytest
+
+SCHEMA = Path(__file__).parents[2] / "docs/proof-packet.schema.json"
+REASONS = {
+    "unavailableFolder": "Folder Unavailable",
+    "outsideICloud": "Outside iCloud",
+    "unresolvedConflict": "Conflict Detected",
+    "uploadError": "Upload Error",
+    "downloadError": "Download Error",
+    "stalledUpload": "Upload Stalled",
+    "notUploaded": "Not Uploaded",
+    "notDownloaded": "Cloud-Only (Not Local)",
+}
+BLOCKERS, WATCHLIST, TIMELINE = "Top Blockers", "Critical Folder Watchlist", "Audit Timeline"
+AWARENESS = "Signals You Might Miss"
+EXPORT = "Export Proof Packet"
+
+
+@pytest.fixture
+def overview(launch):
+    def start():
+        application = launch(CIRROVANE_DEMO_TAB="overview").ready()
+        application.wait_scanned()
+        return application
+
+    return start
+
+
+def card(application, heading):
+    return application.texts(("panel", heading))
+
+
+def expect(application, heading, *texts):
+    """The card has these texts and no others."""
+    application.wait_until(
+        lambda: card(application, heading) == list(texts), lambda: f"{texts}, but: {card(application, heading)}"
+    )
+
+
+def expect_among(application, heading, *texts):
+    """The card has these texts one after the other, and others before and after them."""
+
+    def are_there():
+        told = card(application, heading)
+        return any(told[start : start + len(texts)] == list(texts) for start in range(len(told)))
+
+    application.wait_until(are_there, lambda: f"{texts} in: {card(application, heading)}")
+
+
+def cloud_files(mac):
+    return [path for path in sorted((mac.home / "Library/Mobile Documents").rglob("*"))
+            if path.is_file() and not path.is_symlink()]  # fmt: skip
+
+
+def shown_blockers(mac):
+    report = mac.ask("check")
+    rows = [text for blocker in report["blockers"][:5]
+            for text in (REASONS[blocker["reason"]], blocker["folderName"], blocker["filePath"], blocker["details"],
+                         "Reveal in Finder")]  # fmt: skip
+    return [f"{len(report['blockers'])} total", *rows]
+
+
+def test_overview_nothingKnown_saysWhatIsMissing(launch, mac):
+    (mac.home / "Library/Mobile Documents").rename(mac.home / "Elsewhere")
+    (mac.stores / "watchlist.json").write_text("[]")
+    # The first scan does not end, so there is no history.
+    mac.replace_command("usr/bin/pgrep", "exec sleep 600\n")
+    application = launch(CIRROVANE_DEMO_TAB="overview").ready()
+    expect(application, WATCHLIST, WATCHLIST, "Mark the folders you cannot afford to lose.", "Add Folder",
+           "No folders tracked", "Add at least one critical folder to activate trust scoring.")  # fmt: skip
+    expect(application, BLOCKERS, BLOCKERS, "0 total", "No blockers detected",
+           "Your watched folders currently show no obvious sync blockers.")  # fmt: skip
+    expect(application, TIMELINE, TIMELINE, "No scan history yet", "Run scans over time to build an evidence timeline.",
+           EXPORT)  # fmt: skip
+    expect_among(application, AWARENESS, "Last Scan Result", "No failed scans in history",
+                 "This can mean stable sync, or simply not enough scan history yet.",
+                 "Last Confirmed Safe Scan", "None yet in current history.")  # fmt: skip
+    expect_among(application, AWARENESS, "Coverage Gaps", "No watchlist coverage gaps detected.", "Cloud-Only Files",
+                 "No cloud-only files currently detected.")  # fmt: skip
+
+
+def test_overview_unsafeMac_tellsTheReport(overview, mac):
+    application = overview()
+    report = mac.ask("check")
+    metrics = report["metrics"]
+    expect(application, BLOCKERS, BLOCKERS, *shown_blockers(mac))
+    expect_among(application, "Safe to Close", f"Files {metrics['totalFiles']}", f"Pending {metrics['pendingUploads']}",
+                 f"Conflicts {metrics['unresolvedConflicts']}", f"Errors {metrics['errors']}",
+                 f"Watchlist {len(mac.watchlist)}", f"Local Ready {report['localAvailabilityScore']}",
+                 f"Cloud-Only {metrics['notDownloaded']}")  # fmt: skip
+    expect_among(application, "Safe to Close", "Safe to Close", "NO")
+    actions = [text for action in report["actions"] for text in (f"{action['rank']}.", action["title"], action["detail"])]
+    expect(application, "Safe Next Actions", "Safe Next Actions", "Low risk first", *actions)
+    newest = mac.history[0]
+    expect_among(application, AWARENESS, f"Reason: {REASONS[newest['topBlockerReason']]}",
+                 f"Folder: {newest['topBlockerFolderName']}", "Reveal in Finder")  # fmt: skip
+    folders = [text for folder in mac.watchlist for text in (folder["name"], folder["path"], "Remove")]
+    expect_among(application, WATCHLIST, "Add Folder", *folders)
+
+
+@pytest.mark.parametrize("count", [5, 8])
+def test_blockers_atMostFiveAreShown(overview, mac, count):
+    mac.settle()
+    for file in cloud_files(mac)[:count]:
+        mac.set_file(file, downloadingStatus="notDownloaded")
+    application = overview()
+    expect(application, BLOCKERS, BLOCKERS, *shown_blockers(mac))
+    texts = card(application, BLOCKERS)
+    assert texts[1] == f"{count} total"
+    assert texts.count("Reveal in Finder") == 5
+    expect_among(application, AWARENESS, f"{count} files are cloud-only on this device. They can still be safely in "
+                 "iCloud, but may be unavailable offline.")  # fmt: skip
+
+
+def test_reveal_showsTheBlockerInTheFileManager(overview, mac, files):
+    application = overview()
+    path = mac.ask("check")["blockers"][1]["filePath"]
+    [button] = [node for node in application.all("push button", "Reveal in Finder", ("panel", BLOCKERS))
+                if path in node.description]  # fmt: skip
+    button.press()
+    uri = "file://" + urllib.parse.quote(path)
+    application.wait_until(lambda: files.shown() == [uri], lambda: f"{uri}: {files.shown()}")
+
+
+def test_lastFailedScan_withoutItsPath_saysSo(overview, mac):
+    mac.unsettle()
+    overview().quit()
+    old = {key: value for key, value in mac.history[0].items() if key != "topBlockerFilePath"}
+    (mac.stores / "history.json").write_text(json.dumps([old]))
+    mac.settle()
+    application = overview()
+    expect_among(application, AWARENESS, "Location unavailable because older snapshots did not capture file paths.")
+    assert "Reveal in Finder" not in card(application, AWARENESS)
+    application.wait_until(
+        lambda: any(text.startswith("Unsafe at ") for text in card(application, AWARENESS))
+        and any(text.startswith("Safe at ") for text in card(application, AWARENESS)),
+        "both scans by their times",
+    )
+
+
+def test_timeline_hasARowForEachScan(overview, mac):
+    mac.settle()
+    application = overview()
+    mac.unsettle()
+    application.rescan()
+    unsafe = mac.history[0]
+    expect_among(application, TIMELINE, "Score 100", "Local 100", "0 blockers", "Safe")
+    expect_among(application, TIMELINE, f"Score {unsafe['score']}", f"Local {unsafe['localAvailabilityScore']}",
+                 f"{unsafe['blockerCount']} blockers", REASONS[unsafe["topBlockerReason"]])  # fmt: skip
+
+
+def type_into_dialog(application, title, text, button):
+    """Types into the file dialog of this title and accepts it."""
+    application.node("dialog", title)
+    entry = application.wait_until(
+        lambda: [node for node in application.all("text", under=("dialog", title)) if "editable" in node.states],
+        "where to type",
+    )[0]
+    assert entry.accessible.queryEditableText().setTextContents(text)
+    application.press("push button", button, ("dialog", title))
+    application.wait_for_none("dialog", title)
+
+
+def test_addFolder_throughTheDialog_watchesAndScansIt(overview, mac):
+    application = overview()
+    folder = mac.home / "Documents/Thesis"
+    folder.mkdir(parents=True)
+    scans = len(mac.history)
+    application.press("push button", "Add Folder", ("panel", WATCHLIST))
+    type_into_dialog(application, "Add Critical Folder", str(folder), "Add to Watchlist")
+    expect_among(application, WATCHLIST, "Thesis", str(folder), "Remove")
+    application.wait_scanned(scans + 1)
+    assert str(folder) in [watched["path"] for watched in mac.watchlist]
+    [button] = [node for node in application.all("push button", "Remove") if str(folder) in node.description]
+    button.press()
+    application.wait_until(lambda: "Thesis" not in card(application, WATCHLIST), "the folder to be gone")
+    assert str(folder) not in [watched["path"] for watched in mac.watchlist]
+
+
+def test_export_throughTheDialog_writesAProofPacket(overview, mac):
+    application = overview()
+    file = mac.home / "proof"
+    application.press("push button", EXPORT, ("panel", TIMELINE))
+    type_into_dialog(application, EXPORT, str(file), "Save")
+    packet = application.wait_until(lambda: file.with_suffix(".json").exists() and file.with_suffix(".json"), "the packet")
+    packet = json.loads(packet.read_text())
+    jsonschema.validate(packet, json.loads(SCHEMA.read_text()))
+    assert packet["report"]["score"] == mac.history[0]["score"]
+    application.wait_until(lambda: any("proof.json" in text for text in card(application, TIMELINE)), "the note")
+
+
+def test_theme_isChosenAndRemembered(overview, mac, desktop):
+    application = overview()
+    window = application.wait_for_window()
+    desktop.park_pointer()
+    liquid = desktop.picture(*desktop.geometry(window))
+    application.press("radio button", "Classic")
+    application.wait_until(lambda: mac.defaults.get("visualStyle") == "classic", "the style to be remembered")
+    application.wait_until(
+        lambda: liquid.share_unlike(desktop.picture(*desktop.geometry(window))) > 0.2, "another look of the window"
+    )
+
+
+def test_motion_isSwitchedAndRemembered(overview, mac):
+    application = overview()
+    application.node("check box", "Motion", checked=False).press()
+    application.node("check box", "Motion", checked=True)
+    assert mac.defaults["motionEnabled"] is True
+
+
+def test_terminology_opensTheGuide(overview):
+    application = overview()
+    application.press("push button", "Terminology")
+    application.node("dialog", "Terminology Guide")
+    application.keys("Escape")
+    application.wait_for_none("dialog", "Terminology Guide")
+
+
+def test_terminologyOnTheDashboard_isShownWhenWanted(overview, mac):
+    mac.set_defaults(showTerminologyOnDashboard=True)
+    application = overview()
+    application.node("label", "0-100 confidence score for upload integrity. Cloud-only files do not reduce this score.")
