@@ -74,6 +74,8 @@ ScrollingPage {
         spacing: Theme.pageSpacing
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        // Rows that are made ahead, a few at a time: a screen reader hears of no others.
+        cacheBuffer: 6000
         activeFocusOnTab: false
         keyNavigationEnabled: false
         currentIndex: -1
