@@ -2,6 +2,7 @@
 #include "tests/support/ManualExecutor.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <memory>
 #include <string>
@@ -54,6 +55,11 @@ class SnapshotViewModelTest : public DashboardMachine {
   }
 
   ManualExecutor executor_;
+  // What comes later needs an application object.
+  int argumentCount_ = 1;
+  char name_[6] = "tests";
+  char* arguments_[1] = {name_};
+  QCoreApplication application_{argumentCount_, arguments_};
   std::unique_ptr<AppUpdateService> updates_;
   std::unique_ptr<SnapshotViewModel> snapshot_;
 };
@@ -190,11 +196,17 @@ TEST_F(SnapshotViewModelTest, rescan_isUnderWayUntilItIsDone) {
 
 TEST_F(SnapshotViewModelTest, export_notesHowItEnded) {
   SnapshotViewModel& snapshot = open();
+  const QSignalSpy ends(&snapshot, &SnapshotViewModel::exportEnded);
   EXPECT_EQ(snapshot.exportNote(), "");
   snapshot.exportProofPacket();
+  EXPECT_TRUE(panels_.savePanels().empty());
+  QCoreApplication::processEvents();
+  EXPECT_EQ(panels_.savePanels().size(), 1U);
+  EXPECT_EQ(ends.count(), 1);
   EXPECT_EQ(snapshot.exportNote(), "");
   panels_.answer = "/Users/test/proof.json";
   snapshot.exportProofPacket();
+  QCoreApplication::processEvents();
   EXPECT_EQ(snapshot.exportNote(), "Proof packet exported to proof.json.");
 }
 

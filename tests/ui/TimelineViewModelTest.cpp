@@ -28,6 +28,15 @@ class TimelineViewModelTest : public PageTest {
     return texts(*page_->rows()).at(0);
   }
 
+  void exportProofPacket() {
+    page_->exportProofPacket();
+    EXPECT_TRUE(panels_.savePanels().empty());
+    // The panel, and then what came of it.
+    catchUp();
+    EXPECT_EQ(panels_.savePanels().size(), 1U);
+    catchUp();
+  }
+
   std::unique_ptr<TimelineViewModel> page_ = open<TimelineViewModel>();
 };
 
@@ -95,22 +104,19 @@ TEST_F(TimelineViewModelTest, sameHistoryAgain_changesNoRow) {
 
 TEST_F(TimelineViewModelTest, export_notesTheFileByItsName) {
   panels_.answer = "/Users/test/Desktop/proof\u202e.json";
-  page_->exportProofPacket();
-  catchUp();
+  exportProofPacket();
   EXPECT_EQ(page_->exportNote(), "Proof packet exported to proof\\u{202e}.json.");
 }
 
 TEST_F(TimelineViewModelTest, export_failed_saysWhy) {
   panels_.answer = "/Users/test/Desktop/proof.json";
   storage_.failure = Failure{"No space left on device"};
-  page_->exportProofPacket();
-  catchUp();
+  exportProofPacket();
   EXPECT_EQ(page_->exportNote(), "Export failed: No space left on device");
 }
 
 TEST_F(TimelineViewModelTest, export_cancelled_notesNothing) {
-  page_->exportProofPacket();
-  catchUp();
+  exportProofPacket();
   EXPECT_EQ(page_->exportNote(), "");
 }
 

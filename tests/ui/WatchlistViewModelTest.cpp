@@ -20,6 +20,15 @@ class WatchlistViewModelTest : public PageTest {
  protected:
   std::string drive() const { return "iCloud Drive|" + std::string(kDrive); }
 
+  void addFolder() {
+    page_->addFolder();
+    EXPECT_TRUE(panels_.folderPanels().empty());
+    // The panel, and then what came of it.
+    catchUp();
+    EXPECT_EQ(panels_.folderPanels().size(), 1U);
+    catchUp();
+  }
+
   std::unique_ptr<WatchlistViewModel> page_ = open<WatchlistViewModel>();
 };
 
@@ -31,16 +40,14 @@ TEST_F(WatchlistViewModelTest, firstLaunch_watchesICloudDrive) {
 
 TEST_F(WatchlistViewModelTest, addFolder_picked_isShownAndScanned) {
   panels_.answer = "/Users/test/Desktop";
-  page_->addFolder();
-  catchUp();
+  addFolder();
   EXPECT_THAT(texts(*page_->rows()), ElementsAre("Desktop|/Users/test/Desktop", drive()));
   EXPECT_TRUE(page_->isScanning());
 }
 
 TEST_F(WatchlistViewModelTest, addFolder_cancelled_changesNothing) {
   const RowSignals rows(*page_->rows());
-  page_->addFolder();
-  catchUp();
+  addFolder();
   EXPECT_EQ(rows.total(), 0);
   EXPECT_FALSE(page_->isScanning());
 }
@@ -48,8 +55,7 @@ TEST_F(WatchlistViewModelTest, addFolder_cancelled_changesNothing) {
 TEST_F(WatchlistViewModelTest, addFolder_pageGoneMeanwhile_endsWell) {
   panels_.answer = "/Users/test/Desktop";
   panels_.whileOpen = [this] { page_.reset(); };
-  page_->addFolder();
-  catchUp();
+  addFolder();
   EXPECT_EQ(dashboard_->watchlist().folders().size(), 2U);
 }
 
@@ -90,8 +96,7 @@ TEST_F(WatchlistViewModelTest, removedWithoutBeingSaved_isTold) {
 TEST_F(WatchlistViewModelTest, addedWithoutBeingSaved_isToldUntilASaveSucceeds) {
   panels_.answer = "/Users/test/Desktop";
   storage_.privateFailure = Failure{"No space left on device"};
-  page_->addFolder();
-  catchUp();
+  addFolder();
   EXPECT_EQ(page_->saveFailure(), "The watchlist could not be saved: No space left on device");
   storage_.privateFailure.reset();
   page_->remove(0);

@@ -22,10 +22,12 @@ Window {
     onActiveChanged: if (!active && visible) close()
 
     // The dialog takes the focus, and with it the panel goes: it comes back with how the export ended.
-    function exportProof() {
-        snapshot.exportProofPacket();
-        show();
-        requestActivate();
+    Connections {
+        target: panel.snapshot
+        function onExportEnded() {
+            panel.show();
+            panel.requestActivate();
+        }
     }
 
     AppBackdropView {
@@ -60,7 +62,7 @@ Window {
                 width: flickable.width - 2 * Theme.pagePadding
                 snapshot: panel.snapshot
                 settings: panel.settings
-                onExportRequested: panel.exportProof()
+                onExportRequested: panel.snapshot.exportProofPacket()
                 onTerminologyRequested: guide.open()
             }
         }

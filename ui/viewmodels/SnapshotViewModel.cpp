@@ -6,6 +6,7 @@
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
 
+#include <QMetaObject>
 #include <string>
 
 namespace cirrovane {
@@ -96,7 +97,14 @@ void SnapshotViewModel::rescan() {
 }
 
 void SnapshotViewModel::exportProofPacket() {
-  dashboard_.exportProofPacket();
+  // Later, since the dialog would keep waiting whoever has pressed the button for the user.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        dashboard_.exportProofPacket();
+        emit exportEnded();
+      },
+      Qt::QueuedConnection);
 }
 
 void SnapshotViewModel::checkForUpdates() {

@@ -70,7 +70,7 @@ class SnapshotViewModel : public QObject {
   /// To be called each time that the panel goes from hidden to visible.
   Q_INVOKABLE void appeared();
   Q_INVOKABLE void rescan();
-  /// Lets the user name a file for a proof packet; comes back when that is done or cancelled.
+  /// Lets the user name a file for a proof packet; exportEnded() comes when that is done or cancelled.
   Q_INVOKABLE void exportProofPacket();
   Q_INVOKABLE void checkForUpdates();
 
@@ -79,6 +79,7 @@ class SnapshotViewModel : public QObject {
   void historyChanged();
   void isScanningChanged();
   void exportNoteChanged();
+  void exportEnded();
 
  private:
   DashboardViewModel& dashboard_;

@@ -4,6 +4,7 @@
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
 
+#include <QMetaObject>
 #include <utility>
 #include <vector>
 
@@ -58,8 +59,10 @@ RowListModel::Row TimelineViewModel::rowOf(const ScanSnapshot& snapshot) const {
 
 void TimelineViewModel::exportProofPacket() {
   if (context() != nullptr) {
-    // Nothing after it: the panel handles events, and one of them may end the page.
-    dashboard().exportProofPacket();
+    // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
+    // the page may go meanwhile.
+    QMetaObject::invokeMethod(
+        context(), [&dashboard = dashboard()] { dashboard.exportProofPacket(); }, Qt::QueuedConnection);
   }
 }
 

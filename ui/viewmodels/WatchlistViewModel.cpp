@@ -3,6 +3,7 @@
 #include "ui/viewmodels/SaveFailureText.h"
 #include "ui/viewmodels/Text.h"
 
+#include <QMetaObject>
 #include <cstddef>
 #include <utility>
 
@@ -28,8 +29,10 @@ void WatchlistViewModel::update() {
 
 void WatchlistViewModel::addFolder() {
   if (context() != nullptr) {
-    // Nothing after it: the panel handles events, and one of them may end the page.
-    dashboard().addFolderFromPanel();
+    // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
+    // the page may go meanwhile.
+    QMetaObject::invokeMethod(
+        context(), [&dashboard = dashboard()] { dashboard.addFolderFromPanel(); }, Qt::QueuedConnection);
   }
 }
 

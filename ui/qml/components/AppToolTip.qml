@@ -5,12 +5,18 @@ import QtQuick.Templates as T
 T.ToolTip {
     id: toolTip
 
+    // By the text alone: the width that a wrapped label asks for depends on the width that it has.
+    readonly property TextMetrics metrics: TextMetrics {
+        text: toolTip.text
+        font.pixelSize: Theme.smallSize
+    }
+
     x: 0
     y: parent ? parent.height + 4 : 0
     margins: 8
     padding: 8
     delay: 500
-    implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding,
+    implicitWidth: Math.min(Math.ceil(metrics.advanceWidth) + 1 + leftPadding + rightPadding,
                             (parent && parent.Window.window ? parent.Window.width : 520) - 2 * margins, 520)
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
