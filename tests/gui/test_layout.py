@@ -18,23 +18,34 @@ def overlap(one, other):
 
 def expect_clear(application, window, page=None):
     """Texts within the window, unless the page scrolls them down or the tab bar across; none on another of the same
-    parent."""
+    parent. A page that has just been opened finds its places first."""
+    problems = []
+
+    def is_clear():
+        problems[:] = find_problems(application, window, page)
+        return not problems
+
+    application.wait_until(is_clear, lambda: "\n".join(problems))
+
+
+def find_problems(application, window, page):
     x, y, width, height = window
     placed = [(node, node.extents()) for node in application.all() if node.role in TEXTS | {"push button", "page tab"}]
-    outside = []
+    problems = []
     for node, (left, top, wide, high) in placed:
         above = {(parent.role, parent.name) for parent in node.ancestors()}
         is_across = left >= x and left + wide <= x + width or TAB_BAR in above
         is_down = top >= y and top + high <= y + height or ("panel", page) in above
         if wide <= 0 or high <= 0 or not is_across or not is_down:
-            outside.append((str(node), (left, top, wide, high)))
-    assert not outside, f"outside of the window {window}"
+            problems.append(f"{node} at {(left, top, wide, high)} is outside of the window {window}")
     by_parent = itertools.groupby(
         sorted(placed, key=lambda entry: entry[0].parent.path), key=lambda entry: entry[0].parent.path
     )
     for _, siblings in by_parent:
         for (node, one), (other_node, other) in itertools.combinations(list(siblings), 2):
-            assert not overlap(one, other), f"{node} at {one} lies on {other_node} at {other}"
+            if overlap(one, other):
+                problems.append(f"{node} at {one} lies on {other_node} at {other}")
+    return problems
 
 
 @pytest.mark.parametrize("tab", [pytest.param(tab, id=tab.id) for tab in TABS])

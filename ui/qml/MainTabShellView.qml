@@ -35,7 +35,7 @@ Item {
             // Scrolls sideways where the window is too narrow for all tabs.
             Flickable {
                 id: tabs
-                contentWidth: tabRow.implicitWidth
+                contentWidth: Math.ceil(tabRow.implicitWidth)
                 implicitHeight: 36
                 clip: true
                 boundsBehavior: Flickable.StopAtBounds
@@ -81,6 +81,7 @@ Item {
                             text: modelData.title
                             symbolName: modelData.symbol
                             isChosen: shell.viewModel.selectedTab === modelData.id
+                            isCompact: shell.width < Theme.wideWidth
                             anchors.verticalCenter: parent.verticalCenter
                             onClicked: shell.viewModel.selectedTab = modelData.id
                             onIsChosenChanged: if (isChosen) tabs.reveal(this)

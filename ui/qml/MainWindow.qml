@@ -19,7 +19,15 @@ ApplicationWindow {
     minimumHeight: 700
     color: Theme.liquidBottom
 
+    // Made when it is first wanted, since it takes longer than the tab bar.
+    property var guide: null
+
     signal quitRequested
+
+    function showGuide() {
+        guide = guide ?? guideComponent.createObject(contentItem);
+        guide.open();
+    }
 
     // Without types: Qt 6.4 hands no colour over to C++ from a function that has them.
     function stateColor(state) {
@@ -41,11 +49,11 @@ ApplicationWindow {
 
     menuBar: WindowMenuBar {
         shell: window.shell
-        closesWindow: !guide.opened
+        closesWindow: !(window.guide?.opened ?? false)
         onCloseRequested: window.close()
         onMinimizeRequested: window.showMinimized()
         onQuitRequested: window.quitRequested()
-        onTerminologyRequested: guide.open()
+        onTerminologyRequested: window.showGuide()
     }
 
     Repeater {
@@ -68,10 +76,12 @@ ApplicationWindow {
         viewModel: window.shell
         settings: window.settings
         context: window.context
-        onTerminologyRequested: guide.open()
+        onTerminologyRequested: window.showGuide()
     }
 
-    TerminologyGuideView {
-        id: guide
+    Component {
+        id: guideComponent
+        TerminologyGuideView {
+        }
     }
 }

@@ -23,7 +23,7 @@ PremiumTabScaffold {
 
         required property string label
         required property string value
-        property alias valueFont: value.font
+        property bool isMonospaced: false
 
         spacing: 2
         Layout.fillWidth: true
@@ -37,8 +37,8 @@ PremiumTabScaffold {
             Layout.fillWidth: true
         }
         AppText {
-            id: value
             text: fact.value
+            isMonospaced: fact.isMonospaced
             font.pixelSize: Theme.subheadlineSize
             color: Theme.secondaryText
             Layout.fillWidth: true
@@ -138,7 +138,7 @@ PremiumTabScaffold {
                 Fact {
                     label: "Install command:"
                     value: card.installCommand
-                    valueFont.family: Theme.monospacedFamily
+                    isMonospaced: true
                 }
             }
             RowLayout {

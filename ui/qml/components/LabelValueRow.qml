@@ -25,7 +25,7 @@ RowLayout {
         text: row.value
         font.pixelSize: Theme.subheadlineSize
         font.weight: Font.Medium
-        font.family: row.isMonospaced ? Theme.monospacedFamily : Qt.application.font.family
+        isMonospaced: row.isMonospaced
         horizontalAlignment: TextEdit.AlignRight
         Layout.fillWidth: true
         Accessible.ignored: true

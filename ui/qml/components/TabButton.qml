@@ -13,14 +13,14 @@ T.TabButton {
 
     implicitHeight: 32
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    leftPadding: isCompact ? 6 : 10
+    leftPadding: isCompact ? 5 : 10
     rightPadding: leftPadding
     focusPolicy: Qt.StrongFocus
     // What is chosen is decided elsewhere.
     checkable: false
 
     contentItem: Row {
-        spacing: 6
+        spacing: button.isCompact ? 5 : 6
 
         Symbol {
             name: button.symbolName

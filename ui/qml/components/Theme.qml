@@ -8,6 +8,8 @@ QtObject {
     property bool isClassic: false
     property bool motionEnabled: true
 
+    // The linter of Qt 6.4 does not know it.
+    readonly property string family: Qt.application.font.family // qmllint disable
     readonly property string monospacedFamily: Qt.platform.os === "osx" ? "Menlo" : "monospace"
 
     // Type sizes, in points of the design.
