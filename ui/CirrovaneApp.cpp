@@ -4,14 +4,19 @@
 #include "ui/PanelPlace.h"
 #include "ui/SymbolImageProvider.h"
 #include "ui/WindowFrame.h"
+#include "ui/icon/ApplicationIcon.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QScreen>
+#include <QTimer>
+#include <chrono>
 
 namespace cirrovane {
 namespace {
+
+constexpr std::chrono::seconds kLongestWaitForPicture{1};
 
 QList<QRect> screenAreas() {
   QList<QRect> areas;
@@ -61,7 +66,12 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
   engine_.addImageProvider(QStringLiteral("symbols"), new SymbolImageProvider(desktop.symbolSource()));
   makeWindow();
   if (window_ != nullptr) {
-    makeTrayIcon();
+    // Whether there is a tray is asked when the last surface goes: at the start of a session it may come after us.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    constexpr auto once = static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection);
+    connect(window_, &QQuickWindow::frameSwapped, this, &CirrovaneApp::makeIcons, once);
+    // A window that nobody sees draws nothing.
+    QTimer::singleShot(kLongestWaitForPicture, this, &CirrovaneApp::makeIcons);
   }
 }
 
@@ -104,9 +114,14 @@ void CirrovaneApp::makeWindow() {
   });
 }
 
-void CirrovaneApp::makeTrayIcon() {
-  // Whether there is a tray is asked when the last surface goes: at the start of a session it may come after us.
-  QGuiApplication::setQuitOnLastWindowClosed(false);
+void CirrovaneApp::makeIcons() {
+  if (trayIcon_) {
+    return;
+  }
+  // A Mac takes the icon of the bundle, which is drawn with a Mac's margins.
+  if (QGuiApplication::platformName() != QLatin1String("cocoa")) {
+    QGuiApplication::setWindowIcon(applicationIcon());
+  }
   trayIcon_ = std::make_unique<TrayIcon>(
       snapshot_, [this](const QString& state) { return stateColour(state); }, desktop_);
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
@@ -143,6 +158,7 @@ void CirrovaneApp::showWindow() {
 }
 
 void CirrovaneApp::showPanel() {
+  makeIcons();
   if (!panel_) {
     QQmlComponent component(&engine_, sourceOf("MenuBarPanel.qml"));
     QObject* made =

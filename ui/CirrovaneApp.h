@@ -45,7 +45,8 @@ class CirrovaneApp : public QObject {
  private:
   DashboardServices makeServices(Machine& machine, NotificationCenter& notificationCenter);
   void makeWindow();
-  void makeTrayIcon();
+  /// What the window's first picture can do without and would wait for: the application's icon and the one in the tray.
+  void makeIcons();
   /// Puts the panel where the icon is, within the screen.
   void placePanel();
   void rememberFrame();

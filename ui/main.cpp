@@ -2,7 +2,6 @@
 #include "platform/Desktop.h"
 #include "platform/qt/SingleInstance.h"
 #include "ui/CirrovaneApp.h"
-#include "ui/icon/ApplicationIcon.h"
 
 #include <QApplication>
 #include <QFont>
@@ -109,10 +108,6 @@ int runProgram(int argumentCount, char** arguments) {
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(QStringLiteral("Cirrovane"));
   QApplication::setDesktopFileName(QStringLiteral("com.quillmere.Cirrovane"));
-  // A Mac takes the icon of the bundle, which is drawn with a Mac's margins.
-  if (QApplication::platformName() != QLatin1String("cocoa")) {
-    QApplication::setWindowIcon(applicationIcon());
-  }
   SingleInstance instance(root);
   // A first one that hangs is no reason to leave the user without an answer.
   if (instance.start(options.opensPanel ? kPanelMessage : kWindowMessage) == SingleInstance::Start::received) {

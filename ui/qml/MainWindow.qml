@@ -34,7 +34,14 @@ ApplicationWindow {
         return Theme.stateColor(state);
     }
 
-    onVisibleChanged: if (visible) shell.appeared()
+    onVisibleChanged: if (visible) arrival.restart()
+
+    // The scan's threads would share the processor with the window's first picture.
+    Timer {
+        id: arrival
+        interval: 100
+        onTriggered: window.shell.appeared()
+    }
 
     Binding {
         target: Theme
