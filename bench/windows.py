@@ -272,7 +272,7 @@ class Desktop:
         """How long the program behind a window took each time to answer that it is still there, in seconds, asked again
         and again until the condition holds. It answers in its main event loop."""
         protocol, ping = self._display.intern_atom("WM_PROTOCOLS"), self._display.intern_atom("_NET_WM_PING")
-        mask = X.PropertyChangeMask | X.SubstructureNotifyMask
+        mask = X.PropertyChangeMask | X.StructureNotifyMask | X.SubstructureNotifyMask
         self._root.change_attributes(event_mask=mask)
         answers, number = [], 0
         while not condition():

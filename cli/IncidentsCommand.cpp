@@ -76,6 +76,7 @@ template <class Filter, class Choices>
 void addFilterOption(CLI::App& command, const std::string& name, Filter& target, const Choices& choices,
                      const std::string& description) {
   std::vector<std::string> names;
+  names.reserve(choices.size());
   for (const auto& choice : choices) {
     names.emplace_back(choice.rawValue);
   }

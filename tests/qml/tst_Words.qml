@@ -81,9 +81,9 @@ Item {
             verify(ScreenReader.find(createTemporaryObject(badgeComponent, root), "StaticText", "Open"));
         }
 
-        function test_badge_tint_isOfWordAndGround() {
+        function test_badge_tint_isOfTheGroundAlone() {
             const badge = createTemporaryObject(badgeComponent, root);
-            compare(labels(badge)[0].color, Theme.red);
+            compare(labels(badge)[0].color, Theme.text);
             compare(badge.color, Qt.rgba(Theme.red.r, Theme.red.g, Theme.red.b, 0.22));
             compare(badge.radius, badge.height / 2);
         }

@@ -35,6 +35,11 @@ Window {
         isClassic: panel.settings.isClassic
         motionEnabled: false
     }
+    // All of it is one card.
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.cardFill
+    }
 
     ScrollingPage {
         anchors.fill: parent

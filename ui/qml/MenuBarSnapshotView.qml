@@ -34,14 +34,14 @@ ColumnLayout {
         AppLabel {
             text: view.snapshot.statusLabel
             color: view.stateColor
-            font.pixelSize: Theme.headingSize
-            font.weight: Font.DemiBold
+            font.pixelSize: Theme.numberSize
+            font.weight: Font.Bold
             Layout.fillWidth: true
         }
         AppLabel {
             text: view.snapshot.score
             color: view.stateColor
-            font.pixelSize: Theme.headingSize
+            font.pixelSize: Theme.numberSize
             font.weight: Font.Bold
         }
     }

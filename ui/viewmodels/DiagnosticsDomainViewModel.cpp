@@ -3,6 +3,7 @@
 #include "ui/viewmodels/Severity.h"
 #include "ui/viewmodels/Text.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -33,10 +34,8 @@ QString DiagnosticsDomainViewModel::title() const {
 }
 
 QString DiagnosticsDomainViewModel::lastUpdated() const {
-  if (context() == nullptr || !dashboard().diagnosticsUpdatedAt()) {
-    return QStringLiteral("Not yet");
-  }
-  return toQString(context()->timeText().timeOfDay(*dashboard().diagnosticsUpdatedAt()));
+  const std::optional<Time> time = context() == nullptr ? std::nullopt : dashboard().diagnosticsUpdatedAt();
+  return time ? toQString(context()->timeText().timeOfDay(*time)) : QStringLiteral("Not yet");
 }
 
 void DiagnosticsDomainViewModel::begin() {

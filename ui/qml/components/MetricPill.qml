@@ -7,7 +7,8 @@ Rectangle {
     required property string title
     required property string value
     property color tint: Theme.text
-    property int valueSize: Theme.headingSize
+    // Large enough for a sign's colour to be read.
+    property int valueSize: Theme.numberSize
 
     implicitWidth: Math.max(58, column.implicitWidth + 24)
     implicitHeight: column.implicitHeight + 16

@@ -21,11 +21,6 @@ FocusScope {
         shown.anchors.fill = slot;
     }
 
-    function begin() {
-        isDrawn = true;
-        show();
-    }
-
     onPageChanged: show()
 
     Connections {
@@ -34,7 +29,15 @@ FocusScope {
 
         // In the main thread, just before the first picture is handed over.
         function onAfterAnimating() {
-            Qt.callLater(slot.begin);
+            begin.start();
+        }
+    }
+    Timer {
+        id: begin
+        interval: 0
+        onTriggered: {
+            slot.isDrawn = true;
+            slot.show();
         }
     }
 }

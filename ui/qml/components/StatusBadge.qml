@@ -16,7 +16,7 @@ Rectangle {
         id: label
         anchors.centerIn: parent
         text: badge.text
-        color: badge.tint
+        color: Theme.text
         font.pixelSize: Theme.captionSize
         font.weight: Font.DemiBold
     }

@@ -17,6 +17,7 @@ QtObject {
     readonly property int dialSize: 36
     readonly property int verdictSize: 64
     readonly property int countSize: 22
+    readonly property int numberSize: 19
     readonly property int headingSize: 17
     readonly property int bodySize: 14
     readonly property int subheadlineSize: 13
@@ -47,7 +48,8 @@ QtObject {
     readonly property color green: "#30d158"
     readonly property color yellow: "#ffd60a"
     readonly property color orange: "#ff9f0a"
-    readonly property color red: "#ff453a"
+    // Lighter than the system's, which is too dark for a sign on our cards.
+    readonly property color red: "#ff6961"
     readonly property color cyan: "#64d2ff"
     readonly property color teal: "#40c8e0"
     readonly property color blue: "#0a84ff"
@@ -68,7 +70,7 @@ QtObject {
 
     // Cards
     readonly property int cardRadius: isClassic ? 18 : 20
-    readonly property color cardFill: isClassic ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0.55, 0.68, 0.80, 0.13)
+    readonly property color cardFill: isClassic ? Qt.rgba(1, 1, 1, 0.12) : Qt.rgba(0.10, 0.15, 0.21, 0.50)
     readonly property color cardOutlineStart: isClassic ? Qt.rgba(1, 1, 1, 0.20) : Qt.rgba(1, 1, 1, 0.35)
     readonly property color cardOutlineEnd: isClassic ? Qt.rgba(1, 1, 1, 0.20) : Qt.rgba(1, 1, 1, 0.10)
 
