@@ -15,6 +15,10 @@
 #include <string>
 #include <string_view>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <CLI/CLI.hpp>
 
 Q_IMPORT_QML_PLUGIN(CirrovanePlugin)
@@ -56,8 +60,14 @@ const AppTab& firstTab() {
   return initialTab(requested != nullptr ? std::optional<std::string_view>(requested) : std::nullopt);
 }
 
-/// Before there is a window: the symbols' shared texture, which is else as large as the window and mostly empty.
+/// Before there is a window or a thread.
 void saveMemory() {
+#ifdef __GLIBC__
+  // Threads that come and go with each scan would leave a heap of their own behind, and a large report holes in it.
+  mallopt(M_ARENA_MAX, 2);
+  mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+#endif
+  // The symbols' shared texture, which is else as large as the window and mostly empty.
   for (const char* side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
     if (!qEnvironmentVariableIsSet(side)) {
       qputenv(side, "512");

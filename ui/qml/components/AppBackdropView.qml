@@ -59,7 +59,7 @@ Item {
     Timer {
         property real elapsed: 0
 
-        interval: 200
+        interval: 250
         repeat: true
         running: backdrop.visible && backdrop.motionEnabled && !backdrop.isClassic
                  && backdrop.Window.visibility !== Window.Hidden && backdrop.Window.visibility !== Window.Minimized
