@@ -192,6 +192,13 @@ def test_faq_leftAndOpenedAgain_isClosed(faq):
     expect_faq(faq)
 
 
+def test_faq_refreshed_keepsItsAnswersOpen(faq):
+    faq.press("push button", QUESTIONS[1], PAGE)
+    expect_faq(faq, 2)
+    faq.rescan()
+    expect_faq(faq, 2)
+
+
 def test_guide_hasEveryTermInItsSection(guide):
     expected = [SHEET[1], "What each trust signal and blocker reason means.", "Close"]
     for section, terms in GUIDE:

@@ -227,3 +227,17 @@ def test_terminologyOnTheDashboard_isShownWhenWanted(overview, mac):
     mac.set_defaults(showTerminologyOnDashboard=True)
     application = overview()
     application.node("label", "0-100 confidence score for upload integrity. Cloud-only files do not reduce this score.")
+
+
+def test_refresh_whileScrolled_leavesThePageWhereItIs(overview):
+    application = overview()
+    application.resize(860, 700)
+    application.tab_to("push button", EXPORT)
+    button = application.node("push button", EXPORT, ("panel", TIMELINE), focused=True)
+    heading = application.node("heading", WATCHLIST)
+    before = heading.extents()
+    application.rescan()
+    expect_among(application, AWARENESS, "0% safe in last 2 scans")
+    # One more line in the timeline below is all that has changed.
+    assert application.node("heading", WATCHLIST).extents() == before
+    assert application.node("push button", EXPORT, focused=True).path == button.path
