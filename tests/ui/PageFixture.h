@@ -15,6 +15,13 @@ class PageTest : public DashboardMachine {
  protected:
   PageTest() : DashboardMachine({executor_, executor_, executor_, executor_}) { launch(); }
 
+  using DashboardMachine::launch;
+  /// The pages' context goes with the dashboard that it is about.
+  void launch() {
+    context_.reset();
+    DashboardMachine::launch();
+  }
+
   /// Makes the page's view model over the dashboard as it is now.
   template <class ViewModel>
   std::unique_ptr<ViewModel> open() {
