@@ -58,7 +58,7 @@ class ContrastTest : public ApplicationTest, public testing::WithParamInterface<
     ground_ = GetParam() ? colour("classicTop") : lightestLiquid();
     card_ = on(ground_, colour("cardFill"));
   }
-  ~ContrastTest() override { colours_->setProperty("isClassic", false); }
+  void TearDown() override { colours_->setProperty("isClassic", false); }
 
   std::unique_ptr<QObject> make(const QByteArray& body) {
     QQmlComponent component(&engine_);
@@ -88,8 +88,10 @@ class ContrastTest : public ApplicationTest, public testing::WithParamInterface<
     // The gradient's lighter end everywhere: it is close to what is below the upper light.
     QColor lightest = colour("liquidTop");
     for (int phases = 0; phases < 81; ++phases) {
-      backdrop->setProperty("orbOnePhase", (phases / 9) / 8.0);
-      backdrop->setProperty("orbTwoPhase", (phases % 9) / 8.0);
+      const int first = phases / 9;
+      const int second = phases % 9;
+      backdrop->setProperty("orbOnePhase", first / 8.0);
+      backdrop->setProperty("orbTwoPhase", second / 8.0);
       for (int x = 0; x <= 860; x += 20) {
         for (int y = 0; y <= 640; y += 20) {
           QColor here = colour("liquidTop");
