@@ -15,7 +15,8 @@ inline void needApplication() {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     // Lives as long as the process: what Qt tears down at the end of main() must find it.
-    new QGuiApplication(count, arguments);
+    static const auto* const application = new QGuiApplication(count, arguments);
+    static_cast<void>(application);
   }
 }
 
