@@ -35,7 +35,7 @@ class Desktop {
   virtual std::unique_ptr<Updater> makeUpdater() = 0;
 };
 
-/// The desktop of this session; each system has its own implementation. Needs an application object; the machine
+/// The desktop that the user is at; each system has its own implementation. Needs an application object; the machine
 /// outlives the desktop.
 std::unique_ptr<Desktop> makeDesktop(Machine& machine);
 

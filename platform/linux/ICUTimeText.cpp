@@ -50,7 +50,7 @@ std::unique_ptr<icu::DateFormat> formatOfPattern(const icu::UnicodeString& patte
   return format;
 }
 
-/// The language's own arrangement of the parts that the skeleton names.
+/// The language's own arrangement of the fields that the skeleton names.
 std::unique_ptr<icu::DateFormat> formatOfSkeleton(const char* skeleton, const icu::Locale& locale) {
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateTimePatternGenerator> generator(

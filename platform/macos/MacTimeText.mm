@@ -15,7 +15,7 @@ NSDateFormatter* timeFormatter(NSDateFormatterStyle style) {
   return formatter;
 }
 
-/// The locale's own arrangement of the parts that the template names.
+/// The locale's own arrangement of the fields that the template names.
 NSDateFormatter* templateFormatter(NSString* parts) {
   NSDateFormatter* formatter = [[NSDateFormatter alloc] init];
   [formatter setLocalizedDateFormatFromTemplate:parts];

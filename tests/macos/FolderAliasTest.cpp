@@ -8,12 +8,12 @@ namespace {
 const FolderAlias kAlias{"/tmp/work", "/private/tmp/work"};
 
 TEST(FolderAlias, itemBelowTheRealFolder_isBelowTheAskedOne) {
-  EXPECT_EQ(kAlias.asAsked("/private/tmp/work/a/b"), "/tmp/work/a/b");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files/a/b"), "/tmp/files/a/b");
 }
 
 TEST(FolderAlias, itemOfAnotherFolder_keepsItsPath) {
   EXPECT_EQ(kAlias.asAsked("/private/tmp/workshop/a"), "/private/tmp/workshop/a");
-  EXPECT_EQ(kAlias.asAsked("/tmp/work/a"), "/tmp/work/a");
+  EXPECT_EQ(kAlias.asAsked("/tmp/files/a"), "/tmp/files/a");
   EXPECT_EQ(kAlias.asAsked(""), "");
 }
 
