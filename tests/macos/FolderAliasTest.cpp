@@ -5,20 +5,20 @@
 namespace cirrovane {
 namespace {
 
-const FolderAlias kAlias{"/tmp/work", "/private/tmp/work"};
+const FolderAlias kAlias{"/tmp/files", "/private/tmp/files"};
 
 TEST(FolderAlias, itemBelowTheRealFolder_isBelowTheAskedOne) {
   EXPECT_EQ(kAlias.asAsked("/private/tmp/files/a/b"), "/tmp/files/a/b");
 }
 
 TEST(FolderAlias, itemOfAnotherFolder_keepsItsPath) {
-  EXPECT_EQ(kAlias.asAsked("/private/tmp/workshop/a"), "/private/tmp/workshop/a");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/filestore/a"), "/private/tmp/filestore/a");
   EXPECT_EQ(kAlias.asAsked("/tmp/files/a"), "/tmp/files/a");
   EXPECT_EQ(kAlias.asAsked(""), "");
 }
 
 TEST(FolderAlias, realFolderItself_keepsItsPath) {
-  EXPECT_EQ(kAlias.asAsked("/private/tmp/work"), "/private/tmp/work");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files"), "/private/tmp/files");
 }
 
 TEST(FolderAlias, folderWithoutLinks_changesNothing) {
