@@ -22,6 +22,8 @@ class Desktop {
   virtual NotificationCenter& notificationCenter() = 0;
   /// Has a function called on the main thread whenever the user clicks on a notification of ours.
   virtual void onNotificationActivated(std::function<void()> activated) = 0;
+  /// Has a function called on the main thread whenever the machine wakes from sleep, and maybe at other times too.
+  virtual void onWake(std::function<void()> woke) = 0;
   virtual Workspace& workspace() = 0;
   /// nullptr where the system has no such preference.
   virtual MotionPreference* motionPreference() = 0;

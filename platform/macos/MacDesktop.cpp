@@ -4,7 +4,9 @@
 #include "platform/macos/MacSymbolSource.h"
 #include "platform/macos/MacWorkspace.h"
 #include "platform/macos/StandardUpdater.h"
+#include "platform/macos/WorkspaceNotice.h"
 
+#include <optional>
 #include <utility>
 
 namespace cirrovane {
@@ -18,6 +20,9 @@ class MacDesktop final : public Desktop {
   void onNotificationActivated(std::function<void()> activated) override {
     notificationCenter_.onActivated(std::move(activated));
   }
+  void onWake(std::function<void()> woke) override {
+    wakeNotice_.emplace(WorkspaceNotice::Event::machineWoke, std::move(woke));
+  }
   Workspace& workspace() override { return workspace_; }
   MotionPreference* motionPreference() override { return &motionPreference_; }
   const SymbolSource* symbolSource() const override { return &symbolSource_; }
@@ -30,6 +35,7 @@ class MacDesktop final : public Desktop {
   MacWorkspace workspace_;
   MacMotionPreference motionPreference_;
   MacSymbolSource symbolSource_;
+  std::optional<WorkspaceNotice> wakeNotice_;
 };
 
 }  // namespace

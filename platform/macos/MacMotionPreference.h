@@ -1,28 +1,21 @@
 #pragma once
 
 #include "platform/MotionPreference.h"
+#include "platform/macos/WorkspaceNotice.h"
 
 #include <functional>
-#include <memory>
+#include <optional>
 
 namespace cirrovane {
 
 /// "Reduce motion" of the system settings' accessibility page.
 class MacMotionPreference final : public MotionPreference {
  public:
-  MacMotionPreference();
-  ~MacMotionPreference() override;
-
-  MacMotionPreference(const MacMotionPreference&) = delete;
-  MacMotionPreference& operator=(const MacMotionPreference&) = delete;
-
   bool isReduced() const override;
   void onChange(std::function<void()> changed) override;
 
  private:
-  struct Observation;
-
-  std::unique_ptr<Observation> observation_;
+  std::optional<WorkspaceNotice> notice_;
 };
 
 }  // namespace cirrovane

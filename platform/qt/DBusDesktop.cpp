@@ -2,7 +2,9 @@
 #include "platform/qt/DBusFileManager.h"
 #include "platform/qt/DBusNotificationCenter.h"
 #include "platform/qt/QtWorkspace.h"
+#include "platform/qt/WakeTimer.h"
 
+#include <optional>
 #include <utility>
 
 namespace cirrovane {
@@ -19,6 +21,7 @@ class DBusDesktop final : public Desktop {
   void onNotificationActivated(std::function<void()> activated) override {
     notificationCenter_.onActivated(std::move(activated));
   }
+  void onWake(std::function<void()> woke) override { wakeTimer_.emplace(std::move(woke)); }
   Workspace& workspace() override { return workspace_; }
   MotionPreference* motionPreference() override { return nullptr; }
   const SymbolSource* symbolSource() const override { return nullptr; }
@@ -29,6 +32,7 @@ class DBusDesktop final : public Desktop {
  private:
   DBusNotificationCenter notificationCenter_;
   QtWorkspace workspace_;
+  std::optional<WakeTimer> wakeTimer_;
 };
 
 }  // namespace

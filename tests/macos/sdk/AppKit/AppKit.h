@@ -10,6 +10,7 @@ typedef CGFloat NSFontWeight;
 SDK_EXTERN const NSFontWeight NSFontWeightRegular;
 SDK_EXTERN const NSRect NSZeroRect;
 SDK_EXTERN NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification SDK_SINCE(10.10);
+SDK_EXTERN NSNotificationName const NSWorkspaceDidWakeNotification;
 
 static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat w, CGFloat h) {
   NSRect rect = {{x, y}, {w, h}};
