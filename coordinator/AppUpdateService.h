@@ -30,12 +30,11 @@ class AppUpdateService {
   AppUpdateService(const Bundle& bundle, UserDefaults& userDefaults, Workspace& workspace, const TimeText& timeText,
                    const Clock& clock, const UpdaterFactory& makeUpdater);
 
-  const std::string& versionLabel() const { return versionLabel_.value(); }
-  Published<std::string>& publishedVersionLabel() { return versionLabel_; }
+  const std::string& versionLabel() const { return versionLabel_; }
 
   /// One line on the launch or the latest action.
   const std::string& updateStatusLine() const { return updateStatusLine_.value(); }
-  Published<std::string>& publishedUpdateStatusLine() { return updateStatusLine_; }
+  const Published<std::string>& publishedUpdateStatusLine() const { return updateStatusLine_; }
 
   /// Hands over to the updater, or opens the releases page where there is none.
   void checkForUpdates();
@@ -50,7 +49,7 @@ class AppUpdateService {
   const TimeText& timeText_;
   const Clock& clock_;
   std::unique_ptr<Updater> updaterController_;
-  Published<std::string> versionLabel_;
+  std::string versionLabel_;
   Published<std::string> updateStatusLine_;
 };
 

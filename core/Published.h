@@ -29,11 +29,12 @@ class Subscription {
   std::function<void()> end_;
 };
 
-/// A value whose observers are told of each change before it happens. One thread only.
+/// A value that tells its observers of each change. One thread only. Whoever may only look has it const: to observe
+/// changes nothing of the value.
 template <class Value>
 class Published {
  public:
-  /// Gets the value that is about to be taken, while value() still is the old one.
+  /// Gets the new value: before a change while value() still is the old one, after it when value() is the new one.
   using Observer = std::function<void(const Value& next)>;
 
   Published() = default;
@@ -45,39 +46,56 @@ class Published {
   const Value& value() const { return value_; }
 
   void set(Value next) {
+    tell(Moment::before, next);
+    value_ = std::move(next);
+    tell(Moment::after, value_);
+  }
+
+  /// Tells before each change.
+  [[nodiscard]] Subscription observe(Observer observer) const { return add(Moment::before, std::move(observer)); }
+  /// Tells after each change.
+  [[nodiscard]] Subscription afterChange(Observer observer) const { return add(Moment::after, std::move(observer)); }
+
+ private:
+  enum class Moment : std::uint8_t { before, after };
+
+  struct Entry {
+    std::uint64_t id;
+    Moment moment;
+    Observer observer;
+  };
+
+  struct Entries {
+    std::vector<Entry> list;
+    std::uint64_t lastID = 0;
+  };
+
+  static bool isObserving(const Entries& entries, std::uint64_t id) {
+    return std::ranges::any_of(entries.list, [&](const Entry& entry) { return entry.id == id; });
+  }
+
+  void tell(Moment moment, const Value& next) const {
     // An observer may come or go while the others are told.
-    const std::vector<Entry> entries = *entries_;
+    const std::vector<Entry> entries = entries_->list;
     for (const Entry& entry : entries) {
-      if (isObserving(*entries_, entry.id)) {
+      if (entry.moment == moment && isObserving(*entries_, entry.id)) {
         entry.observer(next);
       }
     }
-    value_ = std::move(next);
   }
 
-  [[nodiscard]] Subscription observe(Observer observer) {
-    const std::uint64_t id = ++lastID_;
-    entries_->push_back({id, std::move(observer)});
+  Subscription add(Moment moment, Observer observer) const {
+    const std::uint64_t id = ++entries_->lastID;
+    entries_->list.push_back({id, moment, std::move(observer)});
     return Subscription([id, weakEntries = std::weak_ptr(entries_)] {
       if (const auto entries = weakEntries.lock()) {
-        std::erase_if(*entries, [&](const Entry& entry) { return entry.id == id; });
+        std::erase_if(entries->list, [&](const Entry& entry) { return entry.id == id; });
       }
     });
   }
 
- private:
-  struct Entry {
-    std::uint64_t id;
-    Observer observer;
-  };
-
-  static bool isObserving(const std::vector<Entry>& entries, std::uint64_t id) {
-    return std::ranges::any_of(entries, [&](const Entry& entry) { return entry.id == id; });
-  }
-
   Value value_{};
-  std::shared_ptr<std::vector<Entry>> entries_ = std::make_shared<std::vector<Entry>>();
-  std::uint64_t lastID_ = 0;
+  std::shared_ptr<Entries> entries_ = std::make_shared<Entries>();
 };
 
 }  // namespace cirrovane

@@ -29,7 +29,7 @@ class IncidentStore {
                 std::optional<std::string> filePath = std::nullopt);
 
   const std::vector<IncidentRecord>& records() const { return list_.value(); }
-  Published<std::vector<IncidentRecord>>& publishedRecords() { return list_.published(); }
+  const Published<std::vector<IncidentRecord>>& publishedRecords() const { return list_.published(); }
 
   /// Takes in the warnings and errors of one refresh: counts those known, adds those new, resolves what is no longer
   /// found, sorts, drops what is beyond the maximum, and saves.

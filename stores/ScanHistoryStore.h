@@ -24,7 +24,7 @@ class ScanHistoryStore {
                    std::optional<std::string> filePath = std::nullopt);
 
   const std::vector<ScanSnapshot>& snapshots() const { return list_.value(); }
-  Published<std::vector<ScanSnapshot>>& publishedSnapshots() { return list_.published(); }
+  const Published<std::vector<ScanSnapshot>>& publishedSnapshots() const { return list_.published(); }
 
   /// Puts a snapshot of the report first, drops the oldest beyond the maximum, and saves.
   void record(const SyncHealthReport& report);

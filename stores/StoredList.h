@@ -29,7 +29,7 @@ class StoredList {
   }
 
   const std::vector<Record>& value() const { return records_.value(); }
-  Published<std::vector<Record>>& published() { return records_; }
+  const Published<std::vector<Record>>& published() const { return records_; }
 
   /// Publishes the list as it is to be, and saves it.
   void replace(std::vector<Record> records) {

@@ -23,7 +23,7 @@ class WatchlistStore {
                  std::optional<std::string> filePath = std::nullopt);
 
   const std::vector<WatchFolder>& folders() const { return list_.value(); }
-  Published<std::vector<WatchFolder>>& publishedFolders() { return list_.published(); }
+  const Published<std::vector<WatchFolder>>& publishedFolders() const { return list_.published(); }
 
   /// Adds the folder under a name made from its path, unless exactly this path is watched already.
   void addFolder(const std::string& path);
