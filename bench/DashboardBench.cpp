@@ -4,7 +4,7 @@
 
 #include "bench/MacAnswers.h"
 #include "bench/SampleRecords.h"
-#include "cli/HeadlessDashboard.h"
+#include "coordinator/RefreshCycle.h"
 #include "platform/Machine.h"
 #include "platform/posix/DurableWriter.h"
 #include "platform/posix/PosixFileStorage.h"
@@ -144,7 +144,7 @@ class RefreshBench {
 
  private:
   /// The real services over canned commands, with a full history and full incidents and one empty folder to watch.
-  DashboardServices services(const FileStorage& storage) {
+  Services services(const FileStorage& storage) {
     const std::string watched = folder_ + "/watched";
     std::filesystem::create_directories(watched);
     for (const char* name : {"watchlist.json", "history.json", "incidents.json"}) {
@@ -152,7 +152,7 @@ class RefreshBench {
     }
     const FileSystem& files = machine_.fileSystem();
     const Clock& clock = machine_.clock();
-    DashboardServices services;
+    Services services;
     services.watchlist =
         std::make_unique<WatchlistStore>(files, storage, machine_.collation(), folder_ + "/watchlist.json");
     services.watchlist->addFolder(watched);
@@ -176,18 +176,22 @@ class RefreshBench {
 
   void measure(const char* how, const FileCalls& calls, int repetitions) {
     const PosixFileStorage storage(calls);
-    HeadlessDashboard headless(machine_, services(storage));
-    DashboardViewModel& dashboard = headless.viewModel();
+    InlineExecutor executor;
+    RefreshCycle cycle(services(storage), {{executor, executor, executor, executor},
+                                           machine_.fileStorage(),
+                                           machine_.userDefaults(),
+                                           machine_.clock(),
+                                           machine_.monotonicClock()});
     std::vector<double> seconds(static_cast<std::size_t>(repetitions));
     for (double& time : seconds) {
-      time = secondsOf([&] { dashboard.refresh(); });
+      time = secondsOf([&] { cycle.refresh(); });
     }
-    expect(dashboard.diagnostics().size() > 20 && dashboard.systemStatus().memoryUsedBytes,
+    expect(cycle.diagnostics().value().size() > 20 && cycle.systemStatus().value().memoryUsedBytes,
            "a refresh found too little");
-    expect(dashboard.fullHistory().size() == ScanHistoryStore::kMaximumSnapshots &&
-               !dashboard.historyStore().saveFailure(),
+    expect(cycle.historyStore().snapshots().size() == ScanHistoryStore::kMaximumSnapshots &&
+               !cycle.historyStore().saveFailure(),
            "the history is not full");
-    expect(dashboard.incidents().size() == IncidentStore::kMaximumRecords && !dashboard.incidentStore().saveFailure(),
+    expect(cycle.incidents().value().size() == IncidentStore::kMaximumRecords && !cycle.incidentStore().saveFailure(),
            "the incidents are not full");
     print("refresh", how, seconds);
   }

@@ -1,8 +1,8 @@
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
-#include "cli/HeadlessDashboard.h"
 #include "cli/ProgressLine.h"
 #include "cli/ReportText.h"
+#include "coordinator/RefreshCycle.h"
 #include "core/DisplayText.h"
 
 #include <memory>
@@ -16,29 +16,43 @@
 namespace cirrovane {
 namespace {
 
-void runRefresh(DashboardViewModel& dashboard, const ScanProgress& progress, Output& err) {
-  const ProgressLine line(progress, err);
-  dashboard.refresh();
-}
+/// A whole refresh, all of it on this thread: nobody is notified, and no setting is written.
+class InlineRefresh {
+ public:
+  explicit InlineRefresh(CommandContext& context)
+      : cycle_(makeServices(context.machine, &progress_),
+               {{executor_, executor_, executor_, executor_},
+                context.machine.fileStorage(),
+                context.machine.userDefaults(),
+                context.machine.clock(),
+                context.machine.monotonicClock()}) {
+    const ProgressLine line(progress_, context.err);
+    cycle_.refresh();
+  }
 
-/// Why something of the refresh could not be kept; absent when all was.
-std::optional<Failure> lossOf(DashboardViewModel& dashboard) {
-  const auto& history = dashboard.historyStore().saveFailure();
-  return history ? history : dashboard.incidentStore().saveFailure();
-}
+  const RefreshCycle& cycle() const { return cycle_; }
+
+  /// Why something of the refresh could not be kept; absent when all was.
+  std::optional<Failure> loss() const {
+    const auto& history = cycle_.historyStore().saveFailure();
+    return history ? history : cycle_.incidentStore().saveFailure();
+  }
+
+ private:
+  InlineExecutor executor_;
+  ScanProgress progress_;
+  RefreshCycle cycle_;
+};
 
 ExitStatus refresh(CommandContext& context) {
-  ScanProgress progress;
-  HeadlessDashboard headless(context.machine, &progress);
-  DashboardViewModel& dashboard = headless.viewModel();
-  runRefresh(dashboard, progress, context.err);
-  const SyncHealthReport& report = dashboard.report();
+  const InlineRefresh refreshed(context);
+  const SyncHealthReport& report = *refreshed.cycle().report().value();
   if (context.wantsJSON) {
     writeJSONDocument(context.out, report);
   } else {
     context.out.write(reportText(report, TextStyle(context.out.isColoured())));
   }
-  if (const std::optional<Failure> loss = lossOf(dashboard)) {
+  if (const std::optional<Failure> loss = refreshed.loss()) {
     return reportFailure(context, "The scan was not recorded: " + loss->message);
   }
   return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
@@ -52,20 +66,17 @@ std::string complaintAboutFile(const std::string& name) {
 }
 
 ExitStatus exportPacket(const std::string& destination, CommandContext& context) {
-  ScanProgress progress;
-  HeadlessDashboard headless(context.machine, &progress);
-  DashboardViewModel& dashboard = headless.viewModel();
-  runRefresh(dashboard, progress, context.err);
-  if (const std::optional<Failure> loss = lossOf(dashboard)) {
+  const InlineRefresh refreshed(context);
+  if (const std::optional<Failure> loss = refreshed.loss()) {
     // The packet is what was asked for, and it can still be made.
     reportFailure(context, "The scan was not recorded: " + loss->message);
   }
   if (destination == "-") {
-    writeProofPacket(dashboard.proofPacket(), [&](std::string_view piece) { return context.out.write(piece); });
+    writeProofPacket(refreshed.cycle().proofPacket(), [&](std::string_view piece) { return context.out.write(piece); });
     return ExitStatus::done;
   }
   const std::string path = absolutePath(destination);
-  if (const std::optional<Failure> failure = dashboard.exportProofPacket(path)) {
+  if (const std::optional<Failure> failure = refreshed.cycle().exportProofPacket(path)) {
     return reportFailure(context, "Export failed: " + failure->message);
   }
   if (!context.wantsJSON) {

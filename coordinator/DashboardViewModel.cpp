@@ -1,82 +1,18 @@
 #include "coordinator/DashboardViewModel.h"
 
-#include "coordinator/DefaultsKeys.h"
-#include "coordinator/StageSequence.h"
-
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 namespace cirrovane {
 
-/// What one refresh begins with and finds out on its way.
-struct DashboardViewModel::Cycle {
-  std::vector<WatchFolder> folders;
-  /// The verdict remembered before; absent when unknown.
-  std::optional<bool> previousSafe;
-  Shared<SyncHealthReport> report{SyncHealthReport()};
-  std::vector<DiagnosticFinding> findings;
-  SystemStatusSnapshot status;
-};
-
-DashboardViewModel::DashboardViewModel(DashboardServices services, const DashboardEnvironment& environment)
-    : services_(std::move(services)),
-      environment_(environment),
-      report_(Shared<SyncHealthReport>(SyncHealthReport::empty())),
-      isScanning_(false),
-      systemStatus_(SystemStatusSnapshot::empty()) {}
+DashboardViewModel::DashboardViewModel(Services services, const RefreshEnvironment& refreshEnvironment,
+                                       const DashboardEnvironment& environment)
+    : cycle_(std::move(services), refreshEnvironment), environment_(environment), clock_(refreshEnvironment.clock) {}
 
 DashboardViewModel::~DashboardViewModel() {
   if (hasStartedAutoRefresh_) {
     environment_.refreshTimer.stop();
-  }
-}
-
-void DashboardViewModel::refresh() {
-  if (isScanning()) {
-    return;
-  }
-  isScanning_.set(true);
-  const auto cycle = std::make_shared<Cycle>();
-  cycle->folders = services_.watchlist->folders();
-  cycle->previousSafe = environment_.userDefaults.boolean(kLastKnownSafeToCloseKey);
-
-  const DashboardExecutors& executors = environment_.executors;
-  runStages(
-      {
-          {executors.scan,
-           [cycle, engine = services_.engine] {
-             cycle->report = Shared<SyncHealthReport>(engine->scan(cycle->folders));
-           }},
-          {executors.diagnostics,
-           [cycle, service = services_.diagnosticsService] {
-             cycle->findings = service->collect(*cycle->report, cycle->folders);
-           }},
-          {executors.status, [cycle, service = services_.systemStatusService] { cycle->status = service->capture(); }},
-          {executors.main, [cycle, this] { publish(*cycle); }},
-          {executors.main, [cycle, this] { notify(*cycle); }},
-      },
-      alive_);
-}
-
-void DashboardViewModel::publish(Cycle& cycle) {
-  Shared<SyncHealthReport> previousReport = report_.value();
-  report_.set(cycle.report);
-  // The release of a large report takes its time, which nobody has to wait for on the scan's own executor.
-  environment_.executors.scan.post([released = std::move(previousReport)] {});
-
-  services_.historyStore->record(*cycle.report);
-  diagnostics_.set(std::move(cycle.findings));
-  diagnosticsUpdatedAt_.set(environment_.clock.now());
-  systemStatus_.set(std::move(cycle.status));
-  services_.incidentStore->merge(diagnostics(), cycle.report->generatedAt);
-  incidents_.set(services_.incidentStore->records());
-  isScanning_.set(false);
-}
-
-void DashboardViewModel::notify(const Cycle& cycle) const {
-  if (services_.notificationService) {
-    services_.notificationService->notifyStatusTransition(cycle.previousSafe, cycle.report);
   }
 }
 
@@ -103,34 +39,21 @@ void DashboardViewModel::addFolderFromPanel() {
   if (!folder || owner.expired()) {
     return;
   }
-  services_.watchlist->addFolder(*folder);
+  watchlist().addFolder(*folder);
   refresh();
 }
 
 void DashboardViewModel::exportProofPacket() {
   const std::weak_ptr owner = alive_;
   const std::string proposedName =
-      "cirrovane-proof-" + environment_.timeText.fileNameStamp(environment_.clock.now()) + ".json";
+      "cirrovane-proof-" + environment_.timeText.fileNameStamp(clock_.now()) + ".json";
   const auto path = environment_.panels.chooseFileToSave({"Export Proof Packet", proposedName});
   if (!path || owner.expired()) {
     return;
   }
-  const std::optional<Failure> failure = exportProofPacket(*path);
+  const std::optional<Failure> failure = cycle_.exportProofPacket(*path);
   exportNote_.set(failure ? "Export failed: " + failure->message
                           : "Proof packet exported to " + path->substr(path->rfind('/') + 1) + ".");
-}
-
-std::optional<Failure> DashboardViewModel::exportProofPacket(const std::string& path) {
-  return saveProofPacket(proofPacket(), environment_.fileStorage, path);
-}
-
-ProofPacket DashboardViewModel::proofPacket() const {
-  return {environment_.clock.now(),
-          report_.value(),
-          packetHistory(services_.historyStore->snapshots()),
-          diagnostics(),
-          incidents(),
-          systemStatus()};
 }
 
 void DashboardViewModel::revealInFinder(const std::string& path) {

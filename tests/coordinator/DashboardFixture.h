@@ -12,7 +12,10 @@
 #include "tests/support/FakeTimeText.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWorkspace.h"
+#include "tests/support/ManualAlarm.h"
+#include "tests/support/ManualMonotonicClock.h"
 #include "tests/support/ManualTimer.h"
+#include "tests/support/Publish.h"
 
 #include <chrono>
 #include <functional>
@@ -26,7 +29,7 @@ namespace cirrovane::test {
 /// A dashboard over a healthy Mac whose one watched folder, iCloud Drive, holds one file.
 class DashboardMachine : public MachineTest {
  protected:
-  explicit DashboardMachine(const DashboardExecutors& executors) : executors_(executors) {
+  explicit DashboardMachine(const RefreshExecutors& executors) : executors_(executors) {
     makeSafe();
     clock_.set(at(18, 25));
     defaults_.hold(std::string(kGuardrailNotificationsEnabledKey), true);
@@ -39,7 +42,7 @@ class DashboardMachine : public MachineTest {
   void launch() { launch(commands_); }
   void launch(const CommandRunner& commands) {
     dashboard_.reset();
-    DashboardServices services;
+    Services services;
     services.watchlist = std::make_unique<WatchlistStore>(files_, storage_, collation_);
     services.historyStore = std::make_unique<ScanHistoryStore>(files_, storage_);
     services.engine = std::make_shared<const ICloudScanEngine>(files_, clock_);
@@ -49,13 +52,15 @@ class DashboardMachine : public MachineTest {
     services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
     dashboard_ = std::make_unique<DashboardViewModel>(
         std::move(services),
-        DashboardEnvironment{executors_, timer_, panels_, workspace_, files_, storage_, defaults_, timeText_, clock_});
+        RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_},
+        DashboardEnvironment{timer_, panels_, workspace_, files_, timeText_});
   }
 
   /// Notes the name of everything that the dashboard and its stores publish, from now on.
   void observeEverything() {
     subscriptions_.clear();
     note(dashboard_->publishedReport(), "report");
+    note(dashboard_->publishedVerdict(), "verdict");
     note(dashboard_->publishedIsScanning(), "isScanning");
     note(dashboard_->publishedExportNote(), "exportNote");
     note(dashboard_->publishedDiagnostics(), "diagnostics");
@@ -65,6 +70,23 @@ class DashboardMachine : public MachineTest {
     note(dashboard_->watchlist().publishedFolders(), "watchlist.folders");
     note(dashboard_->historyStore().publishedSnapshots(), "historyStore.snapshots");
     note(dashboard_->incidentStore().publishedRecords(), "incidentStore.records");
+  }
+
+  /// Publishes a report as a scan that has just ended would.
+  void publishReport(SyncHealthReport report) {
+    ShownVerdict verdict;
+    verdict.standing = VerdictStanding::confirmed;
+    verdict.safeToClose = report.safeToClose;
+    verdict.status = report.status;
+    verdict.confirmedAt = clock_.now();
+    setPublished(dashboard_->publishedReport(), Shared(std::move(report)));
+    setPublished(dashboard_->publishedVerdict(), verdict);
+  }
+  /// Publishes what the report is worth now.
+  void publishStanding(VerdictStanding standing) {
+    ShownVerdict verdict = dashboard_->verdict();
+    verdict.standing = standing;
+    setPublished(dashboard_->publishedVerdict(), verdict);
   }
 
   static std::string storePath(const std::string& name) {
@@ -77,8 +99,11 @@ class DashboardMachine : public MachineTest {
     storage_.put(storePath(name), encodeJSON(value));
   }
 
-  DashboardExecutors executors_;
+  RefreshExecutors executors_;
   ManualTimer timer_;
+  ManualTimer cycleLimit_;
+  ManualAlarm staleAlarm_;
+  ManualMonotonicClock monotonicClock_;
   FakePanels panels_;
   FakeWorkspace workspace_;
   FakeFileStorage storage_;
@@ -102,7 +127,7 @@ class DashboardMachine : public MachineTest {
   }
 
   template <class Value>
-  void note(Published<Value>& published, const std::string& name) {
+  void note(const Published<Value>& published, const std::string& name) {
     subscriptions_.push_back(published.observe([this, name](const Value&) { events_.push_back(name); }));
   }
 };

@@ -75,18 +75,29 @@ class DashboardWithWorkers : protected MainByHand, public DashboardMachine {
  protected:
   DashboardWithWorkers() : DashboardMachine({main_, workers_.scan, workers_.diagnostics, workers_.status}) {}
 
-  void destroyWhileBlockedIn(const std::string& executable) {
+  /// Runs so many tasks of the main thread, each as soon as it is posted.
+  void runMain(int tasks) {
+    for (int task = 0; task < tasks; ++task) {
+      main_.waitForTask();
+      main_.runOne();
+    }
+  }
+
+  /// The command is one that runs after so many turns of the main thread.
+  void destroyWhileBlockedIn(const std::string& executable, int turnsBefore,
+                             const std::vector<std::string>& published) {
     const BlockingCommandRunner commands(commands_, executable);
     launch(commands);
     observeEverything();
     const std::vector<std::string> written = storage_.written();
     dashboard_->refresh();
+    runMain(turnsBefore);
     commands.waitUntilBlocked();
     dashboard_.reset();
     commands.release();
     workers_.settle();
     main_.runAll();
-    EXPECT_THAT(events_, ElementsAre("isScanning"));
+    EXPECT_EQ(events_, published);
     EXPECT_EQ(storage_.written(), written);
     EXPECT_THAT(center_.calls(), IsEmpty());
   }
@@ -99,25 +110,25 @@ TEST_F(DashboardWithWorkers, refresh_isPublishedOnTheMainThread) {
   const Subscription subscription = dashboard_->publishedReport().observe(
       [&](const Shared<SyncHealthReport>&) { publishers.push_back(std::this_thread::get_id()); });
   dashboard_->refresh();
-  main_.waitForTask();
-  main_.runAll();
+  runMain(3);
   EXPECT_THAT(publishers, ElementsAre(mainThread));
   EXPECT_FALSE(dashboard_->isScanning());
 }
 
-TEST_F(DashboardWithWorkers, destroyedWhileADiagnosticProbeIsBlocked_publishesNothing) {
-  destroyWhileBlockedIn(kRoute.front());
+TEST_F(DashboardWithWorkers, destroyedWhileADiagnosticProbeIsBlocked_publishesNothingMore) {
+  destroyWhileBlockedIn(kRoute.front(), 1, {"isScanning", "report", "verdict"});
   EXPECT_THAT(commands_.ran(), testing::Not(testing::Contains(kMemory)));
 }
 
-TEST_F(DashboardWithWorkers, destroyedWhileAStatusProbeIsBlocked_publishesNothing) {
-  destroyWhileBlockedIn(kMemory.front());
+TEST_F(DashboardWithWorkers, destroyedWhileAStatusProbeIsBlocked_publishesNothingMore) {
+  destroyWhileBlockedIn(kMemory.front(), 2, {"isScanning", "report", "verdict"});
 }
 
 TEST_F(DashboardWithWorkers, destroyedWhileABlockedProbeIsLeftBehind_returnsAtOnce) {
   const BlockingCommandRunner commands(commands_, kRoute.front());
   launch(commands);
   dashboard_->refresh();
+  runMain(1);
   commands.waitUntilBlocked();
   dashboard_.reset();
   launch();
@@ -196,7 +207,7 @@ TEST_F(DashboardOnThreads, twoHundredCyclesUnderConcurrentTicks_eachPublishOnce)
   // Meanwhile a packet, whose report is shared with the cycles, is read on this thread.
   while (ended < kCycles) {
     ProofPacket packet;
-    main_.runAndWait([&] { packet = dashboard_->proofPacket(); });
+    main_.runAndWait([&] { packet = dashboard_->cycle().proofPacket(); });
     EXPECT_LE(packet.report->blockers.size(), 1U);
     EXPECT_LE(packet.history.size(), ProofPacket::kMaximumHistory);
   }

@@ -1,7 +1,5 @@
 #include "coordinator/DashboardViewModel.h"
-#include "core/JSONReader.h"
-#include "tests/coordinator/DashboardFixture.h"
-#include "tests/support/ManualExecutor.h"
+#include "tests/coordinator/ManualDashboard.h"
 
 #include <algorithm>
 #include <chrono>
@@ -21,50 +19,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
-
-struct ManualExecutors {
-  ManualExecutor main_;
-  ManualExecutor scan_;
-  ManualExecutor diagnostics_;
-  ManualExecutor status_;
-};
-
-/// A dashboard whose every task the test runs by hand.
-class Dashboard : protected ManualExecutors, public DashboardMachine {
- protected:
-  Dashboard() : DashboardMachine({main_, scan_, diagnostics_, status_}) { launch(); }
-
-  /// Runs one task of whichever executor has one; false when none has.
-  bool runOne() { return scan_.runOne() || diagnostics_.runOne() || status_.runOne() || main_.runOne(); }
-  void runAll() {
-    while (runOne()) {
-    }
-  }
-  /// Runs a refresh up to the moment before its results are published.
-  void runToPublication() {
-    scan_.runAll();
-    diagnostics_.runAll();
-    status_.runAll();
-  }
-  /// A whole refresh, the notification included.
-  void cycle() {
-    dashboard_->refresh();
-    runAll();
-    center_.answerAll();
-  }
-
-  std::size_t scans() const { return files_.enumerated().size(); }
-  std::optional<bool> lastKnown() const { return defaults_.boolean(kLastKnownSafeToCloseKey); }
-  void setLastKnown(DefaultsValue value) { defaults_.hold(std::string(kLastKnownSafeToCloseKey), std::move(value)); }
-
-  bool isWritten(const std::string& path) const { return storage_.files().contains(path); }
-  /// The packet that the dashboard wrote to the path.
-  ProofPacket packetAt(const std::string& path) const {
-    const auto packet = isWritten(path) ? decodeJSON<ProofPacket>(storage_.files().at(path)) : std::nullopt;
-    EXPECT_TRUE(packet) << path;
-    return packet.value_or(ProofPacket());
-  }
-};
 
 // The state before the first refresh
 
@@ -111,7 +65,7 @@ TEST_F(Dashboard, refreshTwiceInARow_startsOneCycle) {
 
 TEST_F(Dashboard, refreshDuringAnyStage_isDroppedAndNotQueued) {
   dashboard_->refresh();
-  for (ManualExecutor* executor : {&scan_, &diagnostics_, &status_}) {
+  for (ManualExecutor* executor : {&scan_, &main_, &diagnostics_, &main_, &status_}) {
     executor->runOne();
     dashboard_->refresh();
   }
@@ -136,28 +90,33 @@ TEST_F(Dashboard, refreshAfterACycle_startsAnother) {
 
 TEST_F(Dashboard, stages_runInOrderEachOnItsExecutorOnceTheOneBeforeIsOver) {
   dashboard_->refresh();
-  EXPECT_FALSE(diagnostics_.runOne());
+  EXPECT_FALSE(main_.runOne());
   scan_.runOne();
   EXPECT_EQ(scans(), 1U);
+  EXPECT_FALSE(diagnostics_.runOne());
+  EXPECT_EQ(dashboard_->report(), SyncHealthReport::empty());
+  EXPECT_TRUE(main_.runOne());
+  EXPECT_NE(dashboard_->report(), SyncHealthReport::empty());
   EXPECT_THAT(commands_.ran(), IsEmpty());
   EXPECT_FALSE(status_.runOne());
   diagnostics_.runOne();
   const std::size_t ranForDiagnostics = commands_.ran().size();
   EXPECT_GT(ranForDiagnostics, 0U);
-  EXPECT_FALSE(main_.runOne());
+  EXPECT_TRUE(main_.runOne());
+  EXPECT_THAT(dashboard_->diagnostics(), IsEmpty());
   status_.runOne();
   EXPECT_GT(commands_.ran().size(), ranForDiagnostics);
-  EXPECT_EQ(dashboard_->report(), SyncHealthReport::empty());
   EXPECT_TRUE(main_.runOne());
-  EXPECT_NE(dashboard_->report(), SyncHealthReport::empty());
+  EXPECT_THAT(dashboard_->diagnostics(), Not(IsEmpty()));
 }
 
 TEST_F(Dashboard, results_areThoseOfTheServices) {
   makeUnsafe();
   dashboard_->refresh();
-  scan_.runOne();
+  runScan();
   clock_.advance(std::chrono::seconds(1));
   diagnostics_.runOne();
+  main_.runOne();
   clock_.advance(std::chrono::seconds(1));
   status_.runOne();
   clock_.advance(std::chrono::seconds(1));
@@ -174,18 +133,24 @@ TEST_F(Dashboard, results_areThoseOfTheServices) {
   EXPECT_EQ(dashboard_->incidents(), dashboard_->incidentStore().records());
 }
 
-TEST_F(Dashboard, publication_isInOrderAndOnceEach) {
+TEST_F(Dashboard, publication_isOfTheReportAtOnceAndThenInOrderAndOnceEach) {
   observeEverything();
   dashboard_->refresh();
   EXPECT_THAT(events_, ElementsAre("isScanning"));
-  runToPublication();
+  scan_.runAll();
   EXPECT_THAT(events_, ElementsAre("isScanning"));
   main_.runOne();
-  EXPECT_THAT(events_,
-              ElementsAre("isScanning", "report", "historyStore.snapshots", "diagnostics", "diagnosticsUpdatedAt",
-                          "systemStatus", "incidentStore.records", "incidents", "isScanning"));
+  EXPECT_THAT(events_, ElementsAre("isScanning", "report", "verdict"));
+  diagnostics_.runAll();
+  main_.runOne();
+  status_.runAll();
+  EXPECT_THAT(events_, ElementsAre("isScanning", "report", "verdict"));
+  main_.runOne();
+  EXPECT_THAT(events_, ElementsAre("isScanning", "report", "verdict", "historyStore.snapshots", "diagnostics",
+                                   "diagnosticsUpdatedAt", "systemStatus", "incidentStore.records", "incidents",
+                                   "isScanning"));
   runAll();
-  EXPECT_EQ(events_.size(), 9U);
+  EXPECT_EQ(events_.size(), 10U);
 }
 
 TEST_F(Dashboard, observers_areToldBeforeEachChangeWhileTheOldValueStands) {
@@ -298,7 +263,7 @@ TEST_F(Dashboard, emptyWatchlist_skipsNoStage) {
   EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 0);
   EXPECT_THAT(dashboard_->diagnostics(), Not(IsEmpty()));
   EXPECT_EQ(dashboard_->systemStatus().cpuTemperatureC, 61.8);
-  EXPECT_EQ(events_.size(), 9U);
+  EXPECT_EQ(events_.size(), 10U);
   EXPECT_THAT(center_.calls(), Not(IsEmpty()));
 }
 
@@ -307,7 +272,7 @@ TEST_F(Dashboard, replacedReport_isReleasedOnTheScanExecutor) {
   cycle();
   const SyncHealthReport* old = &dashboard_->report();
   dashboard_->refresh();
-  runToPublication();
+  scan_.runAll();
   EXPECT_EQ(scan_.size(), 0U);
   main_.runOne();
   ASSERT_NE(&dashboard_->report(), old);
@@ -726,9 +691,9 @@ TEST_F(Dashboard, exportedIncidents_areThePublishedOnesResolvedIncluded) {
   commands_.answer(kRoute, "   route to: default\n    gateway: 192.168.1.1\n  interface: en0\n");
   cycle();
   ASSERT_GT(dashboard_->resolvedIncidentCount(), 0);
-  dashboard_->incidentStore().reopen(dashboard_->incidents().front());
-  EXPECT_EQ(dashboard_->proofPacket().incidents, dashboard_->incidents());
-  EXPECT_NE(dashboard_->proofPacket().incidents, dashboard_->incidentStore().records());
+  setPublished(dashboard_->publishedIncidents(), {});
+  EXPECT_EQ(dashboard_->cycle().proofPacket().incidents, dashboard_->incidents());
+  EXPECT_NE(dashboard_->cycle().proofPacket().incidents, dashboard_->incidentStore().records());
 }
 
 TEST_F(Dashboard, exportedHistoryOfFifty_isWholeAndOfMoreTheFiftyNewest) {
@@ -804,7 +769,7 @@ TEST_F(Dashboard, destroyedWhileTheSavePanelIsOpen_doesNothingWithTheAnswer) {
 }
 
 TEST_F(Dashboard, packet_isNotChangedByALaterRefresh) {
-  const ProofPacket packet = dashboard_->proofPacket();
+  const ProofPacket packet = dashboard_->cycle().proofPacket();
   makeUnsafe();
   cycle();
   EXPECT_EQ(*packet.report, SyncHealthReport::empty());
@@ -812,10 +777,10 @@ TEST_F(Dashboard, packet_isNotChangedByALaterRefresh) {
 }
 
 TEST_F(Dashboard, exportToAGivenPath_answersWithTheFailureAndLeavesTheNote) {
-  EXPECT_EQ(dashboard_->exportProofPacket("/tmp/proof.json"), std::nullopt);
+  EXPECT_EQ(dashboard_->cycle().exportProofPacket("/tmp/proof.json"), std::nullopt);
   EXPECT_EQ(packetAt("/tmp/proof.json").exportedAt, at(18, 25));
   storage_.failure = Failure{"no"};
-  EXPECT_EQ(dashboard_->exportProofPacket("/tmp/proof.json"), Failure{"no"});
+  EXPECT_EQ(dashboard_->cycle().exportProofPacket("/tmp/proof.json"), Failure{"no"});
   EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
 }
 

@@ -1,4 +1,5 @@
-#include "coordinator/MakeDashboard.h"
+#include "coordinator/DashboardViewModel.h"
+#include "coordinator/Services.h"
 #include "core/JSONReader.h"
 #include "tests/coordinator/Builders.h"
 #include "tests/support/FakePanels.h"
@@ -24,7 +25,7 @@ using testing::SizeIs;
 
 constexpr const char* kEnabled = "guardrailNotificationsEnabled";
 
-class MakeDashboard : public testing::Test {
+class ServicesOfAMachine : public testing::Test {
  protected:
   std::string drivePath() const { return folder_ / "Users/demo/Library/Mobile Documents/com~apple~CloudDocs"; }
   std::string storePath(const std::string& name) const {
@@ -38,7 +39,7 @@ class MakeDashboard : public testing::Test {
     setModified(drivePath() + "/" + name, now.count() - secondsAgo);
   }
   BlockerReason reasonOf(const std::string& name) const {
-    const DashboardServices services = makeDashboardServices(*machine_);
+    const Services services = makeServices(*machine_);
     const SyncHealthReport report = services.engine->scan(services.watchlist->folders());
     for (const SyncBlocker& blocker : report.blockers) {
       if (blocker.filePath.ends_with("/" + name)) {
@@ -54,8 +55,8 @@ class MakeDashboard : public testing::Test {
       std::move(*makeMachine((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
 };
 
-TEST_F(MakeDashboard, services_areAllThereButTheNotifications) {
-  const DashboardServices services = makeDashboardServices(*machine_);
+TEST_F(ServicesOfAMachine, services_areAllThereButTheNotifications) {
+  const Services services = makeServices(*machine_);
   EXPECT_NE(services.watchlist, nullptr);
   EXPECT_NE(services.historyStore, nullptr);
   EXPECT_NE(services.engine, nullptr);
@@ -65,42 +66,39 @@ TEST_F(MakeDashboard, services_areAllThereButTheNotifications) {
   EXPECT_EQ(services.notificationService, nullptr);
 }
 
-TEST_F(MakeDashboard, engine_takesAnUploadForStalledAfterTwentyMinutes) {
+TEST_F(ServicesOfAMachine, engine_takesAnUploadForStalledAfterTwentyMinutes) {
   addUploadingFile("old.txt", 1230);
   addUploadingFile("new.txt", 1170);
   EXPECT_EQ(reasonOf("old.txt"), BlockerReason::stalledUpload);
   EXPECT_EQ(reasonOf("new.txt"), BlockerReason::notUploaded);
 }
 
-TEST_F(MakeDashboard, progress_countsTheScannedFiles) {
+TEST_F(ServicesOfAMachine, progress_countsTheScannedFiles) {
   addUploadingFile("a.txt", 1);
   ScanProgress progress;
-  const DashboardServices services = makeDashboardServices(*machine_, &progress);
+  const Services services = makeServices(*machine_, &progress);
   services.engine->scan(services.watchlist->folders());
   EXPECT_EQ(progress.files(), 1);
 }
 
-TEST_F(MakeDashboard, wholeCycleInOneGo_isKeptForTheNextLaunch) {
+TEST_F(ServicesOfAMachine, wholeCycleInOneGo_isKeptForTheNextLaunch) {
   addUploadingFile("a.txt", 1);
   InlineExecutor executor;
   ManualTimer timer;
   FakePanels panels;
   FakeWorkspace workspace;
   {
-    DashboardViewModel dashboard(makeDashboardServices(*machine_), {{executor, executor, executor, executor},
-                                                                    timer,
-                                                                    panels,
-                                                                    workspace,
-                                                                    machine_->fileSystem(),
-                                                                    machine_->fileStorage(),
-                                                                    machine_->userDefaults(),
-                                                                    machine_->timeText(),
-                                                                    machine_->clock()});
+    DashboardViewModel dashboard(makeServices(*machine_), {{executor, executor, executor, executor},
+                                                  machine_->fileStorage(),
+                                                  machine_->userDefaults(),
+                                                  machine_->clock(),
+                                                  machine_->monotonicClock()},
+                                {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
     dashboard.refresh();
     EXPECT_FALSE(dashboard.isScanning());
     EXPECT_THAT(dashboard.report().blockers, SizeIs(1));
   }
-  const DashboardServices next = makeDashboardServices(*machine_);
+  const Services next = makeServices(*machine_);
   EXPECT_THAT(next.watchlist->folders(), SizeIs(1));
   EXPECT_THAT(next.historyStore->snapshots(), SizeIs(1));
   EXPECT_THAT(next.incidentStore->records(), testing::Not(IsEmpty()));
@@ -108,20 +106,17 @@ TEST_F(MakeDashboard, wholeCycleInOneGo_isKeptForTheNextLaunch) {
   EXPECT_EQ(machine_->userDefaults().value("lastKnownSafeToClose"), std::nullopt);
 }
 
-TEST_F(MakeDashboard, exportOnTheDisk_isThePacketOrTellsWhyNot) {
+TEST_F(ServicesOfAMachine, exportOnTheDisk_isThePacketOrTellsWhyNot) {
   InlineExecutor executor;
   ManualTimer timer;
   FakePanels panels;
   FakeWorkspace workspace;
-  DashboardViewModel dashboard(makeDashboardServices(*machine_), {{executor, executor, executor, executor},
-                                                                  timer,
-                                                                  panels,
-                                                                  workspace,
-                                                                  machine_->fileSystem(),
-                                                                  machine_->fileStorage(),
-                                                                  machine_->userDefaults(),
-                                                                  machine_->timeText(),
-                                                                  machine_->clock()});
+  DashboardViewModel dashboard(makeServices(*machine_), {{executor, executor, executor, executor},
+                                                  machine_->fileStorage(),
+                                                  machine_->userDefaults(),
+                                                  machine_->clock(),
+                                                  machine_->monotonicClock()},
+                                {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
   panels.answer = folder_ / "proof.json";
   writeFile(*panels.answer, "an older one");
   dashboard.exportProofPacket();

@@ -1,14 +1,14 @@
-#include "coordinator/MakeDashboard.h"
+#include "coordinator/Services.h"
 
 #include "coordinator/DefaultsKeys.h"
 
 namespace cirrovane {
 
-DashboardServices makeDashboardServices(const Machine& machine, ScanProgress* progress) {
+Services makeServices(const Machine& machine, ScanProgress* progress) {
   const FileSystem& files = machine.fileSystem();
   const FileStorage& storage = machine.fileStorage();
   const Clock& clock = machine.clock();
-  DashboardServices services;
+  Services services;
   services.watchlist = std::make_unique<WatchlistStore>(files, storage, machine.collation());
   services.historyStore = std::make_unique<ScanHistoryStore>(files, storage);
   services.engine =
