@@ -1,6 +1,5 @@
 #include "ui/CirrovaneApp.h"
 
-#include "coordinator/MakeDashboard.h"
 #include "ui/PanelPlace.h"
 #include "ui/SymbolImageProvider.h"
 #include "ui/WindowFrame.h"
@@ -43,16 +42,15 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
     : machine_(machine),
       desktop_(desktop),
       panels_(machine.fileSystem().homeDirectory()),
-      dashboard_(makeServices(machine, desktop.notificationCenter()),
+      dashboard_(makeWindowServices(machine, desktop.notificationCenter()),
                  {{mainExecutor_, scanExecutor_, diagnosticsExecutor_, statusExecutor_},
-                  refreshTimer_,
-                  panels_,
-                  desktop.workspace(),
-                  machine.fileSystem(),
                   machine.fileStorage(),
                   machine.userDefaults(),
-                  machine.timeText(),
-                  machine.clock()}),
+                  machine.clock(),
+                  machine.monotonicClock(),
+                  &cycleLimit_,
+                  &staleAlarm_},
+                 {refreshTimer_, panels_, desktop.workspace(), machine.fileSystem(), machine.timeText()}),
       updates_(machine.bundle(), machine.userDefaults(), desktop.workspace(), machine.timeText(), machine.clock(),
                [&desktop] { return desktop.makeUpdater(); }),
       settings_(machine.userDefaults(), desktop.motionPreference()),
@@ -60,6 +58,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
       snapshot_(dashboard_, updates_, machine.timeText()),
       pageContext_({dashboard_, settings_, clipboard_, desktop.workspace(), mainExecutor_, machine.timeText(),
                     machine.commandRunner(), machine.systemInformation()}) {
+  desktop_.onWake([this] { staleAlarm_.ring(); });
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
@@ -77,8 +76,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
 
 CirrovaneApp::~CirrovaneApp() = default;
 
-DashboardServices CirrovaneApp::makeServices(Machine& machine, NotificationCenter& notificationCenter) {
-  DashboardServices services = makeDashboardServices(machine);
+Services CirrovaneApp::makeWindowServices(Machine& machine, NotificationCenter& notificationCenter) {
+  Services services = makeServices(machine);
   services.notificationService =
       std::make_unique<GuardrailNotificationService>(notificationCenter, machine.bundle(), machine.userDefaults());
   registerDefaults(machine.userDefaults());

@@ -4,6 +4,7 @@
 #include "coordinator/DashboardViewModel.h"
 #include "platform/Desktop.h"
 #include "platform/Machine.h"
+#include "platform/qt/QtAlarm.h"
 #include "platform/qt/QtClipboard.h"
 #include "platform/qt/QtMainExecutor.h"
 #include "platform/qt/QtPanels.h"
@@ -43,7 +44,7 @@ class CirrovaneApp : public QObject {
   bool isBusy() const;
 
  private:
-  DashboardServices makeServices(Machine& machine, NotificationCenter& notificationCenter);
+  Services makeWindowServices(Machine& machine, NotificationCenter& notificationCenter);
   void makeWindow();
   /// What the window's first picture can do without and would wait for: the application's icon and the one in the tray.
   void makeIcons();
@@ -64,6 +65,8 @@ class CirrovaneApp : public QObject {
   ThreadExecutor diagnosticsExecutor_;
   ThreadExecutor statusExecutor_;
   QtTimer refreshTimer_;
+  QtTimer cycleLimit_;
+  QtAlarm staleAlarm_;
   QtPanels panels_;
   QtClipboard clipboard_;
   DashboardViewModel dashboard_;

@@ -21,7 +21,7 @@ class ActionsViewModelTest : public PageTest {
     report.summary = "Summary.";
     report.actions = {{idOf(1), 1, "Resolve file conflicts first", "Decide."},
                       {idOf(2), 2, "Stabilize network and re-check", "Confirm."}};
-    dashboard_->publishedReport().set(Shared(report));
+    publishReport(report);
     catchUp();
   }
 

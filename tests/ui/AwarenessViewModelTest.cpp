@@ -18,11 +18,11 @@ using testing::ElementsAre;
 class AwarenessViewModelTest : public PageTest {
  protected:
   void publish(const SyncHealthReport& report) {
-    dashboard_->publishedReport().set(Shared(report));
+    publishReport(report);
     catchUp();
   }
   void publishHistory(const std::vector<ScanSnapshot>& snapshots) {
-    dashboard_->historyStore().publishedSnapshots().set(snapshots);
+    setPublished(dashboard_->historyStore().publishedSnapshots(), snapshots);
     catchUp();
   }
   static ScanSnapshot failedSnapshot() {
@@ -41,11 +41,17 @@ TEST_F(AwarenessViewModelTest, noReportAndNoHistory_saysThatNothingIsKnown) {
   EXPECT_EQ(page_->recentStability(), "Not enough scans yet.");
   EXPECT_THAT(
       texts(*page_->rows()),
-      ElementsAre("checkmark.circle.fill|ok|Coverage Gaps|No watchlist coverage gaps detected.|||||",
-                  "checkmark.circle.fill|ok|Cloud-Only Files|No cloud-only files currently detected.|||||",
+      ElementsAre("ellipsis.circle|none|Coverage Gaps|No watchlist coverage gaps detected.|||||",
+                  "ellipsis.circle|none|Cloud-Only Files|No cloud-only files currently detected.|||||",
                   "info.circle.fill|info|Last Scan Result|No failed scans in history|||This can mean stable sync, or "
                   "simply not enough scan history yet.||",
                   "info.circle.fill|info|Last Confirmed Safe Scan|None yet in current history.|||||"));
+}
+
+TEST_F(AwarenessViewModelTest, reportWithoutGaps_isGoodNewsAfterAScanAlone) {
+  publish(SyncHealthReport());
+  EXPECT_EQ(row(0), "checkmark.circle.fill|ok|Coverage Gaps|No watchlist coverage gaps detected.|||||");
+  EXPECT_EQ(row(1), "checkmark.circle.fill|ok|Cloud-Only Files|No cloud-only files currently detected.|||||");
 }
 
 TEST_F(AwarenessViewModelTest, coverageGaps_areCountedFromBlockers) {

@@ -23,12 +23,20 @@ class BlockersViewModelTest : public PageTest {
   void publish(std::vector<SyncBlocker> blockers) {
     SyncHealthReport report;
     report.blockers = std::move(blockers);
-    dashboard_->publishedReport().set(Shared(std::move(report)));
+    publishReport(std::move(report));
     catchUp();
   }
 
   std::unique_ptr<BlockersViewModel> page_ = open<BlockersViewModel>();
 };
+
+TEST_F(BlockersViewModelTest, beforeTheFirstScan_saysThatNobodyHasLooked) {
+  EXPECT_TRUE(page_->isEmpty());
+  EXPECT_EQ(page_->emptyTitle(), "Not scanned yet");
+  publish({});
+  EXPECT_EQ(page_->emptyTitle(), "No blockers detected");
+  EXPECT_EQ(page_->emptySubtitle(), "Your watched folders currently show no obvious sync blockers.");
+}
 
 TEST_F(BlockersViewModelTest, noBlockers_isEmptyAndCountsZero) {
   EXPECT_TRUE(page_->isEmpty());

@@ -30,7 +30,7 @@ class DiagnosticsDomainViewModelTest : public PageTest {
     return finding(DiagnosticDomain::network, severity, std::move(title), std::move(detail));
   }
   void publish(const std::vector<DiagnosticFinding>& findings) {
-    dashboard_->publishedDiagnostics().set(findings);
+    setPublished(dashboard_->publishedDiagnostics(), findings);
     catchUp();
   }
 

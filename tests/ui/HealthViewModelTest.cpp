@@ -17,7 +17,7 @@ using testing::ElementsAre;
 class HealthViewModelTest : public PageTest {
  protected:
   void publish(const SyncHealthReport& report) {
-    dashboard_->publishedReport().set(Shared(report));
+    publishReport(report);
     catchUp();
   }
   void publishState(HealthState status, bool safeToClose) {
@@ -36,10 +36,14 @@ class HealthViewModelTest : public PageTest {
   std::unique_ptr<HealthViewModel> page_ = open<HealthViewModel>();
 };
 
-TEST_F(HealthViewModelTest, beforeTheFirstScan_isAWarningThatIsNotSafe) {
-  EXPECT_EQ(page_->stateSymbol(), "exclamationmark.triangle.fill");
-  EXPECT_EQ(page_->stateLabel(), "Yellow Needs Attention");
+TEST_F(HealthViewModelTest, beforeTheFirstScan_isNotSafeAndHasNeitherGoodNorBadSigns) {
+  EXPECT_EQ(page_->state(), "");
+  EXPECT_EQ(page_->stateSymbol(), "ellipsis.circle");
+  EXPECT_EQ(page_->stateLabel(), "Scanning");
   EXPECT_EQ(page_->verdict(), "NO");
+  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->localState(), "");
+  EXPECT_EQ(page_->updatedText(), "Not scanned yet");
   EXPECT_EQ(page_->uploadTrust(), 0);
   EXPECT_THAT(texts(*page_->metrics()), ElementsAre("Files|0|", "Pending|0|", "Conflicts|0|", "Errors|0|",
                                                     "Watchlist|1|", "Local Ready|0|", "Cloud-Only|0|"));
@@ -64,6 +68,19 @@ TEST_F(HealthViewModelTest, verdict_isTheReportsAndNotTheStates) {
   publishState(HealthState::safe, false);
   EXPECT_EQ(page_->verdict(), "NO");
   EXPECT_EQ(page_->verdictState(), "danger");
+  EXPECT_EQ(page_->state(), "warning");
+}
+
+TEST_F(HealthViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndWhy) {
+  publishState(HealthState::safe, true);
+  EXPECT_EQ(page_->verdictNote(), "");
+  publishStanding(VerdictStanding::slept);
+  catchUp();
+  EXPECT_EQ(page_->verdict(), "YES");
+  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->verdictNote(), "as of 6:25:00 PM. This Mac slept after the last scan.");
+  EXPECT_EQ(page_->state(), "warning");
+  EXPECT_EQ(page_->stateSymbol(), "exclamationmark.triangle.fill");
 }
 
 TEST_F(HealthViewModelTest, report_isToldWhole) {

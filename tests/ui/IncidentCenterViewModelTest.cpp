@@ -41,13 +41,13 @@ class IncidentCenterViewModelTest : public PageTest {
   void openOver(const std::vector<IncidentRecord>& records) {
     store("incidents.json", records);
     launch();
-    dashboard_->publishedIncidents().set(dashboard_->incidentStore().records());
+    setPublished(dashboard_->publishedIncidents(), dashboard_->incidentStore().records());
     page_ = open<IncidentCenterViewModel>();
     checks_ = std::make_unique<QAbstractItemModelTester>(page_->incidents(),
                                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
   }
   void publish(const std::vector<IncidentRecord>& records) {
-    dashboard_->publishedIncidents().set(records);
+    setPublished(dashboard_->publishedIncidents(), records);
     catchUp();
   }
   std::string value(int row, const QByteArray& role) const {

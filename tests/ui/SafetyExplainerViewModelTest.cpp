@@ -22,7 +22,7 @@ constexpr const char* kNotPassed = "|xmark.octagon.fill|error|Not passed";
 class SafetyExplainerViewModelTest : public PageTest {
  protected:
   void publish(SyncHealthReport report) {
-    dashboard_->publishedReport().set(Shared(std::move(report)));
+    publishReport(std::move(report));
     catchUp();
   }
   static SyncHealthReport reportOf(std::vector<SyncBlocker> blockers) {
@@ -36,18 +36,37 @@ class SafetyExplainerViewModelTest : public PageTest {
   QAbstractItemModelTester checks_{page_->criteria(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
-TEST_F(SafetyExplainerViewModelTest, beforeTheFirstScan_noVerdictAndNoBlocker) {
+TEST_F(SafetyExplainerViewModelTest, beforeTheFirstScan_isNoAndNothingPasses) {
   EXPECT_EQ(page_->verdict(), "NO");
-  EXPECT_EQ(page_->verdictLevel(), "error");
+  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->lastEvaluation(), "Last evaluation: not yet");
   EXPECT_FALSE(page_->hasTopBlocker());
-  EXPECT_THAT(
-      texts(*page_->criteria()),
-      ElementsAre(
-          std::string("No pending uploads|No pending uploads detected.") + kPassed,
-          std::string("No unresolved conflicts|No unresolved conflict states detected.") + kPassed,
-          std::string("No upload/download errors|No iCloud transfer errors detected.") + kPassed,
-          std::string("No critical blockers|No critical blocker category is active.") + kPassed,
-          std::string("Watchlist coverage intact|All watched folders are reachable and within coverage.") + kPassed));
+  const std::string notChecked = "|ellipsis.circle|none|Not checked yet";
+  EXPECT_THAT(texts(*page_->criteria()),
+              ElementsAre("No pending uploads|No pending uploads detected." + notChecked,
+                          "No unresolved conflicts|No unresolved conflict states detected." + notChecked,
+                          "No upload/download errors|No iCloud transfer errors detected." + notChecked,
+                          "No critical blockers|No critical blocker category is active." + notChecked,
+                          "Watchlist coverage intact|All watched folders are reachable and within coverage." +
+                              notChecked));
+}
+
+TEST_F(SafetyExplainerViewModelTest, passingCriteria_areMarked) {
+  publish(reportOf({}));
+  EXPECT_THAT(texts(*page_->criteria()), testing::Each(testing::EndsWith(kPassed)));
+}
+
+TEST_F(SafetyExplainerViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndWhy) {
+  SyncHealthReport report = reportOf({});
+  report.status = HealthState::safe;
+  report.safeToClose = true;
+  publish(report);
+  EXPECT_EQ(page_->verdictNote(), "");
+  publishStanding(VerdictStanding::expired);
+  catchUp();
+  EXPECT_EQ(page_->verdict(), "YES");
+  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->verdictNote(), "as of 6:25:00 PM. The last scan is over 3 minutes old.");
 }
 
 TEST_F(SafetyExplainerViewModelTest, failingCriteria_areMarkedAndCounted) {
@@ -77,7 +96,7 @@ TEST_F(SafetyExplainerViewModelTest, safeReport_withCloudOnlyBlockers_saysYesAnd
   report.safeToClose = true;
   publish(report);
   EXPECT_EQ(page_->verdict(), "YES");
-  EXPECT_EQ(page_->verdictLevel(), "ok");
+  EXPECT_EQ(page_->verdictState(), "safe");
   EXPECT_TRUE(page_->hasTopBlocker());
   EXPECT_EQ(page_->topBlockerReason(), "Cloud-Only (Not Local)");
   EXPECT_EQ(page_->topBlockerPath(), "/notDownloaded0");

@@ -38,16 +38,16 @@ class SnapshotViewModelTest : public DashboardMachine {
     report.safeToClose = safeToClose;
     report.score = 92;
     report.localAvailabilityScore = 84;
-    dashboard_->publishedReport().set(Shared<SyncHealthReport>(report));
+    publishReport(report);
   }
 
   void publishBlockers(std::vector<SyncBlocker> blockers) {
     SyncHealthReport report;
     report.blockers = std::move(blockers);
-    dashboard_->publishedReport().set(Shared(std::move(report)));
+    publishReport(std::move(report));
   }
   void publishHistory(const std::vector<ScanSnapshot>& snapshots) {
-    dashboard_->historyStore().publishedSnapshots().set(snapshots);
+    setPublished(dashboard_->historyStore().publishedSnapshots(), snapshots);
   }
   QString topBlockerAt(const std::string& path) {
     publishBlockers({makeBlocker(BlockerReason::stalledUpload, path), makeBlocker(BlockerReason::notUploaded, "/b")});
@@ -64,11 +64,43 @@ class SnapshotViewModelTest : public DashboardMachine {
   std::unique_ptr<SnapshotViewModel> snapshot_;
 };
 
-TEST_F(SnapshotViewModelTest, beforeTheFirstScan_isAWarning) {
+TEST_F(SnapshotViewModelTest, beforeTheFirstScan_isNeitherGoodNorBad) {
   const SnapshotViewModel& snapshot = open();
-  EXPECT_EQ(snapshot.menuBarSymbol(), "exclamationmark.triangle.fill");
-  EXPECT_EQ(snapshot.statusLabel(), "Yellow Needs Attention");
+  EXPECT_EQ(snapshot.state(), "");
+  EXPECT_EQ(snapshot.menuBarSymbol(), "ellipsis.circle");
+  EXPECT_EQ(snapshot.statusLabel(), "Scanning");
   EXPECT_EQ(snapshot.verdict(), "Do not close yet");
+  EXPECT_EQ(snapshot.toolTip(), "Cirrovane: Scanning. Do not close yet.");
+}
+
+TEST_F(SnapshotViewModelTest, noWithASafeState_hasTheWarningSign) {
+  const SnapshotViewModel& snapshot = open();
+  report(HealthState::safe, false);
+  EXPECT_EQ(snapshot.state(), "warning");
+  EXPECT_EQ(snapshot.menuBarSymbol(), "exclamationmark.triangle.fill");
+  EXPECT_EQ(snapshot.toolTip(), "Cirrovane: Yellow Needs Attention. Do not close yet.");
+}
+
+TEST_F(SnapshotViewModelTest, yesThatIsStale_saysSinceWhenAndWhy) {
+  const SnapshotViewModel& snapshot = open();
+  report(HealthState::safe, true);
+  EXPECT_EQ(snapshot.verdictNote(), "");
+  publishStanding(VerdictStanding::expired);
+  EXPECT_EQ(snapshot.state(), "warning");
+  EXPECT_EQ(snapshot.statusLabel(), "Yellow Needs Attention");
+  EXPECT_EQ(snapshot.verdict(), "Safe to close as of 6:25:00 PM");
+  EXPECT_EQ(snapshot.verdictNote(), "The last scan is over 3 minutes old.");
+  publishStanding(VerdictStanding::slept);
+  EXPECT_EQ(snapshot.toolTip(),
+            "Cirrovane: Yellow Needs Attention. Safe to close as of 6:25:00 PM. This Mac slept after the last scan.");
+}
+
+TEST_F(SnapshotViewModelTest, noBeforeSleep_staysThatNo) {
+  const SnapshotViewModel& snapshot = open();
+  report(HealthState::danger, false);
+  publishStanding(VerdictStanding::slept);
+  EXPECT_EQ(snapshot.toolTip(), "Cirrovane: Red Unsafe. Do not close yet.");
+  EXPECT_EQ(snapshot.verdictNote(), "");
 }
 
 TEST_F(SnapshotViewModelTest, eachState_hasItsSymbolAndItsWords) {

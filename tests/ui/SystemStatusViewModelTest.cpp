@@ -17,7 +17,7 @@ using testing::ElementsAre;
 class SystemStatusViewModelTest : public PageTest {
  protected:
   void publish(const SystemStatusSnapshot& status) {
-    dashboard_->publishedSystemStatus().set(status);
+    setPublished(dashboard_->publishedSystemStatus(), status);
     catchUp();
   }
   void publishMemory(std::optional<std::uint64_t> used, std::uint64_t total) {

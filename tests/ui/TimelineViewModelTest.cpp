@@ -20,7 +20,7 @@ using testing::SizeIs;
 class TimelineViewModelTest : public PageTest {
  protected:
   void publish(const std::vector<ScanSnapshot>& snapshots) {
-    dashboard_->historyStore().publishedSnapshots().set(snapshots);
+    setPublished(dashboard_->historyStore().publishedSnapshots(), snapshots);
     catchUp();
   }
   std::string rowOf(const ScanSnapshot& snapshot) {

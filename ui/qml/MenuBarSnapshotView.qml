@@ -47,8 +47,16 @@ ColumnLayout {
     }
     AppLabel {
         text: view.snapshot.verdict
+        color: view.snapshot.verdictNote.length > 0 ? Theme.dimmedText : Theme.text
         font.pixelSize: Theme.subheadlineSize
         font.weight: Font.DemiBold
+        Layout.fillWidth: true
+    }
+    AppText {
+        text: view.snapshot.verdictNote
+        visible: text.length > 0
+        color: Theme.yellow
+        font.pixelSize: Theme.captionSize
         Layout.fillWidth: true
     }
     Caption {

@@ -27,7 +27,15 @@ PremiumTabScaffold {
             text: explainer.verdict
             font.pixelSize: Theme.verdictSize
             font.weight: Font.Black
-            color: Theme.severityColor(explainer.verdictLevel)
+            color: Theme.stateColor(explainer.verdictState)
+            Layout.fillWidth: true
+            Accessible.description: explainer.verdictNote
+        }
+        AppText {
+            text: explainer.verdictNote
+            visible: text.length > 0
+            font.pixelSize: Theme.subheadlineSize
+            color: Theme.yellow
             Layout.fillWidth: true
         }
         AppText {

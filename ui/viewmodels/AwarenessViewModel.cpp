@@ -20,6 +20,14 @@ struct Signal {
   QString path = {};
 };
 
+/// The sign of a row that found nothing: a good one only after a scan.
+const char* allClearSymbol(bool isKnown) {
+  return isKnown ? "checkmark.circle.fill" : "ellipsis.circle";
+}
+const char* allClearSeverity(bool isKnown) {
+  return isKnown ? "ok" : "none";
+}
+
 /// The key outlives a change of the title, so that the row stays and only its words change.
 RowListModel::Row rowOf(const char* key, const Signal& signal) {
   return {toQString(key),
@@ -36,21 +44,23 @@ AwarenessViewModel::AwarenessViewModel(QObject* parent)
 void AwarenessViewModel::begin() {
   coverageGapCount_ = dashboard().coverageGapCount();
   // Counted once a report, and not at every update: the report may hold very many blockers.
-  reportSubscription_ = dashboard().publishedReport().observe(
+  reportSubscription_ = dashboard().publishedReport().afterChange(
       [this](const Shared<SyncHealthReport>& report) { coverageGapCount_ = cirrovane::coverageGapCount(*report); });
   follow(dashboard().publishedReport());
+  follow(dashboard().publishedVerdict());
   follow(dashboard().historyStore().publishedSnapshots());
 }
 
 void AwarenessViewModel::update() {
+  isKnown_ = dashboard().verdict().isKnown();
   recentStability_ = toQString(dashboard().recentStabilityText());
   rows_.setRows({coverageRow(), cloudOnlyRow(), failedRow(), safeRow()});
 }
 
 RowListModel::Row AwarenessViewModel::coverageRow() const {
   if (coverageGapCount_ == 0) {
-    return rowOf("coverage", {.symbol = "checkmark.circle.fill",
-                              .severity = "ok",
+    return rowOf("coverage", {.symbol = allClearSymbol(isKnown_),
+                              .severity = allClearSeverity(isKnown_),
                               .title = "Coverage Gaps",
                               .text = QStringLiteral("No watchlist coverage gaps detected.")});
   }
@@ -66,8 +76,8 @@ RowListModel::Row AwarenessViewModel::coverageRow() const {
 RowListModel::Row AwarenessViewModel::cloudOnlyRow() const {
   const std::int64_t count = dashboard().report().metrics.notDownloaded;
   if (count == 0) {
-    return rowOf("cloudOnly", {.symbol = "checkmark.circle.fill",
-                               .severity = "ok",
+    return rowOf("cloudOnly", {.symbol = allClearSymbol(isKnown_),
+                               .severity = allClearSeverity(isKnown_),
                                .title = "Cloud-Only Files",
                                .text = QStringLiteral("No cloud-only files currently detected.")});
   }

@@ -42,6 +42,7 @@ class AwarenessViewModel : public cirrovane::PageViewModel {
 
   std::int64_t coverageGapCount_ = 0;
   Subscription reportSubscription_;
+  bool isKnown_ = false;
   QString recentStability_;
   RowListModel rows_;
 };

@@ -17,6 +17,8 @@ class BlockersViewModel : public cirrovane::PageViewModel {
   QML_ELEMENT
   Q_PROPERTY(QString countText READ countText NOTIFY changed)
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+  Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
+  Q_PROPERTY(QString emptySubtitle READ emptySubtitle NOTIFY changed)
   Q_PROPERTY(cirrovane::RowListModel* rows READ rows CONSTANT)
 
  public:
@@ -27,6 +29,9 @@ class BlockersViewModel : public cirrovane::PageViewModel {
   /// Of all blockers: "8 total".
   QString countText() const;
   bool isEmpty() const { return count_ == 0; }
+  /// What stands in the place of no blockers: that there are none, or that nobody has looked yet.
+  QString emptyTitle() const;
+  QString emptySubtitle() const;
   /// The first ones, in the report's order, with the roles of blockerRoles().
   RowListModel* rows() { return &rows_; }
 
@@ -39,6 +44,7 @@ class BlockersViewModel : public cirrovane::PageViewModel {
 
  private:
   std::size_t count_ = 0;
+  bool isKnown_ = false;
   /// Of the rows, as they are on the disk.
   std::vector<std::string> paths_;
   RowListModel rows_;

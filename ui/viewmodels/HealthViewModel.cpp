@@ -22,6 +22,7 @@ HealthViewModel::HealthViewModel(QObject* parent) : PageViewModel(parent), metri
 
 void HealthViewModel::begin() {
   follow(dashboard().publishedReport());
+  follow(dashboard().publishedVerdict());
   follow(dashboard().watchlist().publishedFolders());
 }
 
@@ -37,6 +38,7 @@ void HealthViewModel::update() {
                               .metrics = report.metrics,
                               .actions = {},
                               .summary = {}};
+  verdict_ = dashboard().verdict();
   showMetrics();
 }
 
@@ -57,15 +59,15 @@ void HealthViewModel::showMetrics() {
 }
 
 QString HealthViewModel::state() const {
-  return toQString(rawValue(summary_.status));
+  return stateName(verdict_.sign());
 }
 
 QString HealthViewModel::stateLabel() const {
-  return toQString(healthWords(summary_.status).label);
+  return toQString(healthWords(verdict_.sign()).label);
 }
 
 QString HealthViewModel::stateSymbol() const {
-  return toQString(healthWords(summary_.status).symbol);
+  return toQString(healthWords(verdict_.sign()).symbol);
 }
 
 QString HealthViewModel::verdict() const {
@@ -73,7 +75,11 @@ QString HealthViewModel::verdict() const {
 }
 
 QString HealthViewModel::verdictState() const {
-  return toQString(rawValue(summary_.safeToClose ? HealthState::safe : HealthState::danger));
+  return stateName(cirrovane::verdictState(verdict_));
+}
+
+QString HealthViewModel::verdictNote() const {
+  return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText());
 }
 
 int HealthViewModel::uploadTrust() const {
@@ -85,14 +91,20 @@ int HealthViewModel::localAvailability() const {
 }
 
 QString HealthViewModel::localState() const {
+  if (!verdict_.isKnown()) {
+    return {};
+  }
   const bool isSafe = healthState(summary_.localAvailabilityScore, {}) == HealthState::safe;
   return toQString(rawValue(isSafe ? HealthState::safe : HealthState::warning));
 }
 
 QString HealthViewModel::updatedText() const {
-  return context() == nullptr
-             ? QString()
-             : QStringLiteral("Updated ") + toQString(context()->timeText().timeOfDay(summary_.generatedAt));
+  if (context() == nullptr) {
+    return {};
+  }
+  return verdict_.isKnown()
+             ? QStringLiteral("Updated ") + toQString(context()->timeText().timeOfDay(summary_.generatedAt))
+             : QStringLiteral("Not scanned yet");
 }
 
 }  // namespace cirrovane

@@ -18,6 +18,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString stateSymbol READ stateSymbol NOTIFY changed)
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
   Q_PROPERTY(QString verdictState READ verdictState NOTIFY changed)
+  Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY changed)
   Q_PROPERTY(int uploadTrust READ uploadTrust NOTIFY changed)
   Q_PROPERTY(int localAvailability READ localAvailability NOTIFY changed)
   Q_PROPERTY(QString localState READ localState NOTIFY changed)
@@ -27,22 +28,24 @@ class HealthViewModel : public cirrovane::PageViewModel {
  public:
   explicit HealthViewModel(QObject* parent = nullptr);
 
-  /// The health state by its name: "safe", "warning" or "danger".
+  /// The state that the sign has, by its name: "safe", "warning" or "danger"; empty before the first scan.
   QString state() const;
-  /// "Green Safe", "Yellow Needs Attention" or "Red Unsafe".
+  /// "Green Safe", "Yellow Needs Attention" or "Red Unsafe"; "Scanning" before the first scan.
   QString stateLabel() const;
   QString stateSymbol() const;
   /// "YES" or "NO".
   QString verdict() const;
-  /// The state whose colour the verdict has.
+  /// The state whose colour the verdict has; empty before the first scan, and for a YES that is stale.
   QString verdictState() const;
+  /// Since when, and why, nobody vouches for a YES any more; empty while it holds, and for a NO.
+  QString verdictNote() const;
   /// 0 to 100.
   int uploadTrust() const;
   /// 0 to 100.
   int localAvailability() const;
   /// The state whose colours Local Availability has. Files that are only in the cloud are no danger.
   QString localState() const;
-  /// "Updated 6:21:07 PM".
+  /// "Updated 6:21:07 PM"; "Not scanned yet" before the first scan.
   QString updatedText() const;
   /// Rows of a "title", a "value" and the "state" whose colour it has: "warning", "danger", or empty for none.
   RowListModel* metrics() { return &metrics_; }
@@ -56,6 +59,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
 
   // Of the report without its blockers: a page that held on to an old report would have to release it.
   SyncHealthReport summary_ = SyncHealthReport::empty();
+  ShownVerdict verdict_;
   RowListModel metrics_;
 };
 

@@ -1,9 +1,14 @@
 #include "ui/viewmodels/HealthWords.h"
 
+#include "ui/viewmodels/Text.h"
+
 namespace cirrovane {
 
-HealthWords healthWords(HealthState state) {
-  switch (state) {
+HealthWords healthWords(std::optional<HealthState> state) {
+  if (!state) {
+    return {"Scanning", "ellipsis.circle"};
+  }
+  switch (*state) {
     case HealthState::safe:
       return {"Green Safe", "checkmark.seal.fill"};
     case HealthState::warning:
@@ -12,6 +17,35 @@ HealthWords healthWords(HealthState state) {
       break;
   }
   return {"Red Unsafe", "xmark.octagon.fill"};
+}
+
+QString stateName(std::optional<HealthState> state) {
+  return state ? toQString(rawValue(*state)) : QString();
+}
+
+std::optional<HealthState> verdictState(const ShownVerdict& verdict) {
+  if (!verdict.isKnown() || verdict.isStale()) {
+    return std::nullopt;
+  }
+  return verdict.safeToClose ? HealthState::safe : HealthState::danger;
+}
+
+QString asOfText(const ShownVerdict& verdict, const TimeText& timeText) {
+  return verdict.isStale() && verdict.confirmedAt
+             ? QStringLiteral("as of ") + toQString(timeText.timeOfDay(*verdict.confirmedAt))
+             : QString();
+}
+
+QString staleReason(const ShownVerdict& verdict) {
+  if (!verdict.isStale()) {
+    return {};
+  }
+  return verdict.standing == VerdictStanding::slept ? QStringLiteral("This Mac slept after the last scan.")
+                                                    : QStringLiteral("The last scan is over 3 minutes old.");
+}
+
+QString staleNote(const ShownVerdict& verdict, const TimeText& timeText) {
+  return verdict.isStale() ? asOfText(verdict, timeText) + QStringLiteral(". ") + staleReason(verdict) : QString();
 }
 
 }  // namespace cirrovane

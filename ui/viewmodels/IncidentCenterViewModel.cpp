@@ -83,14 +83,7 @@ void IncidentCenterViewModel::toggleResolved(int row) {
   if (shown == nullptr) {
     return;
   }
-  const IncidentRecord record = *shown;
-  IncidentStore& store = dashboard().incidentStore();
-  if (record.isResolved) {
-    store.reopen(record);
-  } else {
-    store.markResolved(record);
-  }
-  dashboard().publishedIncidents().set(store.records());
+  dashboard().toggleResolved(IncidentRecord(*shown));
   updateNow();
 }
 

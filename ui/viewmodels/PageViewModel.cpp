@@ -36,7 +36,7 @@ void PageViewModel::updateSoon() {
     return;
   }
   isUpdateDue_ = true;
-  // Later, since who observes a published value is told before it changes.
+  // Later, since several values may change in one turn.
   QMetaObject::invokeMethod(
       this,
       [this] {

@@ -44,8 +44,8 @@ class PageViewModel : public QObject {
 
   /// Updates the page after each change of the value, once for all changes of one turn of the event loop.
   template <class Value>
-  void follow(Published<Value>& published) {
-    subscriptions_.push_back(published.observe([this](const Value&) { updateSoon(); }));
+  void follow(const Published<Value>& published) {
+    subscriptions_.push_back(published.afterChange([this](const Value&) { updateSoon(); }));
   }
   /// The same at once, for what the user has just done.
   void updateNow();

@@ -14,7 +14,8 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
-  Q_PROPERTY(QString verdictLevel READ verdictLevel NOTIFY changed)
+  Q_PROPERTY(QString verdictState READ verdictState NOTIFY changed)
+  Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY changed)
   Q_PROPERTY(QString lastEvaluation READ lastEvaluation NOTIFY changed)
   Q_PROPERTY(cirrovane::RowListModel* criteria READ criteria CONSTANT)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY changed)
@@ -26,10 +27,12 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   explicit SafetyExplainerViewModel(QObject* parent = nullptr);
 
   /// "YES" or "NO".
-  QString verdict() const { return isSafe_ ? QStringLiteral("YES") : QStringLiteral("NO"); }
-  /// "ok" or "error".
-  QString verdictLevel() const { return isSafe_ ? QStringLiteral("ok") : QStringLiteral("error"); }
-  /// With its time of day.
+  QString verdict() const { return verdict_.safeToClose ? QStringLiteral("YES") : QStringLiteral("NO"); }
+  /// The state whose colour the verdict has; empty before the first scan, and for a YES that is stale.
+  QString verdictState() const;
+  /// Since when, and why, nobody vouches for a YES any more; empty while it holds, and for a NO.
+  QString verdictNote() const;
+  /// With its time of day; "not yet" before the first scan.
   QString lastEvaluation() const { return lastEvaluation_; }
   RowListModel* criteria() { return &criteria_; }
 
@@ -49,7 +52,7 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
  private:
   void showCriteria();
 
-  bool isSafe_ = false;
+  ShownVerdict verdict_;
   QString lastEvaluation_;
   RowListModel criteria_;
   QString topBlockerReason_;

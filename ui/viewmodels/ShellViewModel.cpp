@@ -34,20 +34,14 @@ ShellViewModel::ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& 
       updates_(updates),
       clipboard_(clipboard),
       workspace_(workspace),
-      selectedTab_(toQString(firstTab.id)),
-      isScanning_(dashboard.isScanning()),
-      updateStatusLine_(toQString(updates.updateStatusLine())) {
+      selectedTab_(toQString(firstTab.id)) {
   copiedTimer_.setSingleShot(true);
   copiedTimer_.setInterval(kCopiedNoteLifetime);
   connect(&copiedTimer_, &QTimer::timeout, this, &ShellViewModel::buildLabelChanged);
-  subscriptions_.push_back(dashboard_.publishedIsScanning().observe([this](bool isScanning) {
-    isScanning_ = isScanning;
-    emit isScanningChanged();
-  }));
-  subscriptions_.push_back(updates_.publishedUpdateStatusLine().observe([this](const std::string& line) {
-    updateStatusLine_ = toQString(line);
-    emit updateStatusLineChanged();
-  }));
+  subscriptions_.push_back(
+      dashboard_.publishedIsScanning().afterChange([this](bool /*isScanning*/) { emit isScanningChanged(); }));
+  subscriptions_.push_back(
+      updates_.publishedUpdateStatusLine().afterChange([this](const auto&) { emit updateStatusLineChanged(); }));
 }
 
 QVariantList ShellViewModel::primaryTabs() const {
@@ -66,6 +60,10 @@ QString ShellViewModel::extraTabsLabel() const {
     }
   }
   return QStringLiteral("More");
+}
+
+QString ShellViewModel::updateStatusLine() const {
+  return toQString(updates_.updateStatusLine());
 }
 
 QString ShellViewModel::buildLabel() const {

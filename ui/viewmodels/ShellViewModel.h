@@ -40,8 +40,8 @@ class ShellViewModel : public QObject {
   QString selectedTab() const { return selectedTab_; }
   /// The title of the chosen tab when it is one of the menu's; "More" otherwise.
   QString extraTabsLabel() const;
-  bool isScanning() const { return isScanning_; }
-  QString updateStatusLine() const { return updateStatusLine_; }
+  bool isScanning() const { return dashboard_.isScanning(); }
+  QString updateStatusLine() const;
   /// "Build v1.2 (45)", or for a moment that it was copied.
   QString buildLabel() const;
 
@@ -73,8 +73,6 @@ class ShellViewModel : public QObject {
   Clipboard& clipboard_;
   Workspace& workspace_;
   QString selectedTab_;
-  bool isScanning_;
-  QString updateStatusLine_;
   QTimer copiedTimer_;
   std::vector<Subscription> subscriptions_;
 };

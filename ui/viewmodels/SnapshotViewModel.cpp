@@ -1,13 +1,11 @@
 #include "ui/viewmodels/SnapshotViewModel.h"
 
-#include "coordinator/HistorySummary.h"
 #include "ui/viewmodels/BlockerText.h"
 #include "ui/viewmodels/HealthWords.h"
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
 
 #include <QMetaObject>
-#include <string>
 
 namespace cirrovane {
 
@@ -17,59 +15,59 @@ SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateSer
       dashboard_(dashboard),
       updates_(updates),
       timeText_(timeText),
-      report_(dashboard.publishedReport().value()),
-      lastFailed_(dashboard.lastFailedSnapshot()),
-      isScanning_(dashboard.isScanning()),
-      exportNote_(toDisplay(dashboard.exportNote().value_or(""))) {
-  subscriptions_.push_back(dashboard_.publishedReport().observe([this](const Shared<SyncHealthReport>& report) {
-    report_ = report;
-    emit reportChanged();
+      lastFailed_(dashboard.lastFailedSnapshot()) {
+  subscriptions_.push_back(dashboard_.publishedReport().afterChange([this](const auto&) { emit reportChanged(); }));
+  subscriptions_.push_back(dashboard_.publishedVerdict().afterChange([this](const auto&) { emit reportChanged(); }));
+  subscriptions_.push_back(dashboard_.historyStore().publishedSnapshots().afterChange([this](const auto&) {
+    lastFailed_ = dashboard_.lastFailedSnapshot();
+    emit historyChanged();
   }));
   subscriptions_.push_back(
-      dashboard_.historyStore().publishedSnapshots().observe([this](const std::vector<ScanSnapshot>& snapshots) {
-        lastFailed_ = lastSnapshot(snapshots, false);
-        emit historyChanged();
-      }));
-  subscriptions_.push_back(dashboard_.publishedIsScanning().observe([this](bool isScanning) {
-    isScanning_ = isScanning;
-    emit isScanningChanged();
-  }));
-  subscriptions_.push_back(dashboard_.publishedExportNote().observe([this](const std::optional<std::string>& note) {
-    exportNote_ = toDisplay(note.value_or(""));
-    emit exportNoteChanged();
-  }));
+      dashboard_.publishedIsScanning().afterChange([this](bool /*isScanning*/) { emit isScanningChanged(); }));
+  subscriptions_.push_back(
+      dashboard_.publishedExportNote().afterChange([this](const auto&) { emit exportNoteChanged(); }));
 }
 
 QString SnapshotViewModel::state() const {
-  return toQString(rawValue(report_->status));
+  return stateName(dashboard_.verdict().sign());
 }
 
 QString SnapshotViewModel::statusLabel() const {
-  return toQString(healthWords(report_->status).label);
+  return toQString(healthWords(dashboard_.verdict().sign()).label);
 }
 
 QString SnapshotViewModel::menuBarSymbol() const {
-  return toQString(healthWords(report_->status).symbol);
+  return toQString(healthWords(dashboard_.verdict().sign()).symbol);
 }
 
 QString SnapshotViewModel::score() const {
-  return QString::number(report_->score);
+  return QString::number(dashboard_.report().score);
 }
 
 QString SnapshotViewModel::verdict() const {
-  return report_->safeToClose ? QStringLiteral("Safe to close now") : QStringLiteral("Do not close yet");
+  const ShownVerdict& verdict = dashboard_.verdict();
+  if (verdict.isStale()) {
+    return QStringLiteral("Safe to close ") + asOfText(verdict, timeText_);
+  }
+  return verdict.safeToClose ? QStringLiteral("Safe to close now") : QStringLiteral("Do not close yet");
+}
+
+QString SnapshotViewModel::verdictNote() const {
+  return staleReason(dashboard_.verdict());
 }
 
 QString SnapshotViewModel::scores() const {
-  return QStringLiteral("Upload Trust %1 · Local %2").arg(report_->score).arg(report_->localAvailabilityScore);
+  return QStringLiteral("Upload Trust %1 · Local %2").arg(dashboard_.report().score).arg(dashboard_.report().localAvailabilityScore);
 }
 
 QString SnapshotViewModel::toolTip() const {
-  return QStringLiteral("Cirrovane: %1. %2.").arg(statusLabel(), verdict());
+  const QString words = QStringLiteral("Cirrovane: %1. %2.").arg(statusLabel(), verdict());
+  const QString note = verdictNote();
+  return note.isEmpty() ? words : words + QLatin1Char(' ') + note;
 }
 
 QString SnapshotViewModel::topBlocker() const {
-  return hasTopBlocker() ? blockerLine(report_->blockers.front()) : QString();
+  return hasTopBlocker() ? blockerLine(dashboard_.report().blockers.front()) : QString();
 }
 
 QString SnapshotViewModel::lastFailedTime() const {
@@ -82,6 +80,10 @@ QString SnapshotViewModel::lastFailedDate() const {
 
 QString SnapshotViewModel::lastFailedReason() const {
   return lastFailed_ ? topReasonTitle(*lastFailed_) : QString();
+}
+
+QString SnapshotViewModel::exportNote() const {
+  return toDisplay(dashboard_.exportNote().value_or(""));
 }
 
 QString SnapshotViewModel::buildLabel() const {

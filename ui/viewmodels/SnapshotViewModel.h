@@ -22,6 +22,7 @@ class SnapshotViewModel : public QObject {
   Q_PROPERTY(QString menuBarSymbol READ menuBarSymbol NOTIFY reportChanged)
   Q_PROPERTY(QString score READ score NOTIFY reportChanged)
   Q_PROPERTY(QString verdict READ verdict NOTIFY reportChanged)
+  Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY reportChanged)
   Q_PROPERTY(QString scores READ scores NOTIFY reportChanged)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY reportChanged)
   Q_PROPERTY(QString topBlocker READ topBlocker NOTIFY reportChanged)
@@ -38,19 +39,21 @@ class SnapshotViewModel : public QObject {
   SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
                     QObject* parent = nullptr);
 
-  /// The health state by its name: "safe", "warning" or "danger".
+  /// The state that the sign has, by its name: "safe", "warning" or "danger"; empty before the first scan.
   QString state() const;
-  /// "Green Safe", "Yellow Needs Attention" or "Red Unsafe".
+  /// "Green Safe", "Yellow Needs Attention" or "Red Unsafe"; "Scanning" before the first scan.
   QString statusLabel() const;
   QString menuBarSymbol() const;
   QString score() const;
   QString verdict() const;
+  /// Why nobody vouches for a YES any more; empty while it holds, and for a NO.
+  QString verdictNote() const;
   /// "Upload Trust 92 · Local 84".
   QString scores() const;
   /// State and verdict in words, for whoever points at the icon.
   QString toolTip() const;
 
-  bool hasTopBlocker() const { return !report_->blockers.empty(); }
+  bool hasTopBlocker() const { return !dashboard_.report().blockers.empty(); }
   /// "Upload Stalled: invoice.pdf"; empty without a blocker.
   QString topBlocker() const;
 
@@ -61,9 +64,9 @@ class SnapshotViewModel : public QObject {
   /// Empty also when it is unknown.
   QString lastFailedReason() const;
 
-  bool isScanning() const { return isScanning_; }
+  bool isScanning() const { return dashboard_.isScanning(); }
   /// How the latest export ended; empty before the first.
-  const QString& exportNote() const { return exportNote_; }
+  QString exportNote() const;
   /// "Build v1.2 (45)".
   QString buildLabel() const;
 
@@ -85,11 +88,8 @@ class SnapshotViewModel : public QObject {
   DashboardViewModel& dashboard_;
   AppUpdateService& updates_;
   const TimeText& timeText_;
-  // As it is to be while a change is told, when the dashboard still has what was before.
-  Shared<SyncHealthReport> report_;
+  /// Looked for once a change, since the history may be long.
   std::optional<ScanSnapshot> lastFailed_;
-  bool isScanning_;
-  QString exportNote_;
   std::vector<Subscription> subscriptions_;
 };
 

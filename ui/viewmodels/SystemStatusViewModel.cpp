@@ -53,7 +53,11 @@ void SystemStatusViewModel::update() {
 }
 
 QString SystemStatusViewModel::capturedAt() const {
-  return context() == nullptr ? QString() : toQString(context()->timeText().timeOfDay(status_.capturedAt));
+  if (context() == nullptr) {
+    return {};
+  }
+  return status_ == SystemStatusSnapshot::empty() ? QStringLiteral("Not yet")
+                                                  : toQString(context()->timeText().timeOfDay(status_.capturedAt));
 }
 
 bool SystemStatusViewModel::hasMemoryGauge() const {

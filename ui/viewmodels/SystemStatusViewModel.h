@@ -27,7 +27,7 @@ class SystemStatusViewModel : public cirrovane::PageViewModel {
  public:
   explicit SystemStatusViewModel(QObject* parent = nullptr);
 
-  /// Time of day.
+  /// Time of day; "Not yet" before the first sample.
   QString capturedAt() const;
   RowListModel* cpu() { return &cpu_; }
   RowListModel* memory() { return &memory_; }

@@ -84,9 +84,9 @@ QtObject {
 
     readonly property int hoverDuration: motionEnabled ? 120 : 0
 
-    // The colour that a state has wherever it is shown, by its name in the records.
+    // The colour that a state has wherever it is shown, by its name in the records; neither good nor bad without one.
     function stateColor(state: string): color {
-        return state === "safe" ? green : state === "warning" ? yellow : red;
+        return state === "safe" ? green : state === "warning" ? yellow : state === "danger" ? red : dimmedText;
     }
 
     // The same for the severity of a finding or an incident.

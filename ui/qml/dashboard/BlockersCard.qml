@@ -22,8 +22,8 @@ PremiumCard {
     }
     EmptyState {
         visible: blockers.isEmpty
-        title: "No blockers detected"
-        subtitle: "Your watched folders currently show no obvious sync blockers."
+        title: blockers.emptyTitle
+        subtitle: blockers.emptySubtitle
     }
     Repeater {
         model: blockers.rows

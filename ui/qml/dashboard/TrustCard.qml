@@ -52,6 +52,14 @@ PremiumCard {
                 font.weight: Font.Black
                 color: Theme.stateColor(health.verdictState)
                 Layout.fillWidth: true
+                Accessible.description: health.verdictNote
+            }
+            AppText {
+                text: health.verdictNote
+                visible: text.length > 0
+                font.pixelSize: Theme.subheadlineSize
+                color: Theme.yellow
+                Layout.fillWidth: true
             }
         }
         Dial {
