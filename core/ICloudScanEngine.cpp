@@ -41,11 +41,7 @@ class FolderScan {
         metrics_(metrics),
         makeID_(makeID) {}
 
-  FolderHealth missing() {
-    ++metrics_.errors;
-    addFolderBlocker(BlockerReason::unavailableFolder, "The folder path does not exist on this Mac.");
-    return {folder_.id, folder_, 0, 1, HealthState::danger, 0};
-  }
+  FolderHealth missing() { return unavailable("The folder path does not exist on this Mac."); }
 
   FolderHealth walk(const FileSystem& fileSystem, ScanProgress* progress) {
     if (progress != nullptr) {
@@ -55,16 +51,25 @@ class FolderScan {
       addFolderBlocker(BlockerReason::outsideICloud,
                        "This folder is outside the iCloud Drive path, so upload trust is unknown.");
     }
-    if (const std::unique_ptr<FolderWalk> walk = fileSystem.enumerate(folderPath_)) {
-      while (const ItemBatch* batch = walk->next()) {
-        const std::int64_t countBefore = fileCount_;
-        for (const Item& item : batch->items()) {
-          examine(item, *batch);
-        }
-        if (progress != nullptr) {
-          progress->addFiles(fileCount_ - countBefore);
-        }
+    const std::unique_ptr<FolderWalk> walk = fileSystem.enumerate(folderPath_);
+    bool hasItems = false;
+    while (const ItemBatch* batch = walk ? walk->next() : nullptr) {
+      hasItems = true;
+      const std::int64_t countBefore = fileCount_;
+      for (const Item& item : batch->items()) {
+        examine(item, *batch);
       }
+      if (progress != nullptr) {
+        progress->addFiles(fileCount_ - countBefore);
+      }
+    }
+    if (!walk || !walk->isComplete()) {
+      if (!hasItems) {
+        // Of a folder of which nothing was seen, it does not matter where it lies.
+        blockers_.clear();
+        return unavailable(kUnreadableFolder);
+      }
+      addUnavailability(kUnreadableFolder);
     }
     blockers_ = deduplicate(std::move(blockers_));
     const std::int64_t score = uploadTrustScore(blockers_);
@@ -74,6 +79,19 @@ class FolderScan {
   std::vector<SyncBlocker> takeBlockers() { return std::move(blockers_); }
 
  private:
+  static constexpr std::string_view kUnreadableFolder = "The folder exists but cannot be read.";
+
+  /// The result of a folder that nothing was seen of.
+  FolderHealth unavailable(std::string_view details) {
+    addUnavailability(details);
+    return {folder_.id, folder_, 0, 1, HealthState::danger, 0};
+  }
+
+  void addUnavailability(std::string_view details) {
+    ++metrics_.errors;
+    addFolderBlocker(BlockerReason::unavailableFolder, details);
+  }
+
   void examine(const Item& item, const ItemBatch& batch) {
     if (!item.values) {
       ++metrics_.errors;

@@ -12,7 +12,7 @@ namespace {
 constexpr std::array<std::string_view, 2> kYesOrNo = {"true", "false"};
 constexpr std::array<std::string_view, 3> kDownloadingStatuses = {"current", "downloaded", "notDownloaded"};
 
-constexpr std::array<CloudKey, 7> kCloudKeys = {{
+constexpr std::array<CloudKey, 10> kCloudKeys = {{
     {"isUbiquitous", kYesOrNo, "is an iCloud item at all"},
     {"isUploaded", kYesOrNo, "has reached iCloud"},
     {"isUploading", kYesOrNo, "is on its way (stalled when last modified over 20 minutes ago)"},
@@ -20,6 +20,9 @@ constexpr std::array<CloudKey, 7> kCloudKeys = {{
     {"downloadingStatus", kDownloadingStatuses, "current is local, notDownloaded cloud-only"},
     {"uploadingError", {}, "why its upload failed"},
     {"downloadingError", {}, "why its download failed"},
+    {"isExcludedFromSync", kYesOrNo, "is left out of iCloud on purpose"},
+    {"isSyncPaused", kYesOrNo, "is in iCloud, which is paused for it"},
+    {"isListable", kYesOrNo, "of a folder: false keeps everybody from its list of names"},
 }};
 
 const CloudKey* findKey(std::string_view name) {
@@ -121,6 +124,9 @@ void CloudState::settle() {
   set("downloadingStatus", "current");
   set("uploadingError", "");
   set("downloadingError", "");
+  set("isExcludedFromSync", "");
+  set("isSyncPaused", "");
+  set("isListable", "");
 }
 
 bool CloudState::isEmpty() const {

@@ -30,7 +30,8 @@ class CloudState {
   /// An empty value removes the key.
   void set(std::string_view key, std::string_view value);
 
-  /// Uploaded, local, without conflicts and errors; and without what no reader could make sense of.
+  /// Uploaded, local, without conflicts and errors, neither left out nor paused nor kept from anybody; and without what
+  /// no reader could make sense of.
   void settle();
 
   /// Whether there is nothing to write.

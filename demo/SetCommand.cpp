@@ -78,7 +78,7 @@ void addSetCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<SetOptions>();
   CLI::App* command = app.add_subcommand("set", "Change the iCloud state of a file");
   command->footer(footer());
-  addPathArgument(*command, "FILE", options->file, "A file, or a folder that is shown as one document");
+  addPathArgument(*command, "FILE", options->file, "A file or a folder");
   command->add_option("KEY=VALUE", options->assignments, "What to change")->required()->type_name("");
   command->callback([&chosen, options] { chosen = [options](std::ostream&) { setState(*options); }; });
 }

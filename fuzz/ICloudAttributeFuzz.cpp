@@ -54,6 +54,12 @@ void check(std::string_view bytes) {
   const std::string extended = "later=addition\n" + copy + "\nlater=\n=\n";
   require(areEqual(parsed, parseICloudAttribute(extended)), "keys that are not known mean nothing");
   require(!parseICloudAttribute(copy + "\nisUploaded=yes\n"), "one bad value spoils the attribute");
+  require(!parseICloudAttribute(copy + "\nisListable=yes\n"), "one bad value spoils the attribute");
+  const std::string stated = copy + "\nisExcludedFromSync=yes\nisSyncPaused=\nisListable=false\nisListable=true";
+  require(areEqual(parsed, parseICloudAttribute(stated)), "what is said of syncing and listing is no item's value");
+  require(!allowsListing(copy + "\nisListable=false"), "the last word forbids the listing");
+  require(allowsListing(copy + "\nisListable=true\n"), "the last word allows the listing");
+  require(allowsListing(copy) == allowsListing(padded), "blank lines mean nothing");
   if (parsed) {
     const std::string overruled = copy + "\nisUploaded=false\nuploadingError=last";
     const Parsed last = parseICloudAttribute(overruled);

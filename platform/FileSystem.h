@@ -52,6 +52,9 @@ class FolderWalk {
   virtual ~FolderWalk() = default;
   /// The next items, or nullptr after the last. The batch stays valid until the next call.
   virtual const ItemBatch* next() = 0;
+  /// After the end: whether the folder that the walk began at was listed to its own end. A folder below it that could
+  /// not be listed does not count.
+  virtual bool isComplete() const = 0;
 };
 
 /// Sizes of the volume that holds a folder, in bytes; absent when the system does not give them.
@@ -70,7 +73,8 @@ class FileSystem {
   virtual bool exists(const std::string& path) const = 0;
 
   /// A walk over the items below the folder, recursive, without hidden items and without the contents of packages.
-  /// What cannot be listed is passed over. nullptr when no walk can be made, which counts as a folder without items.
+  /// What cannot be listed below it is passed over. nullptr when no walk can be made, which counts as a folder that
+  /// cannot be listed.
   virtual std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const = 0;
 
   virtual VolumeCapacities volumeCapacities(const std::string& folder) const = 0;

@@ -25,12 +25,32 @@ constexpr std::size_t kUsualAttributeSize = 512;
 /// The kernel stores no longer attribute.
 constexpr std::size_t kLargestAttribute = std::size_t{64} * 1024;
 
-ssize_t listEntries(int descriptor, std::span<char> target) {
+ssize_t listEntries(const ListingCall& list, int descriptor, std::span<char> target) {
   ssize_t length = 0;
   do {
-    length = getdents64(descriptor, target.data(), target.size());
+    length = list(descriptor, target.data(), target.size());
   } while (length < 0 && errno == EINTR);
   return length;
+}
+
+/// Reads an item's attribute by the call, which takes a buffer and its size. The attribute's bytes; absent with errno
+/// set when there are none to be had.
+template <class Call>
+std::optional<std::string_view> readAttribute(std::vector<char>& buffer, Call call) {
+  ssize_t length = -1;
+  do {
+    length = call(buffer.data(), buffer.size());
+    if (length < 0 && errno == ERANGE && buffer.size() < kLargestAttribute) {
+      buffer.resize(kLargestAttribute);
+      errno = EINTR;
+    }
+  } while (length < 0 && errno == EINTR);
+  return length >= 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(length))) : std::nullopt;
+}
+
+/// Whether an error of reading an attribute only says that there is none.
+bool meansNoAttribute(int error) {
+  return error == ENODATA || error == ENOTSUP;
 }
 
 std::optional<struct stat> statItem(int descriptor, const char* name) {
@@ -61,14 +81,25 @@ bool isDateOfInterest(const ResourceValues& values) {
 
 FolderBatch::FolderBatch() : entries_(kEntriesSize), attribute_(kUsualAttributeSize) {}
 
-FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int descriptor) {
+bool FolderBatch::allowsListing(int descriptor) {
+  const auto attribute = readAttribute(attribute_, [&](char* target, std::size_t size) {
+    return fgetxattr(descriptor, kICloudAttributeName, target, size);
+  });
+  return attribute ? cirrovane::allowsListing(*attribute) : meansNoAttribute(errno);
+}
+
+FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int descriptor, const ListingCall& list) {
   becomeEmpty();
   folder_ = &folder;
   std::size_t used = 0;
   while (entries_.size() - used >= kLargestEntry) {
-    const ssize_t length = listEntries(descriptor, std::span(entries_).subspan(used));
-    if (length <= 0) {
+    const ssize_t length = listEntries(list, descriptor, std::span(entries_).subspan(used));
+    if (length == 0) {
       return Listing::ended;
+    }
+    if (length < 0) {
+      // The system's word for a name that is longer than the space that is left.
+      return errno == EINVAL && used > 0 ? Listing::hasMore : Listing::failed;
     }
     const std::size_t end = used + static_cast<std::size_t>(length);
     while (used < end) {
@@ -133,24 +164,16 @@ void FolderBatch::readItem(int descriptor, Item& item, std::string& attributePat
     attributePath += item.name;
     path = attributePath.c_str();
   }
-  ssize_t length = -1;
-  do {
-    length = lgetxattr(path, kICloudAttributeName, attribute_.data(), attribute_.size());
-    if (length < 0 && errno == ERANGE && attribute_.size() < kLargestAttribute) {
-      attribute_.resize(kLargestAttribute);
-      errno = EINTR;
-    }
-  } while (length < 0 && errno == EINTR);
-
-  if (length < 0) {
-    const bool isOutsideICloud = errno == ENODATA || errno == ENOTSUP;
-    if (!isOutsideICloud) {
+  const auto attribute = readAttribute(
+      attribute_, [&](char* target, std::size_t size) { return lgetxattr(path, kICloudAttributeName, target, size); });
+  if (!attribute) {
+    if (!meansNoAttribute(errno)) {
       item.values.reset();
     }
     return;
   }
   const bool isDirectory = item.values->isDirectory;
-  item.values = parseICloudAttribute({attribute_.data(), static_cast<std::size_t>(length)});
+  item.values = parseICloudAttribute(*attribute);
   if (!item.values) {
     return;
   }

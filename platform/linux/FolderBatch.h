@@ -5,18 +5,29 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <vector>
 
 namespace cirrovane {
+
+/// The system's call that writes the next entries of a folder, as getdents64 has it. A value, so that a test can stand
+/// in for a disk that fails. Called by several threads at once.
+using ListingCall = std::function<ssize_t(int descriptor, void* target, std::size_t size)>;
 
 /// A stretch of one folder's entries, read in two steps: the names first, their values later, maybe on another thread.
 class FolderBatch final : public ItemBatch {
  public:
   /// How far the listing of a folder has come.
-  enum class Listing { hasMore, ended };
+  enum class Listing {
+    hasMore,
+    ended,
+    /// The folder may hold more than was told.
+    failed,
+  };
 
   FolderBatch();
 
@@ -25,8 +36,11 @@ class FolderBatch final : public ItemBatch {
     return unreadable_ != nullptr ? pathOf(*unreadable_) : pathOf(*folder_, item.name);
   }
 
+  /// Whether the folder's own attribute leaves its listing free.
+  bool allowsListing(int descriptor);
+
   /// Forgets the last use and reads the next entries of the folder from the descriptor's position, without hidden ones.
-  Listing readNames(const WalkedFolder& folder, int descriptor);
+  Listing readNames(const WalkedFolder& folder, int descriptor, const ListingCall& list);
 
   /// Makes the batch hold nothing.
   void becomeEmpty();

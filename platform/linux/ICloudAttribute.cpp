@@ -5,6 +5,16 @@
 namespace cirrovane {
 namespace {
 
+constexpr std::string_view kIsListableKey = "isListable";
+
+/// Takes one line off the front, without its end.
+std::string_view takeLine(std::string_view& bytes) {
+  const std::size_t lineEnd = bytes.find('\n');
+  const std::string_view line = bytes.substr(0, lineEnd);
+  bytes.remove_prefix(lineEnd == std::string_view::npos ? bytes.size() : lineEnd + 1);
+  return line;
+}
+
 bool readFlag(std::string_view text, std::optional<bool>& target) {
   if (text == "true" || text == "false") {
     target = text == "true";
@@ -26,7 +36,8 @@ bool readStatus(std::string_view text, std::optional<DownloadingStatus>& target)
   return true;
 }
 
-/// Takes one key's value in; false when the value is none that the key can have. Unknown keys are no concern of ours.
+/// Takes one key's value in; false when the value is none that the key can have. Keys that say nothing of the item's
+/// own values are no concern of ours.
 bool readEntry(std::string_view key, std::string_view value, std::optional<bool>& isUbiquitous,
                ResourceValues& values) {
   if (key == "isUbiquitous") {
@@ -43,6 +54,10 @@ bool readEntry(std::string_view key, std::string_view value, std::optional<bool>
   }
   if (key == "downloadingStatus") {
     return readStatus(value, values.downloadingStatus);
+  }
+  if (key == kIsListableKey) {
+    std::optional<bool> isListable;
+    return readFlag(value, isListable);
   }
   if (key == "uploadingError") {
     values.uploadingError = value;
@@ -61,9 +76,7 @@ std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes) {
   ResourceValues values;
   std::optional<bool> isUbiquitous;
   while (!bytes.empty()) {
-    const std::size_t lineEnd = bytes.find('\n');
-    const std::string_view line = bytes.substr(0, lineEnd);
-    bytes.remove_prefix(lineEnd == std::string_view::npos ? bytes.size() : lineEnd + 1);
+    const std::string_view line = takeLine(bytes);
     if (line.find_first_not_of(" \t\r") == std::string_view::npos) {
       continue;
     }
@@ -75,6 +88,18 @@ std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes) {
   }
   values.isUbiquitousItem = isUbiquitous.value_or(true);
   return values;
+}
+
+bool allowsListing(std::string_view bytes) {
+  bool allows = true;
+  while (!bytes.empty()) {
+    const std::string_view line = takeLine(bytes);
+    const std::size_t separator = line.find('=');
+    if (separator != std::string_view::npos && line.substr(0, separator) == kIsListableKey) {
+      allows = line.substr(separator + 1) != "false";
+    }
+  }
+  return allows;
 }
 
 }  // namespace cirrovane

@@ -14,4 +14,8 @@ inline constexpr const char* kICloudAttributeName = "user.icloud";
 /// date; the error texts point into the given bytes. Absent when the bytes are malformed.
 std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes);
 
+/// Whether a folder with this attribute may be listed. What else the attribute says, even where it is malformed, makes
+/// no difference.
+bool allowsListing(std::string_view bytes);
+
 }  // namespace cirrovane

@@ -58,6 +58,11 @@ const ItemBatch* ReadAheadWalk::next() {
   return nullptr;
 }
 
+bool ReadAheadWalk::isComplete() const {
+  const std::lock_guard lock(mutex_);
+  return isComplete_;
+}
+
 void ReadAheadWalk::readAhead() {
   // A working directory of this thread's own: the rest of the program keeps its.
   const bool hasWorkingDirectory = options_.usesWorkingDirectory && unshare(CLONE_FS) == 0;
@@ -91,7 +96,10 @@ void ReadAheadWalk::readStretch(Lock& lock, bool hasWorkingDirectory) {
   }
   const auto batchSlot = placeBatch(slot, std::move(batch));
   slot->isBusy = false;
-  if (listing == FolderBatch::Listing::ended) {
+  if (listing == FolderBatch::Listing::failed && slot->folder->parent == nullptr) {
+    isComplete_ = false;
+  }
+  if (listing != FolderBatch::Listing::hasMore) {
     finishFolder(slot);
   }
   somethingToRead_.notify_all();
@@ -115,18 +123,18 @@ void ReadAheadWalk::readStretch(Lock& lock, bool hasWorkingDirectory) {
 FolderBatch::Listing ReadAheadWalk::listNames(Slot& slot, FolderBatch& batch) {
   if (!slot.descriptor) {
     FolderDescriptors::Opened opened = descriptors_.open(*slot.folder);
-    if (opened.result == FolderOpening::exhausted) {
+    if (opened.result == FolderOpening::exhausted && slot.folder->parent != nullptr) {
       // Passing over a folder only because this process ran out of means could make an unsafe machine look safe.
       batch.becomeUnreadable(*slot.folder);
       return FolderBatch::Listing::ended;
     }
-    if (opened.result == FolderOpening::unreadable) {
+    if (opened.result != FolderOpening::opened || !batch.allowsListing(opened.descriptor->get())) {
       batch.becomeEmpty();
-      return FolderBatch::Listing::ended;
+      return FolderBatch::Listing::failed;
     }
     slot.descriptor = std::move(opened.descriptor);
   }
-  return batch.readNames(*slot.folder, slot.descriptor->get());
+  return batch.readNames(*slot.folder, slot.descriptor->get(), options_.list);
 }
 
 ReadAheadWalk::Slots::iterator ReadAheadWalk::placeBatch(Slots::iterator folderSlot,

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <dirent.h>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -25,6 +26,8 @@ struct WalkOptions {
   bool usesWorkingDirectory = true;
   /// Folders kept open for their children.
   std::size_t openFolderCapacity = FolderDescriptors::reasonableCapacity();
+  /// Lists the folders' entries.
+  ListingCall list = getdents64;
 };
 
 /// A walk whose names and values are read ahead by threads of its own, while its order stays that of one reader: a
@@ -39,6 +42,7 @@ class ReadAheadWalk final : public FolderWalk {
   ReadAheadWalk& operator=(const ReadAheadWalk&) = delete;
 
   const ItemBatch* next() override;
+  bool isComplete() const override;
 
  private:
   /// One place in the order of the walk: a folder still to be listed, or a batch made from one.
@@ -73,7 +77,7 @@ class ReadAheadWalk final : public FolderWalk {
   const WalkOptions options_;
   FolderDescriptors descriptors_;
 
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::condition_variable somethingToRead_;
   std::condition_variable somethingToGive_;
   /// Everything between what was given out and the end of the walk, as far as it is known, in order.
@@ -81,6 +85,7 @@ class ReadAheadWalk final : public FolderWalk {
   /// Batches in slots_, and those about to come there.
   std::size_t batchesAhead_ = 0;
   bool isStopping_ = false;
+  bool isComplete_ = true;
   /// All folders met; their addresses are stable, and children point to their parents.
   std::deque<WalkedFolder> folders_;
   std::vector<std::unique_ptr<FolderBatch>> freeBatches_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace cirrovane {
 
@@ -12,6 +13,9 @@ struct FolderAlias {
   /// An item's path as whoever asked knows it: below the folder that was asked for. A path that is not below the real
   /// folder stays as it is.
   std::string asAsked(std::string path) const;
+
+  /// Whether a path, by either of the folder's names, leads to something below the folder.
+  bool isBelow(std::string_view path) const;
 };
 
 }  // namespace cirrovane

@@ -3,8 +3,10 @@
 #include "platform/macos/CollectedBatch.h"
 #include "platform/macos/FolderAlias.h"
 #include "platform/macos/FoundationText.h"
+#include "platform/macos/ListingError.h"
 #include "platform/macos/RefusedWalk.h"
 #include "platform/macos/ResourceDictionary.h"
+#include "platform/macos/RootProbe.h"
 
 #import <Foundation/Foundation.h>
 #include <cstddef>
@@ -109,29 +111,40 @@ std::string withoutLinks(const std::string& path) {
 
 /// What becomes known of a walk while it goes on.
 struct WalkFindings {
-  /// The user, or the folder's own permissions, keep us out of the folder that the walk began at.
-  bool isRefused = false;
+  /// The folder that the walk began at may hold more than the walk told.
+  bool isCutShort = false;
 };
 
+std::optional<std::string> pathOf(NSURL* _Nullable url) {
+  NSString* path = url.path;
+  return path != nil ? std::optional(bytesOf(path)) : std::nullopt;
+}
+
+ListingError listingErrorOf(NSURL* _Nullable given, NSError* error) {
+  NSDictionary<NSErrorUserInfoKey, id>* told = error.userInfo;
+  NSString* plainPath = checked<NSString>(told[NSFilePathErrorKey], [NSString class]);
+  return {pathOf(given), pathOf(checked<NSURL>(told[NSURLErrorKey], [NSURL class])),
+          plainPath != nil ? std::optional(bytesOf(plainPath)) : std::nullopt};
+}
+
 /// What cannot be listed is passed over; but of the folder itself it is noted that its items were kept from us.
-NSDirectoryEnumerator<NSURL*>* enumeratorOf(const std::string& folder, NSArray<NSURLResourceKey>* keys,
+NSDirectoryEnumerator<NSURL*>* enumeratorOf(const FolderAlias& folder, NSArray<NSURLResourceKey>* keys,
                                             const std::shared_ptr<WalkFindings>& findings) {
-  NSURL* root = fileURLOf(folder, /*isFolder=*/true);
+  NSURL* root = fileURLOf(folder.real, /*isFolder=*/true);
   if (root == nil) {
     return nil;
   }
   const NSDirectoryEnumerationOptions options =
       NSDirectoryEnumerationSkipsHiddenFiles | NSDirectoryEnumerationSkipsPackageDescendants;
-  // A copy, since the block would keep no more of a reference than the reference.
+  // Copies, since the block would keep no more of a reference than the reference.
   const std::shared_ptr<WalkFindings> noted = findings;
+  const FolderAlias walked = folder;
   return [NSFileManager.defaultManager enumeratorAtURL:root
                             includingPropertiesForKeys:keys
                                                options:options
                                           errorHandler:^BOOL(NSURL* _Nullable url, NSError* error) {
-                                            const bool isRoot = url != nil && [url.path isEqual:root.path];
-                                            if (isRoot && [error.domain isEqualToString:NSCocoaErrorDomain] &&
-                                                error.code == NSFileReadNoPermissionError) {
-                                              noted->isRefused = true;
+                                            if (endsListing(listingErrorOf(url, error), walked)) {
+                                              noted->isCutShort = true;
                                             }
                                             return YES;
                                           }];
@@ -140,7 +153,7 @@ NSDirectoryEnumerator<NSURL*>* enumeratorOf(const std::string& folder, NSArray<N
 class MacFolderWalk final : public FolderWalk {
  public:
   MacFolderWalk(FolderAlias folder, NSDirectoryEnumerator<NSURL*>* enumerator, NSArray<NSURLResourceKey>* keys,
-                std::shared_ptr<const WalkFindings> findings, const MaterializationCalls& materialization)
+                std::shared_ptr<WalkFindings> findings, const MaterializationCalls& materialization)
       : folder_(std::move(folder)),
         enumerator_(enumerator),
         keys_(keys),
@@ -151,8 +164,10 @@ class MacFolderWalk final : public FolderWalk {
     // At each call, because the caller may come on another thread.
     const NoMaterialization guard(materialization_);
     batch_.clear();
-    if (!guard.isInForce()) {
-      return refuse();
+    if (!guard.isInForce() && enumerator_ != nil) {
+      // What is left cannot be looked at.
+      enumerator_ = nil;
+      findings_->isCutShort = true;
     }
     @autoreleasepool {
       while (batch_.size() < kBatchSize && enumerator_ != nil) {
@@ -160,12 +175,13 @@ class MacFolderWalk final : public FolderWalk {
           take(url);
         } else {
           enumerator_ = nil;
-          addRefusal();
         }
       }
     }
     return batch_.size() > 0 ? &batch_ : nullptr;
   }
+
+  bool isComplete() const override { return !findings_->isCutShort; }
 
  private:
   void take(NSURL* url) {
@@ -180,27 +196,10 @@ class MacFolderWalk final : public FolderWalk {
     }
   }
 
-  /// A folder that we are kept out of must not look like one without items, and so like a clean one.
-  void addRefusal() {
-    if (findings_->isRefused) {
-      batch_.add(folder_.asked, nullptr);
-    }
-  }
-
-  /// Ends the walk with an item that could not be read: a scan that cannot be made must not look like a clean one.
-  const ItemBatch* refuse() {
-    if (enumerator_ == nil) {
-      return nullptr;
-    }
-    enumerator_ = nil;
-    batch_.add(folder_.asked, nullptr);
-    return &batch_;
-  }
-
   FolderAlias folder_;
   NSDirectoryEnumerator<NSURL*>* enumerator_;
   NSArray<NSURLResourceKey>* keys_;
-  std::shared_ptr<const WalkFindings> findings_;
+  std::shared_ptr<WalkFindings> findings_;
   const MaterializationCalls& materialization_;
   StatusTexts statusTexts_;
   CollectedBatch batch_;
@@ -229,14 +228,18 @@ bool MacFileSystem::exists(const std::string& path) const {
 std::unique_ptr<FolderWalk> MacFileSystem::enumerate(const std::string& folder) const {
   const NoMaterialization guard(materialization_);
   if (!guard.isInForce()) {
-    return std::make_unique<RefusedWalk>(folder);
+    return std::make_unique<RefusedWalk>();
   }
   @autoreleasepool {
     // The enumerator takes a link for an item, and a folder reached by a link for an empty one.
     FolderAlias alias{folder, withoutLinks(folder)};
+    // Before the enumerator, whose errors do not tell a folder that is only in the cloud from one that is kept from us.
+    if (std::unique_ptr<FolderWalk> walk = walkWithoutItems(probeRoot(alias.real))) {
+      return walk;
+    }
     NSArray<NSURLResourceKey>* keys = foundationKeys();
     const auto findings = std::make_shared<WalkFindings>();
-    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias.real, keys, findings);
+    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias, keys, findings);
     if (enumerator == nil) {
       return nullptr;
     }

@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -259,11 +260,102 @@ TEST_F(Check, folderAfterADoubleDash_mayBeginWithADash) {
   EXPECT_EQ(parsed(result.out)["folderHealth"][0]["folder"]["path"], mac_ / "-wait") << result.err;
 }
 
-TEST_F(Check, file_inPlaceOfAFolder_hasNoItems) {
-  writeFile(mac_ / "file");
-  const json found = report({mac_ / "file"});
+/// A report in which nothing was seen of the one folder, which exists.
+void expectUnreadable(const json& found, const std::string& path) {
+  ASSERT_EQ(found["blockers"].size(), 1U);
+  EXPECT_EQ(found["blockers"][0]["reason"], "unavailableFolder");
+  EXPECT_EQ(found["blockers"][0]["filePath"], path);
+  EXPECT_EQ(found["blockers"][0]["details"], "The folder exists but cannot be read.");
+  EXPECT_FALSE(found["blockers"][0].contains("lastModified"));
+  EXPECT_EQ(found["metrics"]["errors"], 1);
   EXPECT_EQ(found["metrics"]["totalFiles"], 0);
+  const json& result = found["folderHealth"][0];
+  EXPECT_EQ(result["scannedFileCount"], 0);
+  EXPECT_EQ(result["blockerCount"], 1);
+  EXPECT_EQ(result["status"], "danger");
+  EXPECT_EQ(result["score"], 0);
   EXPECT_EQ(found["safeToClose"], false);
+}
+
+TEST_F(Check, file_inPlaceOfAFolder_isUnavailableWithStatus1) {
+  writeFile(mac_ / "file");
+  const std::string inDrive = mac_.addFile("file", "isUploaded=true");
+  for (const std::string& path : {mac_ / "file", inDrive}) {
+    const ChildResult result = check({"--json", path});
+    EXPECT_EQ(result.exitStatus, 1);
+    expectUnreadable(parsed(result.out), path);
+  }
+}
+
+TEST_F(Check, folderThatMayNotBeListed_isUnavailableWithStatus1) {
+  mac_.addFile("closed/file", "isUploaded=true");
+  const std::string closed = mac_.iCloudDrive() + "/closed";
+  EXPECT_EQ(check({closed}).exitStatus, 0);
+  ASSERT_EQ(chmod(closed.c_str(), 0), 0);
+  // Permission bits bind root too, once it has no capability left.
+  std::vector<std::string> bound;
+  if (geteuid() == 0) {
+    bound = {"/usr/bin/setpriv", "--bounding-set=-all", "--inh-caps=-all"};
+  }
+  const auto runBound = [&](std::vector<std::string> command) {
+    command.insert(command.begin(), bound.begin(), bound.end());
+    const std::string program = command.front();
+    command.erase(command.begin());
+    return runProgram(program, command);
+  };
+  const ChildResult listing = runBound({"/bin/ls", closed});
+  ASSERT_NE(listing.exitStatus, 0);
+  ASSERT_THAT(listing.err, HasSubstr("Permission denied"));
+
+  const ChildResult result = runBound({kProgram, "--mac-root", mac_.path(), "check", "--json", closed});
+  EXPECT_EQ(result.exitStatus, 1) << result.err;
+  expectUnreadable(parsed(result.out), closed);
+}
+
+TEST_F(Check, folderThatIsNotListable_isUnavailableWithStatus1) {
+  mac_.addFile("closed/file", "isUploaded=true");
+  const std::string closed = mac_.iCloudDrive() + "/closed";
+  EXPECT_EQ(check({closed}).exitStatus, 0);
+  setICloudAttribute(closed, "isListable=false");
+  const ChildResult result = check({"--json", closed});
+  EXPECT_EQ(result.exitStatus, 1);
+  expectUnreadable(parsed(result.out), closed);
+  EXPECT_THAT(check({closed}).out, AllOf(StartsWith("NOT SAFE"), HasSubstr("Folder Unavailable"),
+                                         HasSubstr("The folder exists but cannot be read.")));
+}
+
+TEST_F(Check, subfolderThatIsNotListable_isPassedOver) {
+  mac_.addFile("clean", "isUploaded=true");
+  mac_.addFile("closed/pending", "isUploaded=false");
+  EXPECT_EQ(check().exitStatus, 1);
+  setICloudAttribute(mac_.iCloudDrive() + "/closed", "isListable=false");
+  const ChildResult result = check({"--json"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(parsed(result.out)["metrics"]["totalFiles"], 1);
+}
+
+TEST_F(Check, subfolderWithAMalformedListability_isAnErrorWithStatus1) {
+  mac_.addFile("odd/file", "isUploaded=true");
+  setICloudAttribute(mac_.iCloudDrive() + "/odd", "isListable=maybe");
+  const ChildResult result = check({"--json"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(parsed(result.out)["metrics"]["errors"], 1);
+}
+
+TEST_F(Check, linkToNothingOrInALoop_doesNotExistWithStatus1) {
+  const std::string dangling = mac_.iCloudDrive() + "/dangling";
+  const std::string loop = mac_.iCloudDrive() + "/loop";
+  ASSERT_EQ(symlink("nowhere", dangling.c_str()), 0);
+  ASSERT_EQ(symlink("loop", loop.c_str()), 0);
+  for (const std::string& path : {dangling, loop}) {
+    const ChildResult result = check({"--json", path});
+    EXPECT_EQ(result.exitStatus, 1);
+    const json found = parsed(result.out);
+    ASSERT_EQ(found["blockers"].size(), 1U);
+    EXPECT_EQ(found["blockers"][0]["reason"], "unavailableFolder");
+    EXPECT_EQ(found["blockers"][0]["details"], "The folder path does not exist on this Mac.");
+    EXPECT_EQ(found["metrics"]["errors"], 1);
+  }
 }
 
 TEST_F(Check, manyBlockers_areCutShortInTextAndWholeInJSON) {

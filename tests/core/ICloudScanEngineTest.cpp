@@ -209,15 +209,98 @@ TEST_F(ICloudScan, missingFolderWithTrailingSlash_isNamedWithoutIt) {
   EXPECT_EQ(scan({makeFolder("Gone", kWork + "/")}).blockers.at(0).filePath, kWork);
 }
 
-TEST_F(ICloudScan, folderThatCannotBeWalked_countsAsEmpty) {
+TEST_F(ICloudScan, folderThatCannotBeWalked_isAsAMissingOne) {
+  const WatchFolder folder = makeFolder("Work", kWork, 5);
+  const SyncHealthReport missing = scan({folder});
   fileSystem.addExisting(kWork);
-  const SyncHealthReport report = scan({makeFolder("Work", kWork)});
+  const SyncHealthReport report = scan({folder});
   EXPECT_THAT(fileSystem.enumerated(), ElementsAre(kWork));
-  EXPECT_THAT(report.blockers, IsEmpty());
-  EXPECT_EQ(report.metrics.errors, 0);
-  EXPECT_EQ(report.folderHealth.at(0).score, 100);
-  EXPECT_EQ(report.folderHealth.at(0).status, HealthState::safe);
-  EXPECT_TRUE(report.safeToClose);
+  ASSERT_EQ(report.blockers.size(), 1U);
+  EXPECT_NE(report.blockers[0].id, UUID());
+  EXPECT_EQ(report.blockers[0].filePath, kWork);
+  EXPECT_EQ(report.blockers[0].folderName, "Work");
+  EXPECT_EQ(report.blockers[0].reason, unavailableFolder);
+  EXPECT_EQ(report.blockers[0].details, "The folder exists but cannot be read.");
+  EXPECT_EQ(report.blockers[0].lastModified, std::nullopt);
+  EXPECT_EQ(report.folderHealth, missing.folderHealth);
+  EXPECT_EQ(report.metrics, missing.metrics);
+  EXPECT_EQ(report.metrics.errors, 1);
+  EXPECT_EQ(report.score, missing.score);
+  EXPECT_EQ(report.status, missing.status);
+  EXPECT_EQ(report.summary, missing.summary);
+  EXPECT_FALSE(report.safeToClose);
+}
+
+TEST_F(ICloudScan, folderOutsideICloudThatCannotBeWalked_isOnlyUnavailable) {
+  fileSystem.addExisting(kDesktop);
+  EXPECT_THAT(reasonsOf(scan({makeFolder("Desktop", kDesktop)})), ElementsAre(unavailableFolder));
+}
+
+TEST_F(ICloudScan, listingThatFailsAtOnce_isAsAFolderThatCannotBeWalked) {
+  const WatchFolder folder = makeFolder("Desktop", kDesktop, 5);
+  fileSystem.addFolder(kDesktop, {});
+  fileSystem.breakOff(kDesktop);
+  const SyncHealthReport report = scan({folder});
+  ASSERT_THAT(reasonsOf(report), ElementsAre(unavailableFolder));
+  EXPECT_EQ(report.blockers[0].details, "The folder exists but cannot be read.");
+  EXPECT_THAT(report.folderHealth, ElementsAre(FolderHealth{.id = idOf(5),
+                                                            .folder = folder,
+                                                            .scannedFileCount = 0,
+                                                            .blockerCount = 1,
+                                                            .status = HealthState::danger,
+                                                            .score = 0}));
+  EXPECT_EQ(report.metrics.errors, 1);
+  EXPECT_FALSE(report.safeToClose);
+}
+
+TEST_F(ICloudScan, listingThatBreaksOff_addsOneErrorAndOneBlockerToWhatWasFound) {
+  FakeValues pending = cleanFile();
+  pending.isUploaded = false;
+  const WatchFolder folder = makeFolder("Desktop", kDesktop, 5);
+  fileSystem.addFolder(kDesktop, {{kDesktop + "/a", cleanFile()},
+                                  {kDesktop + "/b", pending},
+                                  {kDesktop + "/c", std::nullopt},
+                                  {kDesktop + "/d", cleanFile()}});
+  fileSystem.breakOff(kDesktop);
+  const SyncHealthReport report = scan({folder});
+  ASSERT_THAT(reasonsOf(report), ElementsAre(unavailableFolder, outsideICloud, notUploaded));
+  EXPECT_EQ(report.blockers[0].filePath, kDesktop);
+  EXPECT_EQ(report.blockers[0].folderName, "Desktop");
+  EXPECT_EQ(report.blockers[0].details, "The folder exists but cannot be read.");
+  EXPECT_EQ(report.blockers[0].lastModified, std::nullopt);
+  EXPECT_THAT(report.folderHealth, ElementsAre(FolderHealth{.id = idOf(5),
+                                                            .folder = folder,
+                                                            .scannedFileCount = 3,
+                                                            .blockerCount = 3,
+                                                            .status = HealthState::danger,
+                                                            .score = 50}));
+  EXPECT_EQ(report.metrics, (ScanMetrics{.totalFiles = 3,
+                                         .scannedFolders = 1,
+                                         .pendingUploads = 1,
+                                         .unresolvedConflicts = 0,
+                                         .errors = 2,
+                                         .notDownloaded = 0}));
+  EXPECT_FALSE(report.safeToClose);
+}
+
+TEST_F(ICloudScan, listingThatBreaksOffAfterCleanFiles_isNotSafe) {
+  fileSystem.addFolder(kWork, {{kWork + "/a", cleanFile()}});
+  fileSystem.breakOff(kWork);
+  const SyncHealthReport report = scan({makeFolder("Work", kWork)});
+  EXPECT_THAT(reasonsOf(report), ElementsAre(unavailableFolder));
+  EXPECT_EQ(report.folderHealth.at(0).scannedFileCount, 1);
+  EXPECT_EQ(report.folderHealth.at(0).score, 76);
+  EXPECT_EQ(report.metrics.errors, 1);
+  EXPECT_FALSE(report.safeToClose);
+}
+
+TEST_F(ICloudScan, folderThatCannotBeWalkedBetweenOthers_doesNotStopTheScan) {
+  fileSystem.addExisting(kDesktop);
+  fileSystem.addFolder(kWork, {{kWork + "/a.txt", cleanFile()}});
+  const SyncHealthReport report = scan({makeFolder("A", kDesktop), makeFolder("B", kWork)});
+  EXPECT_THAT(reasonsOf(report), ElementsAre(unavailableFolder));
+  EXPECT_EQ(report.metrics.errors, 1);
+  EXPECT_EQ(report.metrics.totalFiles, 1);
 }
 
 TEST_F(ICloudScan, foldersInAnyOrder_areWalkedInTheOrderGivenAndListedByName) {

@@ -292,11 +292,15 @@ SyncHealthReport naiveScan(const NaiveWorld& world, const std::vector<WatchFolde
     result.id = folder.id;
     result.folder = folder;
 
-    const auto walkable = world.folders.find(path);
-    if (walkable == world.folders.end() && world.unwalkable.find(path) == world.unwalkable.end()) {
+    const auto listable = world.folders.find(path);
+    const bool exists = listable != world.folders.end() || world.unlistable.contains(path);
+    const bool breaksOff = world.brokenOff.contains(path);
+    if (listable == world.folders.end() || (breaksOff && listable->second.empty())) {
       metrics.errors += 1;
-      all.push_back(blockerOf(BlockerReason::unavailableFolder, path, folder,
-                              "The folder path does not exist on this Mac.", std::nullopt));
+      all.push_back(
+          blockerOf(BlockerReason::unavailableFolder, path, folder,
+                    exists ? "The folder exists but cannot be read." : "The folder path does not exist on this Mac.",
+                    std::nullopt));
       result.scannedFileCount = 0;
       result.blockerCount = 1;
       result.status = HealthState::danger;
@@ -311,21 +315,24 @@ SyncHealthReport naiveScan(const NaiveWorld& world, const std::vector<WatchFolde
                               "This folder is outside the iCloud Drive path, so upload trust is unknown.",
                               std::nullopt));
     }
-    if (walkable != world.folders.end()) {
-      for (const FakeFileSystem::FakeItem& item : walkable->second) {
-        if (!item.values.has_value()) {
-          metrics.errors += 1;
-          continue;
-        }
-        if (item.values->isDirectory) {
-          continue;
-        }
-        result.scannedFileCount += 1;
-        metrics.totalFiles += 1;
-        if (item.values->isUbiquitousItem) {
-          examine(item, folder, path, world.now, metrics, own);
-        }
+    for (const FakeFileSystem::FakeItem& item : listable->second) {
+      if (!item.values.has_value()) {
+        metrics.errors += 1;
+        continue;
       }
+      if (item.values->isDirectory) {
+        continue;
+      }
+      result.scannedFileCount += 1;
+      metrics.totalFiles += 1;
+      if (item.values->isUbiquitousItem) {
+        examine(item, folder, path, world.now, metrics, own);
+      }
+    }
+    if (breaksOff) {
+      metrics.errors += 1;
+      own.push_back(blockerOf(BlockerReason::unavailableFolder, path, folder, "The folder exists but cannot be read.",
+                              std::nullopt));
     }
     own = naiveWithoutDuplicates(own);
     result.blockerCount = static_cast<std::int64_t>(own.size());

@@ -15,8 +15,10 @@ namespace cirrovane::test {
 struct NaiveWorld {
   /// Folders that can be walked, with the items that the walk meets.
   std::map<std::string, std::vector<FakeFileSystem::FakeItem>> folders;
-  /// Paths that exist but cannot be walked.
-  std::set<std::string> unwalkable;
+  /// Paths that exist but cannot be listed.
+  std::set<std::string> unlistable;
+  /// Folders whose listing breaks off with an error after the items.
+  std::set<std::string> brokenOff;
   Time now;
 };
 

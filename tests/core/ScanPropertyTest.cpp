@@ -1,3 +1,4 @@
+#include "core/FolderNaming.h"
 #include "core/ICloudScanEngine.h"
 #include "core/TrustScoring.h"
 #include "tests/core/Builders.h"
@@ -42,8 +43,11 @@ FakeFileSystem fileSystemOf(const NaiveWorld& world, std::size_t batchSize) {
   for (const auto& [path, items] : world.folders) {
     fileSystem.addFolder(path, items);
   }
-  for (const std::string& path : world.unwalkable) {
+  for (const std::string& path : world.unlistable) {
     fileSystem.addExisting(path);
+  }
+  for (const std::string& path : world.brokenOff) {
+    fileSystem.breakOff(path);
   }
   return fileSystem;
 }
@@ -183,7 +187,7 @@ Tree anyTree(std::uint32_t seed) {
   }
   for (const std::string& path : kFolderPaths) {
     if (random.oneIn(10)) {
-      tree.world.unwalkable.insert(path);
+      tree.world.unlistable.insert(path);
     } else if (!random.oneIn(10)) {
       std::vector<FakeItem> below = itemsBelow(items, path);
       if (random.oneIn(10) && !below.empty()) {
@@ -191,6 +195,9 @@ Tree anyTree(std::uint32_t seed) {
         below[random.below(below.size())].values = anyValues(random, tree.mood);
       }
       tree.world.folders[path] = std::move(below);
+      if (random.oneIn(12)) {
+        tree.world.brokenOff.insert(path);
+      }
     }
   }
   const bool isAllInDrive = random.oneIn(2);
@@ -216,6 +223,7 @@ struct Coverage {
   std::set<BlockerReason> reasons;
   std::set<std::string> actions;
   std::set<std::int64_t> scores;
+  std::set<std::string> unavailabilities;
 
   void add(const SyncHealthReport& report) {
     states.insert(report.status);
@@ -223,6 +231,9 @@ struct Coverage {
     scores.insert(report.score);
     for (const SyncBlocker& blocker : report.blockers) {
       reasons.insert(blocker.reason);
+      if (blocker.reason == BlockerReason::unavailableFolder) {
+        unavailabilities.insert(blocker.details);
+      }
     }
     for (const RecommendedAction& action : report.actions) {
       actions.insert(action.title);
@@ -244,6 +255,7 @@ TEST(ScanProperty, randomTrees_agreeWithTheNaiveScan) {
   EXPECT_EQ(coverage.states.size(), 3U);
   EXPECT_EQ(coverage.verdicts.size(), 2U);
   EXPECT_EQ(coverage.reasons.size(), kAllBlockerReasons.size());
+  EXPECT_EQ(coverage.unavailabilities.size(), 2U);
   EXPECT_EQ(coverage.actions.size(), 8U) << "the six next steps, the all-clear and the empty watchlist's";
   EXPECT_GT(coverage.scores.size(), 20U);
 }
@@ -266,6 +278,10 @@ TEST(ScanProperty, oneFileMore_neverRaisesTheScoreNorMakesSafe) {
     ASSERT_LE(after.score, before.score) << added.path << "\n" << before << "\n" << after;
     ASSERT_LE(after.safeToClose, before.safeToClose) << added.path << "\n" << before << "\n" << after;
     for (std::size_t index = 0; index < before.folderHealth.size(); ++index) {
+      if (tree.world.brokenOff.contains(std::string(withoutTrailingSlash(before.folderHealth[index].folder.path)))) {
+        // With nothing seen, its score is that of a missing folder; with one file, that of what was seen.
+        continue;
+      }
       ASSERT_LE(after.folderHealth[index].score, before.folderHealth[index].score) << added.path;
     }
     loweredScores += after.score < before.score ? 1U : 0U;

@@ -36,7 +36,10 @@ TEST_F(SetTest, set_everyKey_writesItsLine) {
                                           "hasUnresolvedConflicts=false",
                                           "downloadingStatus=downloaded",
                                           "uploadingError=The file couldn’t be uploaded: a = b, c.",
-                                          "downloadingError=[x, {}]"};
+                                          "downloadingError=[x, {}]",
+                                          "isExcludedFromSync=true",
+                                          "isSyncPaused=false",
+                                          "isListable=false"};
   EXPECT_EQ(set(lines).exitStatus, 0);
   std::string expected;
   for (const std::string& line : lines) {
@@ -99,6 +102,17 @@ TEST_F(SetTest, set_fileOfSettledMac_changesTheVerdict) {
   EXPECT_EQ(check().exitStatus, 0);
 }
 
+TEST_F(SetTest, set_watchedFolderOfSettledMacNotListable_changesTheVerdict) {
+  succeed("create");
+  succeed("settle");
+  const std::string watched = drive() + "/School";
+  EXPECT_EQ(demo({"set", watched, "isListable=false"}).exitStatus, 0);
+  EXPECT_EQ(check().exitStatus, 1);
+  succeed("settle");
+  EXPECT_EQ(iCloudAttribute(watched).value_or("").find("isListable"), std::string::npos);
+  EXPECT_EQ(check().exitStatus, 0);
+}
+
 TEST_F(SetTest, set_withoutSeparator_refuses) {
   expectRefusal({"isUploaded=true", "isUploading"}, "key=value");
 }
@@ -113,7 +127,9 @@ TEST_F(SetTest, set_unknownKey_refusesAndListsThoseThereAre) {
 }
 
 TEST_F(SetTest, set_valueThatTheKeyCannotHave_refusesAndListsThoseItCan) {
-  expectRefusal({"isUploaded=yes"}, "true or false");
+  for (const char* key : {"isUploaded", "isExcludedFromSync", "isSyncPaused", "isListable"}) {
+    expectRefusal({std::string(key) + "=yes"}, "true or false");
+  }
   expectRefusal({"downloadingStatus=Current"}, "current, downloaded or notDownloaded");
 }
 

@@ -85,6 +85,22 @@ class TypeCheckTest(unittest.TestCase):
                     "virtual bool exists(const std::string& path) = 0;"))
         self.assert_found("platform/macos/MacFileSystem.mm", "marked 'override' hides virtual member function")
 
+    def test_path_of_url_without_one(self):
+        self.plant("platform/macos/MacFileSystem.mm",
+                   ("path != nil ? std::optional(bytesOf(path)) : std::nullopt;\n}\n\nListingError",
+                    "std::optional(bytesOf(path));\n}\n\nListingError"))
+        self.assert_found("platform/macos/MacFileSystem.mm", "to a callee that requires a non-null")
+
+    def test_item_of_error_that_may_be_of_any_class(self):
+        self.plant("platform/macos/MacFileSystem.mm",
+                   ("checked<NSURL>(told[NSURLErrorKey], [NSURL class])",
+                    "checked<NSString>(told[NSURLErrorKey], [NSURL class])"))
+        self.assert_found("platform/macos/MacFileSystem.mm", "NSURL * _Nullable")
+
+    def test_walk_that_does_not_tell_how_it_ended(self):
+        self.plant("platform/macos/RefusedWalk.h", ("  bool isComplete() const override { return false; }\n", ""))
+        self.assert_found("platform/macos/RootProbe.cpp", "unimplemented pure virtual method 'isComplete' in 'RefusedWalk'")
+
     def test_enumeration_that_grew(self):
         self.plant("platform/macos/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isPackage,\n"))
         self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isPackage' not handled in switch")

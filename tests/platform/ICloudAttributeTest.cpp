@@ -102,6 +102,55 @@ TEST(ICloudAttribute, downloadingStatus_withAnotherValue_isMalformed) {
   }
 }
 
+TEST(ICloudAttribute, isListable_trueOrFalse_isAccepted) {
+  for (const char* text : {"isListable=true", "isListable=false"}) {
+    const auto values = parseICloudAttribute(text);
+    ASSERT_TRUE(values);
+    EXPECT_TRUE(values->isUbiquitousItem);
+  }
+}
+
+TEST(ICloudAttribute, isListable_withAnotherValue_isMalformed) {
+  for (const std::string_view value : {""sv, "no"sv, "False"sv, "false "sv, "0"sv}) {
+    EXPECT_FALSE(parseICloudAttribute("isListable=" + std::string(value))) << value;
+  }
+}
+
+TEST(ICloudAttribute, isExcludedFromSyncAndIsSyncPaused_withAnyValue_areIgnored) {
+  for (const std::string_view value : {""sv, "true"sv, "false"sv, "maybe"sv}) {
+    for (const char* key : {"isExcludedFromSync=", "isSyncPaused="}) {
+      const auto values = parseICloudAttribute(key + std::string(value) + "\nisUploaded=false");
+      ASSERT_TRUE(values) << key << value;
+      EXPECT_EQ(values->isUploaded, false);
+    }
+  }
+}
+
+TEST(ICloudAttribute, listing_isForbiddenByFalseAlone) {
+  for (const std::string_view text :
+       {""sv, "isUploaded=false"sv, "isListable=true"sv, "isListable=maybe"sv, "isListable="sv, "isListable"sv,
+        "isListable=false "sv, " isListable=false"sv, "islistable=false"sv, "x=isListable=false"sv}) {
+    EXPECT_TRUE(allowsListing(text)) << text;
+  }
+  for (const std::string_view text : {"isListable=false"sv, "isListable=false\n"sv,
+                                      "isUploaded=true\nisListable=false"sv, "\n\nisListable=false\nother=x"sv}) {
+    EXPECT_FALSE(allowsListing(text)) << text;
+  }
+}
+
+TEST(ICloudAttribute, listing_ofRepeatedKeys_theLastHolds) {
+  EXPECT_TRUE(allowsListing("isListable=false\nisListable=true"));
+  EXPECT_FALSE(allowsListing("isListable=true\nisListable=false"));
+}
+
+TEST(ICloudAttribute, listing_isForbiddenAlsoWhereTheRestIsMalformed) {
+  for (const std::string_view text : {"bad\nisListable=false"sv, "isListable=false\nisUploaded=maybe"sv,
+                                      "\xFF=\xFF\nisListable=false"sv, "\0\nisListable=false\nbad"sv}) {
+    EXPECT_FALSE(parseICloudAttribute(text));
+    EXPECT_FALSE(allowsListing(text));
+  }
+}
+
 TEST(ICloudAttribute, errorText_isTheWholeRestOfTheLine) {
   for (const std::string_view text : {""sv, " "sv, "a=b=c"sv, "  spaces kept  "sv, "tab\there"sv, "carriage return\r"sv,
                                       "Kein Platz \xE2\x82\xAC \xF0\x9F\x98\x80"sv, "nul \0 inside"sv, "="sv}) {

@@ -232,8 +232,10 @@ TEST_P(ReadAheadWalkOfAnyKind, folderNames_thatBeginWithAnother_areNotMixedUp) {
   EXPECT_EQ(pathsOf(walk()), naiveWalk(folder_.path()));
 }
 
-TEST_P(ReadAheadWalkOfAnyKind, emptyFolder_hasNoItems) {
-  EXPECT_THAT(walk(), IsEmpty());
+TEST_P(ReadAheadWalkOfAnyKind, emptyFolder_isCompleteWithoutItems) {
+  const auto walk = GetParam().start(folder_.path());
+  EXPECT_THAT(restOf(*walk), IsEmpty());
+  EXPECT_TRUE(walk->isComplete());
 }
 
 TEST_P(ReadAheadWalkOfAnyKind, manyEmptyFolders_areItemsWithNothingBelow) {
@@ -245,13 +247,15 @@ TEST_P(ReadAheadWalkOfAnyKind, manyEmptyFolders_areItemsWithNothingBelow) {
   EXPECT_EQ(pathsOf(items), naiveWalk(folder_.path()));
 }
 
-TEST_P(ReadAheadWalkOfAnyKind, whatIsNoFolder_hasNoItems) {
+TEST_P(ReadAheadWalkOfAnyKind, whatIsNoFolder_isIncompleteWithoutItems) {
   writeFile(folder_ / "file");
   ASSERT_EQ(mkfifo((folder_ / "fifo").c_str(), 0600), 0);
   link("nowhere", "dangling");
   link("loop", "loop");
   for (const char* name : {"missing", "file", "fifo", "dangling", "loop", "file/below", "missing/below"}) {
-    EXPECT_THAT(walk(folder_ / name), IsEmpty()) << name;
+    const auto walk = GetParam().start(folder_ / name);
+    EXPECT_THAT(restOf(*walk), IsEmpty()) << name;
+    EXPECT_FALSE(walk->isComplete()) << name;
   }
   EXPECT_THAT(walk(folder_ / std::string(256, 'n')), IsEmpty());
   EXPECT_THAT(walk(""), IsEmpty());

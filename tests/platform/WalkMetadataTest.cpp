@@ -206,7 +206,9 @@ TEST_P(WalkMetadata, watchedFolderThatMayNotBeListed_hasNoItems) {
   const WithoutPrivileges privileges;
   ASSERT_LT(open((folder_ / "closed").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), 0);
   ASSERT_EQ(errno, EACCES);
-  EXPECT_THAT(walked(GetParam(), folder_ / "closed"), IsEmpty());
+  const auto walk = GetParam().start(folder_ / "closed");
+  EXPECT_THAT(restOf(*walk), IsEmpty());
+  EXPECT_FALSE(walk->isComplete());
 }
 
 TEST_P(WalkMetadata, folderThatMayBeListedButNotSearched_hasItemsWithoutValues) {

@@ -19,6 +19,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 #include <utility>
 
@@ -49,6 +50,9 @@ class NaiveWalk {
   explicit NaiveWalk(Paths paths) : paths_(paths) {}
 
   void visit(FileDescriptor& folder, const std::string& path) {
+    if (!isListable(folder.get())) {
+      return;
+    }
     for (const std::string& name : namesIn(folder.get(), path)) {
       FileDescriptor child(openat(folder.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
       if (!child.isOpen()) {
@@ -63,6 +67,13 @@ class NaiveWalk {
   std::vector<std::string> takeFound() { return std::move(found_); }
 
  private:
+  static bool isListable(int folder) {
+    std::array<char, 512> attribute{};
+    const ssize_t length = fgetxattr(folder, "user.icloud", attribute.data(), attribute.size());
+    const std::string text = "\n" + std::string(attribute.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    return (text + "\n").find("\nisListable=false\n") == std::string::npos;
+  }
+
   /// Notes the folder's entries and gives back those that are to be entered.
   std::vector<std::string> namesIn(int folder, const std::string& path) {
     std::vector<std::string> toEnter;

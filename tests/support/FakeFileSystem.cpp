@@ -50,7 +50,8 @@ class FakeBatch final : public ItemBatch {
 
 class FakeWalk final : public FolderWalk {
  public:
-  FakeWalk(std::span<const FakeItem> rest, std::size_t batchSize) : rest_(rest), batchSize_(batchSize) {}
+  FakeWalk(std::span<const FakeItem> rest, std::size_t batchSize, bool breaksOff)
+      : rest_(rest), batchSize_(batchSize), breaksOff_(breaksOff) {}
 
   const ItemBatch* next() override {
     if (rest_.empty()) {
@@ -61,10 +62,12 @@ class FakeWalk final : public FolderWalk {
     rest_ = rest_.subspan(count);
     return current_.get();
   }
+  bool isComplete() const override { return !breaksOff_; }
 
  private:
   std::span<const FakeItem> rest_;
   std::size_t batchSize_;
+  bool breaksOff_;
   std::unique_ptr<FakeBatch> current_;
 };
 
@@ -73,7 +76,8 @@ class FakeWalk final : public FolderWalk {
 std::unique_ptr<FolderWalk> FakeFileSystem::enumerate(const std::string& folder) const {
   enumerated_.push_back(folder);
   const auto found = folders_.find(folder);
-  return found == folders_.end() ? nullptr : std::make_unique<FakeWalk>(found->second, batchSize_);
+  return found == folders_.end() ? nullptr
+                                 : std::make_unique<FakeWalk>(found->second, batchSize_, brokenOff_.contains(folder));
 }
 
 }  // namespace cirrovane::test

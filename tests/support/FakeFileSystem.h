@@ -39,6 +39,8 @@ class FakeFileSystem final : public FileSystem {
     addExisting(path);
     folders_[path] = std::move(items);
   }
+  /// Makes the walk of the folder break off with an error after its items.
+  void breakOff(const std::string& path) { brokenOff_.insert(path); }
   void setHomeDirectory(std::string path) { home_ = std::move(path); }
   /// How many items a walk hands out at a time.
   void setBatchSize(std::size_t size) { batchSize_ = size; }
@@ -61,6 +63,7 @@ class FakeFileSystem final : public FileSystem {
  private:
   std::set<std::string> existing_;
   std::map<std::string, std::vector<FakeItem>> folders_;
+  std::set<std::string> brokenOff_;
   std::map<std::string, VolumeCapacities> capacities_;
   std::string home_ = "/Users/test";
   std::optional<std::string> applicationSupport_;

@@ -96,12 +96,14 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @end
 
 typedef NSString* NSErrorDomain;
-SDK_EXTERN NSErrorDomain const NSCocoaErrorDomain;
-enum : NSInteger { NSFileReadNoPermissionError = 257 };
+typedef NSString* NSErrorUserInfoKey;
+SDK_EXTERN NSErrorUserInfoKey const NSURLErrorKey;
+SDK_EXTERN NSErrorUserInfoKey const NSFilePathErrorKey;
 
 @interface NSError : NSObject <NSCopying>
 @property(readonly, copy) NSErrorDomain domain;
 @property(readonly) NSInteger code;
+@property(readonly, copy) NSDictionary<NSErrorUserInfoKey, id>* userInfo;
 @property(readonly, copy) NSString* localizedDescription;
 @end
 
@@ -186,8 +188,7 @@ SDK_EXTERN NSString* NSHomeDirectory(void);
 - (nullable NSDirectoryEnumerator<NSURL*>*)enumeratorAtURL:(NSURL*)url
                                 includingPropertiesForKeys:(nullable NSArray<NSURLResourceKey>*)keys
                                                    options:(NSDirectoryEnumerationOptions)mask
-                                              errorHandler:
-                                                  (BOOL (^_Nullable)(NSURL* _Nullable url, NSError* error))handler;
+                                              errorHandler:(BOOL (^_Nullable)(NSURL* url, NSError* error))handler;
 @end
 
 typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
