@@ -26,6 +26,7 @@ class Machine {
   virtual const CommandRunner& commandRunner() const = 0;
   virtual const SystemInformation& systemInformation() const = 0;
   virtual const Clock& clock() const = 0;
+  virtual const MonotonicClock& monotonicClock() const = 0;
   virtual const Collation& collation() const = 0;
   virtual const TimeText& timeText() const = 0;
   virtual const Bundle& bundle() const = 0;

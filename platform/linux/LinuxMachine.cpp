@@ -23,6 +23,7 @@ class LinuxMachine final : public Machine {
   const CommandRunner& commandRunner() const override { return commandRunner_; }
   const SystemInformation& systemInformation() const override { return systemInformation_; }
   const Clock& clock() const override { return clock_; }
+  const MonotonicClock& monotonicClock() const override { return monotonicClock_; }
   const Collation& collation() const override { return collation_; }
   const TimeText& timeText() const override { return timeText_; }
   const Bundle& bundle() const override { return bundle_; }
@@ -36,6 +37,7 @@ class LinuxMachine final : public Machine {
   LinuxCommandRunner commandRunner_{root_};
   LinuxSystemInformation systemInformation_{root_};
   SystemClock clock_;
+  SystemMonotonicClock monotonicClock_;
   ICUCollation collation_;
   ICUTimeText timeText_;
   LinuxBundle bundle_{root_};

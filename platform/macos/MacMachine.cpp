@@ -19,6 +19,7 @@ class MacMachine final : public Machine {
   const CommandRunner& commandRunner() const override { return commandRunner_; }
   const SystemInformation& systemInformation() const override { return systemInformation_; }
   const Clock& clock() const override { return clock_; }
+  const MonotonicClock& monotonicClock() const override { return monotonicClock_; }
   const Collation& collation() const override { return collation_; }
   const TimeText& timeText() const override { return timeText_; }
   const Bundle& bundle() const override { return bundle_; }
@@ -31,6 +32,7 @@ class MacMachine final : public Machine {
   MacCommandRunner commandRunner_;
   MacSystemInformation systemInformation_;
   SystemClock clock_;
+  SystemMonotonicClock monotonicClock_;
   MacCollation collation_;
   MacTimeText timeText_;
   MacBundle bundle_;
