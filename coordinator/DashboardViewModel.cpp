@@ -15,7 +15,8 @@ struct DashboardViewModel::Cycle {
   /// The verdict remembered before; absent when unknown.
   std::optional<bool> previousSafe;
   Shared<SyncHealthReport> report{SyncHealthReport()};
-  std::vector<DiagnosticFinding> findings;
+  std::unique_ptr<ProbeRunner> probes;
+  CollectedFindings collected;
   SystemStatusSnapshot status;
 };
 
@@ -39,6 +40,7 @@ void DashboardViewModel::refresh() {
   isScanning_.set(true);
   const auto cycle = std::make_shared<Cycle>();
   cycle->folders = services_.watchlist->folders();
+  cycle->probes = services_.makeProbes();
   cycle->previousSafe = environment_.userDefaults.boolean(kLastKnownSafeToCloseKey);
 
   const DashboardExecutors& executors = environment_.executors;
@@ -50,9 +52,10 @@ void DashboardViewModel::refresh() {
            }},
           {executors.diagnostics,
            [cycle, service = services_.diagnosticsService] {
-             cycle->findings = service->collect(*cycle->report, cycle->folders);
+             cycle->collected = service->collect(*cycle->probes, *cycle->report, cycle->folders);
            }},
-          {executors.status, [cycle, service = services_.systemStatusService] { cycle->status = service->capture(); }},
+          {executors.status,
+           [cycle, service = services_.systemStatusService] { cycle->status = service->capture(*cycle->probes); }},
           {executors.main, [cycle, this] { publish(*cycle); }},
           {executors.main, [cycle, this] { notify(*cycle); }},
       },
@@ -66,10 +69,11 @@ void DashboardViewModel::publish(Cycle& cycle) {
   environment_.executors.scan.post([released = std::move(previousReport)] {});
 
   services_.historyStore->record(*cycle.report);
-  diagnostics_.set(std::move(cycle.findings));
+  const std::vector<FindingKey> notReached = cycle.collected.notReached;
+  diagnostics_.set(withLastValues(std::move(cycle.collected), diagnostics()));
   diagnosticsUpdatedAt_.set(environment_.clock.now());
   systemStatus_.set(std::move(cycle.status));
-  services_.incidentStore->merge(diagnostics(), cycle.report->generatedAt);
+  services_.incidentStore->merge(diagnostics(), cycle.report->generatedAt, notReached);
   incidents_.set(services_.incidentStore->records());
   isScanning_.set(false);
 }

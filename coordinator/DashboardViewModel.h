@@ -9,6 +9,7 @@
 #include "core/SyncHealthReport.h"
 #include "diagnostics/DiagnosticFinding.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
+#include "diagnostics/ProbeRunner.h"
 #include "diagnostics/SystemStatusService.h"
 #include "platform/Clock.h"
 #include "platform/Executor.h"
@@ -26,6 +27,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -49,6 +51,8 @@ struct DashboardServices {
   std::shared_ptr<const ICloudScanEngine> engine;
   std::shared_ptr<const PlatformDiagnosticsService> diagnosticsService;
   std::shared_ptr<const SystemStatusService> systemStatusService;
+  /// Makes the runner of one refresh's probes, which diagnostics and status share.
+  std::function<std::unique_ptr<ProbeRunner>()> makeProbes;
   std::unique_ptr<IncidentStore> incidentStore;
   /// nullptr where nobody is to be notified.
   std::unique_ptr<GuardrailNotificationService> notificationService;
