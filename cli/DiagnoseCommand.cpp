@@ -33,6 +33,7 @@ void printFindings(const std::vector<DiagnosticFinding>& findings, const TextSty
 /// A list of findings that is silently shorter would pass for a healthy machine's.
 void sayWhatWasNotReached(const std::vector<FindingKey>& keys, Output& err) {
   std::vector<std::string> titles;
+  titles.reserve(keys.size());
   for (const FindingKey& key : keys) {
     titles.push_back(key.title);
   }

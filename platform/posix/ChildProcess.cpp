@@ -350,8 +350,9 @@ std::optional<CommandResult> runChild(const std::string& executable, const std::
   if (holdsNUL(executable) || std::ranges::any_of(arguments, holdsNUL)) {
     return std::nullopt;
   }
-  std::optional<Pipe> pipe;
-  if (output == CommandOutput::collected && !(pipe = makePipe())) {
+  const bool isCollected = output == CommandOutput::collected;
+  std::optional<Pipe> pipe = isCollected ? makePipe() : std::nullopt;
+  if (isCollected && !pipe) {
     return std::nullopt;
   }
   const auto startIn = [&](ProcessGroup group) {

@@ -117,19 +117,20 @@ LimitedChild::LimitedChild(const Start& start) {
   buryTheDead();
   // Else a handler could interrupt us while the process is there and not noted yet.
   const SignalsBlocked blocked;
-  place_ = takePlace();
-  if (place_ == nullptr) {
+  std::atomic<pid_t>* const place = takePlace();
+  if (place == nullptr) {
     return;
   }
   if (!isEnding) {
-    process_ = start();
+    process_ = start().value_or(kFree);
   }
-  *place_ = process_.value_or(kFree);
+  *place = process_;
+  place_ = place;
 }
 
 LimitedChild::~LimitedChild() {
-  if (process_ && !hasEnded_) {
-    killGroup(*process_);
+  if (isStarted() && !hasEnded_) {
+    killGroup(process_);
     bury();
   }
 }
@@ -139,13 +140,13 @@ bool LimitedChild::hasEnded() {
   if (hasEnded_) {
     return true;
   }
-  const pid_t ended = waitpid(*process_, &status, WNOHANG);
+  const pid_t ended = waitpid(process_, &status, WNOHANG);
   if (ended == 0) {
     return false;
   }
   *place_ = kFree;
   hasEnded_ = true;
-  if (ended == *process_ && WIFEXITED(status)) {
+  if (ended == process_ && WIFEXITED(status)) {
     exitStatus_ = WEXITSTATUS(status);
   }
   return true;
@@ -158,7 +159,7 @@ void LimitedChild::bury() {
   while (!hasEnded()) {
     const nanoseconds now = clock.awakeSinceBoot();
     if (now - began >= kTimeToDie) {
-      *place_ = -*process_;
+      *place_ = -process_;
       return;
     }
     pauseFor(pauses.next(now));

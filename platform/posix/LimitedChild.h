@@ -37,7 +37,7 @@ class LimitedChild {
   LimitedChild(const LimitedChild&) = delete;
   LimitedChild& operator=(const LimitedChild&) = delete;
 
-  bool isStarted() const { return process_.has_value(); }
+  bool isStarted() const { return process_ > 0; }
   /// Whether the child has ended; never waits.
   bool hasEnded();
   /// Of a child that has ended; absent when a signal ended it, or somebody else took its status away.
@@ -48,7 +48,8 @@ class LimitedChild {
 
   /// Where the process is noted for endLimitedCommands().
   std::atomic<pid_t>* place_ = nullptr;
-  std::optional<pid_t> process_;
+  /// 0 when none was started.
+  pid_t process_ = 0;
   bool hasEnded_ = false;
   std::optional<int> exitStatus_;
 };
