@@ -162,9 +162,10 @@ class RefreshBench {
     }
     services.engine = std::make_shared<const ICloudScanEngine>(files, clock);
     services.diagnosticsService =
-        std::make_shared<const PlatformDiagnosticsService>(commands_, machine_.systemInformation(), files, clock);
+        std::make_shared<const PlatformDiagnosticsService>(machine_.systemInformation(), files, clock);
     services.systemStatusService =
-        std::make_shared<const SystemStatusService>(commands_, machine_.systemInformation(), files, clock);
+        std::make_shared<const SystemStatusService>(machine_.systemInformation(), files, clock);
+    services.makeProbes = [this] { return std::make_unique<ProbeRunner>(commands_, machine_.monotonicClock()); };
     services.incidentStore = std::make_unique<IncidentStore>(files, storage, clock, folder_ + "/incidents.json");
     std::vector<DiagnosticFinding> findings;
     for (std::size_t number = 0; number < IncidentStore::kMaximumRecords; ++number) {

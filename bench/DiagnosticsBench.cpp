@@ -6,6 +6,7 @@
 #include "core/SyncHealthReport.h"
 #include "core/WatchFolder.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
+#include "diagnostics/ProbeRunner.h"
 #include "diagnostics/SystemStatusService.h"
 #include "platform/Machine.h"
 #include "platform/posix/ChildProcess.h"
@@ -62,15 +63,16 @@ void measureOwnCost(const Machine& machine, int repetitions) {
   report.metrics.pendingUploads = 3;
   report.blockers.emplace_back().filePath = "/Users/demo/Invoices/2026-11.pdf";
   const std::vector<WatchFolder> folders(kFolders, {UUID(), "Invoices", "/Users/demo/Invoices"});
-  const PlatformDiagnosticsService diagnostics(commands, machine.systemInformation(), machine.fileSystem(),
-                                               machine.clock());
-  const SystemStatusService status(commands, machine.systemInformation(), machine.fileSystem(), machine.clock());
+  const PlatformDiagnosticsService diagnostics(machine.systemInformation(), machine.fileSystem(), machine.clock());
+  const SystemStatusService status(machine.systemInformation(), machine.fileSystem(), machine.clock());
   std::vector<double> collects;
   std::vector<double> captures;
   for (int repetition = 0; repetition < repetitions; ++repetition) {
-    collects.push_back(
-        secondsOf([&] { expect(diagnostics.collect(report, folders).size() > 20, "findings are missing"); }));
-    captures.push_back(secondsOf([&] { expect(status.capture().memoryUsedBytes.has_value(), "a value is missing"); }));
+    ProbeRunner probes(commands, machine.monotonicClock());
+    collects.push_back(secondsOf(
+        [&] { expect(diagnostics.collect(probes, report, folders).findings.size() > 20, "findings are missing"); }));
+    captures.push_back(
+        secondsOf([&] { expect(status.capture(probes).memoryUsedBytes.has_value(), "a value is missing"); }));
   }
   print("collect", "without commands", collects);
   print("capture", "without commands", captures);
@@ -85,7 +87,7 @@ void spawnBarely() {
 }
 
 void spawnOurWay(CommandOutput output) {
-  const auto result = runChild(kCommand, {}, output);
+  const auto result = runChild(kCommand, {}, output, std::nullopt, std::chrono::seconds(10));
   expect(result && result->hasSucceeded(), "nothing can be started");
 }
 

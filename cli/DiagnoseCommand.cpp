@@ -30,19 +30,32 @@ void printFindings(const std::vector<DiagnosticFinding>& findings, const TextSty
   }
 }
 
+/// A list of findings that is silently shorter would pass for a healthy machine's.
+void sayWhatWasNotReached(const std::vector<FindingKey>& keys, Output& err) {
+  std::vector<std::string> titles;
+  titles.reserve(keys.size());
+  for (const FindingKey& key : keys) {
+    titles.push_back(key.title);
+  }
+  if (!titles.empty()) {
+    err.write(fmt::format("cirrovanectl: A tool took too long, so nothing is known of: {}\n", fmt::join(titles, ", ")));
+  }
+}
+
 ExitStatus diagnose(std::optional<DiagnosticDomain> domain, CommandContext& context) {
   const Machine& machine = context.machine;
   const std::vector<WatchFolder> folders = openWatchlist(machine).folders();
   const SyncHealthReport report = scanShowingProgress(machine, folders, context.err);
-  const PlatformDiagnosticsService service(machine.commandRunner(), machine.systemInformation(), machine.fileSystem(),
-                                           machine.clock());
-  const std::vector<DiagnosticFinding> findings =
-      domain ? service.collect(*domain, report, folders) : service.collect(report, folders);
+  const PlatformDiagnosticsService service(machine.systemInformation(), machine.fileSystem(), machine.clock());
+  ProbeRunner probes(machine.commandRunner(), machine.monotonicClock());
+  const CollectedFindings collected =
+      domain ? service.collect(*domain, probes, report, folders) : service.collect(probes, report, folders);
   if (context.wantsJSON) {
-    writeJSONDocument(context.out, findings);
+    writeJSONDocument(context.out, collected.findings);
   } else {
-    printFindings(findings, TextStyle(context.out.isColoured()), context.out);
+    printFindings(collected.findings, TextStyle(context.out.isColoured()), context.out);
   }
+  sayWhatWasNotReached(collected.notReached, context.err);
   return ExitStatus::done;
 }
 

@@ -57,9 +57,9 @@ void print(const SystemStatusSnapshot& status, CommandContext& context) {
 
 ExitStatus status(CommandContext& context) {
   const Machine& machine = context.machine;
-  const SystemStatusService service(machine.commandRunner(), machine.systemInformation(), machine.fileSystem(),
-                                    machine.clock());
-  const SystemStatusSnapshot snapshot = service.capture();
+  const SystemStatusService service(machine.systemInformation(), machine.fileSystem(), machine.clock());
+  ProbeRunner probes(machine.commandRunner(), machine.monotonicClock());
+  const SystemStatusSnapshot snapshot = service.capture(probes);
   if (context.wantsJSON) {
     writeJSONDocument(context.out, snapshot);
   } else {

@@ -3,6 +3,7 @@
 #include "cli/FolderArgument.h"
 #include "cli/Output.h"
 #include "core/DisplayText.h"
+#include "platform/CommandRunner.h"
 #include "platform/Machine.h"
 
 #include <csignal>
@@ -101,6 +102,7 @@ int main(int argumentCount, char** arguments) {
   cirrovane::ignoreClosedPipes();
   // Whoever started us may have had no interest in its children's ends; we have one in ours.
   std::signal(SIGCHLD, SIG_DFL);
+  cirrovane::endLimitedCommandsOnSignals();
   try {
     return static_cast<int>(cirrovane::runCommandLine(argumentCount, arguments));
   } catch (const std::exception& error) {

@@ -15,7 +15,8 @@ constexpr std::chrono::milliseconds kJustAfter{1};
 struct Findings {
   Confirmation confirmation;
   Shared<SyncHealthReport> report;
-  std::vector<DiagnosticFinding> diagnostics;
+  std::unique_ptr<ProbeRunner> probes;
+  CollectedFindings collected;
   SystemStatusSnapshot status;
 };
 
@@ -28,7 +29,7 @@ struct RefreshCycle::Cycle {
   std::optional<bool> previousSafe;
   /// Each absent until its stage is over.
   std::optional<Shared<SyncHealthReport>> report;
-  std::optional<std::vector<DiagnosticFinding>> diagnostics;
+  std::optional<CollectedFindings> collected;
   std::optional<SystemStatusSnapshot> status;
 };
 
@@ -59,6 +60,7 @@ void RefreshCycle::refresh() {
 
   const RefreshExecutors& executors = environment_.executors;
   const auto found = std::make_shared<Findings>();
+  found->probes = services_.makeProbes();
   runStages(
       {
           {executors.scan,
@@ -70,11 +72,11 @@ void RefreshCycle::refresh() {
           {executors.main, [found, this] { publishReport(found->report, found->confirmation); }},
           {executors.diagnostics,
            [found, folders = cycle_->folders, service = services_.diagnosticsService] {
-             found->diagnostics = service->collect(*found->report, folders);
+             found->collected = service->collect(*found->probes, *found->report, folders);
            }},
-          {executors.main, [found, this] { cycle_->diagnostics = std::move(found->diagnostics); }},
+          {executors.main, [found, this] { cycle_->collected = std::move(found->collected); }},
           {executors.status,
-           [found, service = services_.systemStatusService] { found->status = service->capture(); }},
+           [found, service = services_.systemStatusService] { found->status = service->capture(*found->probes); }},
           {executors.main,
            [found, this] {
              cycle_->status = std::move(found->status);
@@ -107,15 +109,17 @@ void RefreshCycle::finish() {
     environment_.cycleLimit->stop();
   }
   services_.historyStore->record(**cycle->report);
-  if (cycle->diagnostics) {
-    diagnostics_.set(std::move(*cycle->diagnostics));
+  std::vector<FindingKey> notReached;
+  if (cycle->collected) {
+    notReached = cycle->collected->notReached;
+    diagnostics_.set(withLastValues(std::move(*cycle->collected), diagnostics_.value()));
     diagnosticsUpdatedAt_.set(environment_.clock.now());
   }
   if (cycle->status) {
     systemStatus_.set(std::move(*cycle->status));
   }
-  if (cycle->diagnostics) {
-    services_.incidentStore->merge(diagnostics_.value(), (*cycle->report)->generatedAt);
+  if (cycle->collected) {
+    services_.incidentStore->merge(diagnostics_.value(), (*cycle->report)->generatedAt, notReached);
   }
   incidents_.set(services_.incidentStore->records());
   isScanning_.set(false);

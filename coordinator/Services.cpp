@@ -13,10 +13,12 @@ Services makeServices(const Machine& machine, ScanProgress* progress) {
   services.historyStore = std::make_unique<ScanHistoryStore>(files, storage);
   services.engine =
       std::make_shared<const ICloudScanEngine>(files, clock, ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
-  services.diagnosticsService = std::make_shared<const PlatformDiagnosticsService>(
-      machine.commandRunner(), machine.systemInformation(), files, clock);
-  services.systemStatusService =
-      std::make_shared<const SystemStatusService>(machine.commandRunner(), machine.systemInformation(), files, clock);
+  services.diagnosticsService =
+      std::make_shared<const PlatformDiagnosticsService>(machine.systemInformation(), files, clock);
+  services.systemStatusService = std::make_shared<const SystemStatusService>(machine.systemInformation(), files, clock);
+  services.makeProbes = [&machine] {
+    return std::make_unique<ProbeRunner>(machine.commandRunner(), machine.monotonicClock());
+  };
   services.incidentStore = std::make_unique<IncidentStore>(files, storage, clock);
   return services;
 }

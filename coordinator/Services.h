@@ -3,12 +3,14 @@
 #include "coordinator/GuardrailNotificationService.h"
 #include "core/ICloudScanEngine.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
+#include "diagnostics/ProbeRunner.h"
 #include "diagnostics/SystemStatusService.h"
 #include "platform/Machine.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
 #include "stores/WatchlistStore.h"
 
+#include <functional>
 #include <memory>
 
 namespace cirrovane {
@@ -21,6 +23,8 @@ struct Services {
   std::shared_ptr<const ICloudScanEngine> engine;
   std::shared_ptr<const PlatformDiagnosticsService> diagnosticsService;
   std::shared_ptr<const SystemStatusService> systemStatusService;
+  /// Makes the runner of one refresh's probes, which diagnostics and status share.
+  std::function<std::unique_ptr<ProbeRunner>()> makeProbes;
   std::unique_ptr<IncidentStore> incidentStore;
   /// nullptr where nobody is to be notified.
   std::unique_ptr<GuardrailNotificationService> notificationService;

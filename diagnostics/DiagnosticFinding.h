@@ -77,6 +77,14 @@ struct DiagnosticFinding {
   friend bool operator==(const DiagnosticFinding&, const DiagnosticFinding&) = default;
 };
 
+/// What a finding is about, apart from what was found.
+struct FindingKey {
+  DiagnosticDomain domain = DiagnosticDomain::iCloud;
+  std::string title;
+
+  friend bool operator==(const FindingKey&, const FindingKey&) = default;
+};
+
 /// Brings findings into the order in which they are presented: by the domain's raw value, upper case before lower, then
 /// the most serious first; equals keep the order in which they were made.
 void sortForPresentation(std::vector<DiagnosticFinding>& findings);

@@ -14,8 +14,8 @@ constexpr const char* kFinder = "com.apple.finder";
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::finderFindings(
-    const SyncHealthReport& report, const std::vector<WatchFolder>& watchFolders) const {
+CollectedFindings PlatformDiagnosticsService::finderFindings(const SyncHealthReport& report,
+                                                             const std::vector<WatchFolder>& watchFolders) const {
   FindingList findings(DiagnosticDomain::finder, clock_);
 
   findings.add("Finder process",

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "core/UUID.h"
+#include "diagnostics/CollectedFindings.h"
 #include "diagnostics/DiagnosticFinding.h"
 #include "platform/Clock.h"
 
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace cirrovane {
 
@@ -22,19 +22,22 @@ class FindingList {
   FindingList(DiagnosticDomain domain, const Clock& clock) : domain_(domain), clock_(clock) {}
 
   void add(DiagnosticSeverity severity, std::string title, std::string detail) {
-    findings_.push_back({makeID_(), domain_, severity, std::move(title), std::move(detail), clock_.now()});
+    collected_.findings.push_back({makeID_(), domain_, severity, std::move(title), std::move(detail), clock_.now()});
   }
   void add(std::string title, Judgement judgement) {
     add(judgement.severity, std::move(title), std::move(judgement.detail));
   }
 
-  std::vector<DiagnosticFinding> take() { return std::move(findings_); }
+  /// Nothing can be said of this.
+  void addNotReached(std::string title) { collected_.notReached.push_back({domain_, std::move(title)}); }
+
+  CollectedFindings take() { return std::move(collected_); }
 
  private:
   DiagnosticDomain domain_;
   const Clock& clock_;
   UUIDGenerator makeID_;
-  std::vector<DiagnosticFinding> findings_;
+  CollectedFindings collected_;
 };
 
 }  // namespace cirrovane

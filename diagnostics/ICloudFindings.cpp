@@ -13,8 +13,8 @@ using enum DiagnosticSeverity;
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::iCloudFindings(
-    const SyncHealthReport& report, const std::vector<WatchFolder>& watchFolders) const {
+CollectedFindings PlatformDiagnosticsService::iCloudFindings(ProbeRunner& probes, const SyncHealthReport& report,
+                                                             const std::vector<WatchFolder>& watchFolders) const {
   FindingList findings(DiagnosticDomain::iCloud, clock_);
   const ScanMetrics& metrics = report.metrics;
 
@@ -35,7 +35,12 @@ std::vector<DiagnosticFinding> PlatformDiagnosticsService::iCloudFindings(
   }
 
   const auto addProcess = [&](const char* name, const char* title, const char* ifNotObserved) {
-    findings.add(title, isProcessRunning(name) ? Judgement{ok, "Running"} : Judgement{warning, ifNotObserved});
+    const std::optional<bool> isRunning = isProcessRunning(probes, name);
+    if (!isRunning) {
+      findings.addNotReached(title);
+    } else {
+      findings.add(title, *isRunning ? Judgement{ok, "Running"} : Judgement{warning, ifNotObserved});
+    }
   };
   addProcess("bird", "bird daemon", "Not observed. iCloud upload activity may stall.");
   addProcess("cloudd", "cloudd daemon", "Not observed. Cloud service health may be degraded.");

@@ -15,28 +15,37 @@ bool contains(const std::string& text, std::string_view part) {
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::networkFindings() const {
+CollectedFindings PlatformDiagnosticsService::networkFindings(ProbeRunner& probes) const {
   FindingList findings(DiagnosticDomain::network, clock_);
 
-  if (const auto route = runCommand("/usr/sbin/route", {"-n", "get", "default"})) {
+  const ProbeText route = runCommand(probes, "/usr/sbin/route", {"-n", "get", "default"});
+  if (!route.isReached) {
+    findings.addNotReached("Default route");
+  } else if (route.text) {
     findings.add(
         ok, "Default route",
-        contains(*route, "gateway") ? "Default route present." : "Route output did not include gateway metadata.");
+        contains(*route.text, "gateway") ? "Default route present." : "Route output did not include gateway metadata.");
   } else {
     findings.add(warning, "Default route", "Could not query default route.");
   }
 
-  if (const auto report = cloudReachability(commandRunner_)) {
+  const ProbeText report = cloudReachability(probes);
+  if (!report.isReached) {
+    findings.addNotReached("iCloud host reachability");
+  } else if (report.text) {
     findings.add(
         "iCloud host reachability",
-        saysReachable(*report)
+        saysReachable(*report.text)
             ? Judgement{ok, fmt::format("{} appears reachable.", kCloudProbeHost)}
             : Judgement{warning, fmt::format("{} appears not reachable from current network state.", kCloudProbeHost)});
   }
 
-  if (const auto addresses = runCommand("/usr/bin/dscacheutil", {"-q", "host", "-a", "name", kCloudProbeHost})) {
+  const ProbeText addresses = runCommand(probes, "/usr/bin/dscacheutil", {"-q", "host", "-a", "name", kCloudProbeHost});
+  if (!addresses.isReached) {
+    findings.addNotReached("DNS resolution");
+  } else if (addresses.text) {
     findings.add("DNS resolution",
-                 contains(*addresses, "ip_address")
+                 contains(*addresses.text, "ip_address")
                      ? Judgement{ok, fmt::format("DNS resolution for {} returned addresses.", kCloudProbeHost)}
                      : Judgement{warning, "DNS resolution returned no addresses."});
   }

@@ -15,7 +15,7 @@ constexpr double kWarningAboveLoad = 6.0;
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::performanceFindings() const {
+CollectedFindings PlatformDiagnosticsService::performanceFindings(ProbeRunner& probes) const {
   FindingList findings(DiagnosticDomain::performance, clock_);
 
   if (const auto load = systemInformation_.loadAverages()) {
@@ -24,18 +24,25 @@ std::vector<DiagnosticFinding> PlatformDiagnosticsService::performanceFindings()
         fmt::format("1m {:.2f} · 5m {:.2f} · 15m {:.2f}", load->oneMinute, load->fiveMinutes, load->fifteenMinutes));
   }
 
-  if (const auto sample = topSample(commandRunner_)) {
-    if (const auto line = firstLineContaining(*sample, "CPU usage:")) {
+  const ProbeText sample = topSample(probes);
+  if (!sample.isReached) {
+    findings.addNotReached("CPU usage sample");
+  } else if (sample.text) {
+    if (const auto line = firstLineContaining(*sample.text, "CPU usage:")) {
       findings.add(info, "CPU usage sample", std::string(*line));
     }
   }
 
-  findings.add("Temperature probe",
-               isCommandFound("osx-cpu-temp")
-                   ? Judgement{info, "osx-cpu-temp detected for exact temperature readings."}
-                   : Judgement{warning,
-                               "Exact CPU temperature unavailable by default. Install osx-cpu-temp from "
-                               "Tools tab."});
+  const std::optional<bool> hasTool = isCommandFound(probes, "osx-cpu-temp");
+  if (!hasTool) {
+    findings.addNotReached("Temperature probe");
+  } else {
+    findings.add("Temperature probe",
+                 *hasTool ? Judgement{info, "osx-cpu-temp detected for exact temperature readings."}
+                          : Judgement{warning,
+                                      "Exact CPU temperature unavailable by default. Install osx-cpu-temp from "
+                                      "Tools tab."});
+  }
 
   const std::optional<ThermalState> thermal = systemInformation_.thermalState();
   const bool isHot = thermal == ThermalState::serious || thermal == ThermalState::critical;

@@ -1,60 +1,61 @@
 #include "diagnostics/PlatformDiagnosticsService.h"
 
-#include "diagnostics/SystemCommands.h"
-
 #include <algorithm>
 #include <iterator>
 
 namespace cirrovane {
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::collect(const SyncHealthReport& report,
-                                                                   const std::vector<WatchFolder>& watchFolders) const {
-  std::vector<DiagnosticFinding> all;
+CollectedFindings PlatformDiagnosticsService::collect(ProbeRunner& probes, const SyncHealthReport& report,
+                                                      const std::vector<WatchFolder>& watchFolders) const {
+  CollectedFindings all;
   for (const auto& [domain, title] : kDiagnosticDomains) {
-    std::ranges::move(collect(domain, report, watchFolders), std::back_inserter(all));
+    CollectedFindings part = collect(domain, probes, report, watchFolders);
+    std::ranges::move(part.findings, std::back_inserter(all.findings));
+    std::ranges::move(part.notReached, std::back_inserter(all.notReached));
   }
-  sortForPresentation(all);
+  sortForPresentation(all.findings);
   return all;
 }
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::collect(DiagnosticDomain domain,
-                                                                   const SyncHealthReport& report,
-                                                                   const std::vector<WatchFolder>& watchFolders) const {
-  std::vector<DiagnosticFinding> findings = [&] {
+CollectedFindings PlatformDiagnosticsService::collect(DiagnosticDomain domain, ProbeRunner& probes,
+                                                      const SyncHealthReport& report,
+                                                      const std::vector<WatchFolder>& watchFolders) const {
+  CollectedFindings collected = [&] {
     switch (domain) {
       case DiagnosticDomain::iCloud:
-        return iCloudFindings(report, watchFolders);
+        return iCloudFindings(probes, report, watchFolders);
       case DiagnosticDomain::finder:
         return finderFindings(report, watchFolders);
       case DiagnosticDomain::network:
-        return networkFindings();
+        return networkFindings(probes);
       case DiagnosticDomain::storage:
-        return storageFindings();
+        return storageFindings(probes);
       case DiagnosticDomain::power:
         return powerFindings(report);
       case DiagnosticDomain::performance:
-        return performanceFindings();
+        return performanceFindings(probes);
       case DiagnosticDomain::system:
         break;
     }
     return systemFindings(report);
   }();
-  sortForPresentation(findings);
-  return findings;
+  sortForPresentation(collected.findings);
+  return collected;
 }
 
-std::optional<std::string> PlatformDiagnosticsService::runCommand(const std::string& executable,
-                                                                  const std::vector<std::string>& args) const {
-  return commandOutput(commandRunner_, executable, args);
+ProbeText PlatformDiagnosticsService::runCommand(ProbeRunner& probes, const std::string& executable,
+                                                 const std::vector<std::string>& args) {
+  return commandOutput(probes, executable, args);
 }
 
-bool PlatformDiagnosticsService::isProcessRunning(const std::string& name) const {
-  const auto result = commandRunner_.run("/usr/bin/pgrep", {"-x", name}, CommandOutput::discarded);
-  return result && result->hasSucceeded();
+std::optional<bool> PlatformDiagnosticsService::isProcessRunning(ProbeRunner& probes, const std::string& name) {
+  const ProbeResult result = probes.run("/usr/bin/pgrep", {"-x", name}, CommandOutput::discarded);
+  return result.isReached ? std::optional(result.command && result.command->hasSucceeded()) : std::nullopt;
 }
 
-bool PlatformDiagnosticsService::isCommandFound(const std::string& name) const {
-  return runCommand("/usr/bin/which", {name}).has_value();
+std::optional<bool> PlatformDiagnosticsService::isCommandFound(ProbeRunner& probes, const std::string& name) {
+  const ProbeText found = runCommand(probes, "/usr/bin/which", {name});
+  return found.isReached ? std::optional(found.text.has_value()) : std::nullopt;
 }
 
 }  // namespace cirrovane

@@ -13,7 +13,7 @@ constexpr std::int64_t kWarningBelowPercent = 15;
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::powerFindings(const SyncHealthReport& report) const {
+CollectedFindings PlatformDiagnosticsService::powerFindings(const SyncHealthReport& report) const {
   FindingList findings(DiagnosticDomain::power, clock_);
   const BatteryStatus battery = batteryStatus(systemInformation_.powerSources());
 

@@ -38,20 +38,28 @@ std::string withoutEvery(std::string_view part, std::string_view text) {
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::storageFindings() const {
+CollectedFindings PlatformDiagnosticsService::storageFindings(ProbeRunner& probes) const {
   FindingList findings(DiagnosticDomain::storage, clock_);
 
   findings.add("Disk capacity", judgeDisk(fileSystem_.volumeCapacities(fileSystem_.homeDirectory())));
 
-  if (const auto usage = runCommand("/usr/sbin/sysctl", {"vm.swapusage"})) {
-    findings.add(info, "Swap usage", withoutEvery("vm.swapusage: ", *usage));
+  const ProbeText usage = runCommand(probes, "/usr/sbin/sysctl", {"vm.swapusage"});
+  if (!usage.isReached) {
+    findings.addNotReached("Swap usage");
+  } else if (usage.text) {
+    findings.add(info, "Swap usage", withoutEvery("vm.swapusage: ", *usage.text));
   }
 
-  findings.add(
-      "SMART tooling",
-      isProcessRunning("smartctl") || isCommandFound("smartctl")
-          ? Judgement{info, "smartctl detected; deeper disk SMART checks can be added."}
-          : Judgement{warning, "smartctl not detected. Install from Tools tab for deeper disk health checks."});
+  const std::optional<bool> isRunning = isProcessRunning(probes, "smartctl");
+  const std::optional<bool> isFound = isRunning == true ? false : isCommandFound(probes, "smartctl");
+  if (isRunning == true || isFound == true) {
+    findings.add(info, "SMART tooling", "smartctl detected; deeper disk SMART checks can be added.");
+  } else if (isRunning && isFound) {
+    findings.add(warning, "SMART tooling",
+                 "smartctl not detected. Install from Tools tab for deeper disk health checks.");
+  } else {
+    findings.addNotReached("SMART tooling");
+  }
   return findings.take();
 }
 

@@ -6,21 +6,20 @@
 
 namespace cirrovane {
 
-std::optional<std::string> commandOutput(const CommandRunner& runner, const std::string& executable,
-                                         const std::vector<std::string>& arguments) {
-  std::optional<CommandResult> result = runner.run(executable, arguments, CommandOutput::collected);
-  if (!result || !result->hasSucceeded() || !isValidUTF8(result->output)) {
-    return std::nullopt;
+ProbeText commandOutput(ProbeRunner& probes, const std::string& executable, const std::vector<std::string>& arguments) {
+  ProbeResult result = probes.run(executable, arguments, CommandOutput::collected);
+  if (!result.command || !result.command->hasSucceeded() || !isValidUTF8(result.command->output)) {
+    return {result.isReached, std::nullopt};
   }
-  return std::move(result->output);
+  return {result.isReached, std::move(result.command->output)};
 }
 
-std::optional<std::string> topSample(const CommandRunner& runner) {
-  return commandOutput(runner, "/usr/bin/top", {"-l", "1", "-n", "0"});
+ProbeText topSample(ProbeRunner& probes) {
+  return commandOutput(probes, "/usr/bin/top", {"-l", "1", "-n", "0"});
 }
 
-std::optional<std::string> cloudReachability(const CommandRunner& runner) {
-  return commandOutput(runner, "/usr/sbin/scutil", {"-r", kCloudProbeHost});
+ProbeText cloudReachability(ProbeRunner& probes) {
+  return commandOutput(probes, "/usr/sbin/scutil", {"-r", kCloudProbeHost});
 }
 
 bool saysReachable(const std::string& report) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CommandRunner.h"
+#include "diagnostics/ProbeRunner.h"
 
 #include <optional>
 #include <string>
@@ -11,16 +11,23 @@ namespace cirrovane {
 /// The cloud provider's public web host, by which the network is judged.
 inline constexpr const char* kCloudProbeHost = "www.icloud.com";
 
+/// What a probe printed.
+struct ProbeText {
+  /// False when the probe was not even started, for want of time.
+  bool isReached = true;
+  /// Absent when there is no output: the command failed, was not over in time, or was not started.
+  std::optional<std::string> text;
+};
+
 /// What a command printed on both of its streams. Absent unless it exits with status 0 and prints UTF-8; text that is
 /// empty is output too.
-std::optional<std::string> commandOutput(const CommandRunner& runner, const std::string& executable,
-                                         const std::vector<std::string>& arguments);
+ProbeText commandOutput(ProbeRunner& probes, const std::string& executable, const std::vector<std::string>& arguments);
 
 /// One sample of top, without its list of processes.
-std::optional<std::string> topSample(const CommandRunner& runner);
+ProbeText topSample(ProbeRunner& probes);
 
 /// What the system says of the way to the cloud host.
-std::optional<std::string> cloudReachability(const CommandRunner& runner);
+ProbeText cloudReachability(ProbeRunner& probes);
 
 /// Whether a report of cloudReachability() counts as reachable: it speaks of reaching at all. A report that the host is
 /// not reachable does too, so that only a report of neither kind makes a user doubt the network.

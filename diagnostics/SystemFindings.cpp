@@ -12,7 +12,7 @@ constexpr std::chrono::seconds kOldestFreshScan{300};
 
 }  // namespace
 
-std::vector<DiagnosticFinding> PlatformDiagnosticsService::systemFindings(const SyncHealthReport& report) const {
+CollectedFindings PlatformDiagnosticsService::systemFindings(const SyncHealthReport& report) const {
   FindingList findings(DiagnosticDomain::system, clock_);
 
   findings.add("Scan freshness",

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "diagnostics/ProbeRunner.h"
+#include "diagnostics/SystemCommands.h"
 #include "diagnostics/SystemStatusSnapshot.h"
 #include "platform/Clock.h"
-#include "platform/CommandRunner.h"
 #include "platform/FileSystem.h"
 #include "platform/SystemInformation.h"
 
@@ -12,27 +13,25 @@
 
 namespace cirrovane {
 
-/// Measures the machine's condition. Keeps nothing between samples. A sample waits for the commands that it runs,
-/// however long they take, so it is taken off the main thread.
+/// Measures the machine's condition. Keeps nothing between samples. A sample waits for the probes of the cycle that it
+/// is given, within their limits, so it is taken off the main thread.
 class SystemStatusService {
  public:
-  SystemStatusService(const CommandRunner& commandRunner, const SystemInformation& systemInformation,
-                      const FileSystem& fileSystem, const Clock& clock)
-      : commandRunner_(commandRunner), systemInformation_(systemInformation), fileSystem_(fileSystem), clock_(clock) {}
+  SystemStatusService(const SystemInformation& systemInformation, const FileSystem& fileSystem, const Clock& clock)
+      : systemInformation_(systemInformation), fileSystem_(fileSystem), clock_(clock) {}
 
-  /// One sample. Never fails: what cannot be measured is absent from it.
-  SystemStatusSnapshot capture() const;
+  /// One sample. Never fails: what cannot be measured, or is not reached, is absent from it.
+  SystemStatusSnapshot capture(ProbeRunner& probes) const;
 
   /// What the program at an absolute path prints; absent unless it exits with status 0 and prints UTF-8.
-  std::optional<std::string> runCommand(const std::string& executable, const std::vector<std::string>& args) const;
+  static ProbeText runCommand(ProbeRunner& probes, const std::string& executable, const std::vector<std::string>& args);
 
  private:
-  std::optional<double> cpuUsagePercent() const;
-  std::optional<double> cpuTemperatureIfAvailable() const;
-  std::optional<std::uint64_t> memoryUsed() const;
-  std::optional<bool> networkReachableToICloud() const;
+  static std::optional<double> cpuUsagePercent(ProbeRunner& probes);
+  static std::optional<double> cpuTemperatureIfAvailable(ProbeRunner& probes);
+  static std::optional<std::uint64_t> memoryUsed(ProbeRunner& probes);
+  static std::optional<bool> networkReachableToICloud(ProbeRunner& probes);
 
-  const CommandRunner& commandRunner_;
   const SystemInformation& systemInformation_;
   const FileSystem& fileSystem_;
   const Clock& clock_;

@@ -36,7 +36,8 @@ bool ToolInstaller::checkInstalled(std::string_view command) const {
 }
 
 bool ToolInstaller::runBrewInstall(const std::string& brewPath, std::string_view formula) const {
-  const auto result = commandRunner_.run(brewPath, {"install", std::string(formula)}, CommandOutput::discarded);
+  const auto result =
+      commandRunner_.run(brewPath, {"install", std::string(formula)}, CommandOutput::discarded, std::nullopt);
   return result && result->hasSucceeded();
 }
 

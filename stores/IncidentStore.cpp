@@ -58,7 +58,11 @@ bool goesBefore(const IncidentRecord& lhs, const IncidentRecord& rhs) {
 }  // namespace
 
 std::string fingerprintOf(const DiagnosticFinding& finding) {
-  return lowerCase(rawValue(finding.domain)) + "::" + lowerCase(trimmed(finding.title));
+  return fingerprintOf(FindingKey{finding.domain, finding.title});
+}
+
+std::string fingerprintOf(const FindingKey& key) {
+  return lowerCase(rawValue(key.domain)) + "::" + lowerCase(trimmed(key.title));
 }
 
 IncidentStore::IncidentStore(const FileSystem& fileSystem, const FileStorage& storage, const Clock& clock,
@@ -67,7 +71,8 @@ IncidentStore::IncidentStore(const FileSystem& fileSystem, const FileStorage& st
       list_(StoreFile(fileSystem, storage,
                       filePath ? std::move(*filePath) : defaultStoragePath(fileSystem, "incidents.json"))) {}
 
-void IncidentStore::merge(const std::vector<DiagnosticFinding>& findings, Time observedAt) {
+void IncidentStore::merge(const std::vector<DiagnosticFinding>& findings, Time observedAt,
+                          const std::vector<FindingKey>& notReached) {
   std::vector<IncidentRecord> next = records();
   std::unordered_map<std::string, std::size_t> positions;
   for (std::size_t position = 0; position < next.size(); ++position) {
@@ -75,12 +80,19 @@ void IncidentStore::merge(const std::vector<DiagnosticFinding>& findings, Time o
   }
 
   UUIDGenerator makeID;
+  std::unordered_set<std::string> unknown;
+  for (const FindingKey& key : notReached) {
+    unknown.insert(fingerprintOf(key));
+  }
   std::unordered_set<std::string> current;
   for (const DiagnosticFinding& finding : findings) {
     if (!isIncident(finding)) {
       continue;
     }
     std::string fingerprint = fingerprintOf(finding);
+    if (unknown.contains(fingerprint)) {
+      continue;
+    }
     current.insert(fingerprint);
     if (const auto known = positions.find(fingerprint); known != positions.end()) {
       takeIn(next[known->second], finding, observedAt);
@@ -95,7 +107,7 @@ void IncidentStore::merge(const std::vector<DiagnosticFinding>& findings, Time o
   }
 
   for (IncidentRecord& record : next) {
-    if (!record.isResolved && !current.contains(record.fingerprint)) {
+    if (!record.isResolved && !current.contains(record.fingerprint) && !unknown.contains(record.fingerprint)) {
       record.isResolved = true;
       record.resolvedAt = observedAt;
     }

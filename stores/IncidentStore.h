@@ -18,6 +18,7 @@ namespace cirrovane {
 /// The identity of a finding's problem: domain and title, whatever their case and the title's surrounding blanks. The
 /// detail has no part in it, so a measured value may change without making a new incident.
 std::string fingerprintOf(const DiagnosticFinding& finding);
+std::string fingerprintOf(const FindingKey& key);
 
 /// The incidents in display order, and their file "incidents.json". Main thread only.
 class IncidentStore {
@@ -32,8 +33,10 @@ class IncidentStore {
   const Published<std::vector<IncidentRecord>>& publishedRecords() const { return list_.published(); }
 
   /// Takes in the warnings and errors of one refresh: counts those known, adds those new, resolves what is no longer
-  /// found, sorts, drops what is beyond the maximum, and saves.
-  void merge(const std::vector<DiagnosticFinding>& findings, Time observedAt);
+  /// found, sorts, drops what is beyond the maximum, and saves. Of what was not reached nothing new is known, so its
+  /// incidents stay as they are, whether or not a finding still tells its last value.
+  void merge(const std::vector<DiagnosticFinding>& findings, Time observedAt,
+             const std::vector<FindingKey>& notReached = {});
 
   /// Resolve or reopen the stored record of the given one's identifier, in place, and save; without one, nothing.
   void markResolved(const IncidentRecord& record);

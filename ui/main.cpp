@@ -1,4 +1,5 @@
 #include "core/DisplayText.h"
+#include "platform/CommandRunner.h"
 #include "platform/Desktop.h"
 #include "platform/qt/SingleInstance.h"
 #include "ui/CirrovaneApp.h"
@@ -98,6 +99,7 @@ int runApplication(Machine& machine, SingleInstance& instance, bool opensPanel) 
   instance.onMessage(show);
   show(opensPanel ? kPanelMessage : kWindowMessage);
   const int status = QApplication::exec();
+  endLimitedCommands();
   // Whatever is worth keeping was saved when it changed. To take the rest down would be to wait for a probe that may
   // never come back, and Qt 6.4 crashes when it takes a menu bar down.
   std::_Exit(status);
@@ -115,6 +117,7 @@ int runProgram(int argumentCount, char** arguments) {
     return kCouldNot;
   }
   saveMemory();
+  endLimitedCommandsOnSignals();
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(QStringLiteral("Cirrovane"));
   QApplication::setDesktopFileName(QStringLiteral("com.quillmere.Cirrovane"));

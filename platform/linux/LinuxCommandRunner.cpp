@@ -7,8 +7,8 @@
 namespace cirrovane {
 
 std::optional<CommandResult> LinuxCommandRunner::run(const std::string& executable,
-                                                     const std::vector<std::string>& arguments,
-                                                     CommandOutput output) const {
+                                                     const std::vector<std::string>& arguments, CommandOutput output,
+                                                     TimeLimit limit) const {
   std::optional<Environment> variables;
   if (const auto described = root_.environment()) {
     variables.emplace();
@@ -16,7 +16,7 @@ std::optional<CommandResult> LinuxCommandRunner::run(const std::string& executab
       variables->emplace_back(name).append("=").append(value);
     }
   }
-  return runChild(realPath(executable), arguments, output, variables);
+  return runChild(realPath(executable), arguments, output, variables, limit);
 }
 
 bool LinuxCommandRunner::isExecutable(const std::string& path) const {

@@ -16,7 +16,7 @@ class LinuxCommandRunner final : public CommandRunner {
   explicit LinuxCommandRunner(const MacRoot& root) : root_(root) {}
 
   std::optional<CommandResult> run(const std::string& executable, const std::vector<std::string>& arguments,
-                                   CommandOutput output) const override;
+                                   CommandOutput output, TimeLimit limit) const override;
   bool isExecutable(const std::string& path) const override;
 
  private:

@@ -5,9 +5,9 @@
 namespace cirrovane {
 
 std::optional<CommandResult> MacCommandRunner::run(const std::string& executable,
-                                                   const std::vector<std::string>& arguments,
-                                                   CommandOutput output) const {
-  return runChild(placeOf(executable, places_, isExecutableFile), arguments, output);
+                                                   const std::vector<std::string>& arguments, CommandOutput output,
+                                                   TimeLimit limit) const {
+  return runChild(placeOf(executable, places_, isExecutableFile), arguments, output, std::nullopt, limit);
 }
 
 bool MacCommandRunner::isExecutable(const std::string& path) const {

@@ -17,7 +17,7 @@ class MacCommandRunner final : public CommandRunner {
   explicit MacCommandRunner(std::span<const AlternativePlace> places = alternativePlaces()) : places_(places) {}
 
   std::optional<CommandResult> run(const std::string& executable, const std::vector<std::string>& arguments,
-                                   CommandOutput output) const override;
+                                   CommandOutput output, TimeLimit limit) const override;
   bool isExecutable(const std::string& path) const override;
 
  private:

@@ -1,14 +1,20 @@
 #include "platform/posix/ChildProcess.h"
 
+#include "platform/Clock.h"
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/LimitedChild.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
+#include <string_view>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,6 +26,9 @@
 
 namespace cirrovane {
 namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
 
 /// No tool that is worth listening to prints more; one that never stops must not eat the machine's memory.
 constexpr std::size_t kLargestOutput = std::size_t{64} << 20U;
@@ -94,10 +103,14 @@ class FileActions {
   bool isInitialised_;
 };
 
+/// The process group that a child begins in.
+enum class ProcessGroup { ours, own };
+
 /// Signals as a program expects to find them, whatever we ignore or block.
 class SpawnAttributes {
  public:
-  SpawnAttributes() : isGood_(posix_spawnattr_init(&attributes_) == 0), isInitialised_(isGood_) {
+  explicit SpawnAttributes(ProcessGroup group)
+      : isGood_(posix_spawnattr_init(&attributes_) == 0), isInitialised_(isGood_) {
     sigset_t none;
     sigemptyset(&none);
     sigset_t usual;
@@ -108,6 +121,10 @@ class SpawnAttributes {
 #ifdef __APPLE__
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
 #endif
+    if (group == ProcessGroup::own) {
+      // The default group of the attributes is a new one.
+      flags |= POSIX_SPAWN_SETPGROUP;
+    }
     isGood_ = isGood_ && posix_spawnattr_setsigmask(&attributes_, &none) == 0 &&
               posix_spawnattr_setsigdefault(&attributes_, &usual) == 0 &&
               posix_spawnattr_setflags(&attributes_, flags) == 0;
@@ -162,29 +179,52 @@ std::optional<Pipe> makePipe() {
   return made.readEnd.isOpen() && made.writeEnd.isOpen() ? std::optional(std::move(made)) : std::nullopt;
 }
 
-/// Everything that comes out of a pipe until nobody can write into it any more; absent when that is too much. It is
-/// read to the end in any case, for a full pipe would hold the writer up.
-std::optional<std::string> readToEnd(const FileDescriptor& pipe) {
-  std::array<char, std::size_t{64} * 1024> buffer{};
-  std::string text;
-  bool isTooMuch = false;
-  while (true) {
-    const ssize_t length = read(pipe.get(), buffer.data(), buffer.size());
-    if (length < 0 && errno == EINTR) {
-      continue;
-    }
-    if (length <= 0) {
-      return isTooMuch || length < 0 ? std::nullopt : std::optional(std::move(text));
-    }
-    const auto count = static_cast<std::size_t>(length);
-    isTooMuch = isTooMuch || text.size() + count > kLargestOutput;
-    if (isTooMuch) {
-      text = std::string();
-    } else {
-      text.append(buffer.data(), count);
+/// What comes out of a pipe.
+class PipeText {
+ public:
+  explicit PipeText(const FileDescriptor& pipe) : pipe_(pipe) {}
+
+  /// Whether nobody can write into the pipe any more, or it cannot be read.
+  bool isAtEnd() const { return isAtEnd_; }
+
+  /// How many bytes have come.
+  std::size_t count() const { return count_; }
+
+  /// Reads what one call gives, of so many bytes at most. A pipe that does not block may give nothing.
+  void readOnce(std::size_t most = kBufferSize) {
+    std::array<char, kBufferSize> buffer;  // NOLINT(*-member-init): it is written before it is read
+    const ssize_t length = read(pipe_.get(), buffer.data(), std::min(most, buffer.size()));
+    if (length > 0) {
+      add({buffer.data(), static_cast<std::size_t>(length)});
+    } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
+      isAtEnd_ = true;
+      isLost_ = isLost_ || length < 0;
     }
   }
-}
+
+  /// The whole text; absent when it is too much, or could not be read.
+  std::optional<std::string> take() { return isLost_ ? std::nullopt : std::optional(std::move(text_)); }
+
+ private:
+  static constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
+
+  /// Text that is too much is read all the same, for a full pipe would hold the writer up.
+  void add(std::string_view piece) {
+    count_ += piece.size();
+    isLost_ = isLost_ || text_.size() + piece.size() > kLargestOutput;
+    if (isLost_) {
+      text_ = std::string();
+    } else {
+      text_.append(piece);
+    }
+  }
+
+  const FileDescriptor& pipe_;
+  std::string text_;
+  std::size_t count_ = 0;
+  bool isAtEnd_ = false;
+  bool isLost_ = false;
+};
 
 /// Waits for the end of a child. Absent when a signal ended it, or somebody else took its status away.
 std::optional<int> waitFor(pid_t child) {
@@ -199,7 +239,8 @@ std::optional<int> waitFor(pid_t child) {
 
 /// Starts the child with its two output streams on the given descriptor, or on nothing; absent when that fails.
 std::optional<pid_t> start(const std::string& executable, const std::vector<std::string>& arguments,
-                           const FileDescriptor* output, const std::optional<Environment>& environment) {
+                           const FileDescriptor* output, const std::optional<Environment>& environment,
+                           ProcessGroup group) {
   FileActions actions;
   actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
   if (output != nullptr) {
@@ -209,7 +250,7 @@ std::optional<pid_t> start(const std::string& executable, const std::vector<std:
   }
   actions.duplicate(STDOUT_FILENO, STDERR_FILENO).closeAllOthers();
 
-  const SpawnAttributes attributes;
+  const SpawnAttributes attributes(group);
   if (actions.get() == nullptr || attributes.get() == nullptr) {
     return std::nullopt;
   }
@@ -224,30 +265,111 @@ std::optional<pid_t> start(const std::string& executable, const std::vector<std:
   return error == 0 ? std::optional(child) : std::nullopt;
 }
 
+/// The outcome of a child that takes as long as it likes; `pipe` is where it prints, if anybody reads that.
+std::optional<CommandResult> waitForEver(pid_t child, const FileDescriptor* pipe) {
+  std::optional<std::string> output = "";
+  if (pipe != nullptr) {
+    PipeText text(*pipe);
+    while (!text.isAtEnd()) {
+      text.readOnce();
+    }
+    output = text.take();
+  }
+  const std::optional<int> exitStatus = waitFor(child);
+  return output ? std::optional(CommandResult{exitStatus, std::move(*output)}) : std::nullopt;
+}
+
+void waitForText(const FileDescriptor& pipe, nanoseconds atMost) {
+  pollfd awaited{pipe.get(), POLLIN, 0};
+  poll(&awaited, 1, static_cast<int>(std::chrono::ceil<milliseconds>(atMost).count()));
+}
+
+/// Takes what is in the pipe now; whoever else holds its other end may write for ever.
+void readWhatIsThere(const FileDescriptor& pipe, PipeText& text) {
+  int length = 0;
+  if (ioctl(pipe.get(), FIONREAD, &length) != 0 || length < 0) {
+    return;
+  }
+  auto rest = static_cast<std::size_t>(length);
+  while (rest > 0 && !text.isAtEnd()) {
+    const std::size_t before = text.count();
+    text.readOnce(rest);
+    rest -= text.count() - before;
+  }
+}
+
+/// The outcome of a child that has so much time; `pipe` is where it prints, if anybody reads that.
+template <class Start>
+std::optional<CommandResult> runWithin(milliseconds limit, const Start& start, const FileDescriptor* pipe) {
+  // A child makes no use of the time that the machine sleeps.
+  const SystemMonotonicClock clock;
+  const nanoseconds began = clock.awakeSinceBoot();
+  LimitedChild child(start);
+  if (!child.isStarted()) {
+    return std::nullopt;
+  }
+  std::optional<PipeText> text;
+  if (pipe != nullptr) {
+    fcntl(pipe->get(), F_SETFL, O_NONBLOCK);
+    text.emplace(*pipe);
+  }
+  Pauses pauses(began);
+  while (!child.hasEnded()) {
+    const nanoseconds now = clock.awakeSinceBoot();
+    if (now - began >= limit) {
+      return CommandResult{.exitStatus = std::nullopt, .output = "", .isOutOfTime = true};
+    }
+    const nanoseconds pause = std::min<nanoseconds>(pauses.next(now), limit - (now - began));
+    if (text && !text->isAtEnd()) {
+      waitForText(*pipe, pause);
+      text->readOnce();
+      if (text->isAtEnd()) {
+        // Most children end with their output.
+        pauses = Pauses(clock.awakeSinceBoot());
+      }
+    } else {
+      pauseFor(pause);
+    }
+  }
+  if (!text) {
+    return CommandResult{child.exitStatus(), ""};
+  }
+  if (!text->isAtEnd()) {
+    readWhatIsThere(*pipe, *text);
+  }
+  std::optional<std::string> output = text->take();
+  return output ? std::optional(CommandResult{child.exitStatus(), std::move(*output)}) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<CommandResult> runChild(const std::string& executable, const std::vector<std::string>& arguments,
-                                      CommandOutput output, const std::optional<Environment>& environment) {
+                                      CommandOutput output, const std::optional<Environment>& environment,
+                                      TimeLimit limit) {
   // The system would take a text to end at its NUL, and run something else than what was asked for.
   if (holdsNUL(executable) || std::ranges::any_of(arguments, holdsNUL)) {
     return std::nullopt;
   }
-  if (output == CommandOutput::discarded) {
-    const std::optional<pid_t> child = start(executable, arguments, nullptr, environment);
-    return child ? std::optional(CommandResult{waitFor(*child), ""}) : std::nullopt;
-  }
-  std::optional<Pipe> pipe = makePipe();
-  if (!pipe) {
+  const bool isCollected = output == CommandOutput::collected;
+  std::optional<Pipe> pipe = isCollected ? makePipe() : std::nullopt;
+  if (isCollected && !pipe) {
     return std::nullopt;
   }
-  const std::optional<pid_t> child = start(executable, arguments, &pipe->writeEnd, environment);
-  if (!child) {
-    return std::nullopt;
+  const auto startIn = [&](ProcessGroup group) {
+    const std::optional<pid_t> child =
+        start(executable, arguments, pipe ? &pipe->writeEnd : nullptr, environment, group);
+    if (pipe) {
+      pipe->writeEnd = FileDescriptor();
+    }
+    return child;
+  };
+  const FileDescriptor* text = pipe ? &pipe->readEnd : nullptr;
+  if (limit) {
+    return runWithin(
+        *limit, [&] { return startIn(ProcessGroup::own); }, text);
   }
-  pipe->writeEnd = FileDescriptor();
-  std::optional<std::string> text = readToEnd(pipe->readEnd);
-  const std::optional<int> exitStatus = waitFor(*child);
-  return text ? std::optional(CommandResult{exitStatus, std::move(*text)}) : std::nullopt;
+  const std::optional<pid_t> child = startIn(ProcessGroup::ours);
+  return child ? waitForEver(*child, text) : std::nullopt;
 }
 
 bool isExecutableFile(const std::string& path) {

@@ -2,8 +2,14 @@
 #include "tests/cli/HealthyMac.h"
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <optional>
 #include <set>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -334,6 +340,34 @@ TEST_F(Diagnose, pgrep_thatCannotAnswer_meansThatNothingRuns) {
 TEST_F(Diagnose, pgrep_whateverItPrints_isJudgedByItsStatus) {
   mac_.setCommand(kPgrep, "printf '\\377'; echo error >&2; head -c 10000000 /dev/zero");
   EXPECT_THAT(headlines({"icloud"}), testing::IsSupersetOf({"ok bird daemon", "ok cloudd daemon", "ok fileproviderd"}));
+}
+
+TEST_F(Diagnose, pgrep_thatHangs_isEndedAndNotStartedAgain) {
+  mac_.setCommand(kPgrep, "echo start >> " + (mac_ / "starts") + "\nsleep 600");
+  const auto start = std::chrono::steady_clock::now();
+  const ChildResult result = diagnose();
+  const auto time = std::chrono::steady_clock::now() - start;
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_GE(time, std::chrono::seconds(10));
+  EXPECT_LT(time, std::chrono::seconds(20));
+  EXPECT_EQ(readFile(mac_ / "starts"), "start\n");
+  EXPECT_THAT(result.out, AllOf(HasSubstr("Not observed. iCloud upload activity may stall."),
+                                HasSubstr("smartctl detected"), Not(HasSubstr("cloudd"))));
+  EXPECT_EQ(result.err, "cirrovanectl: A tool took too long, so nothing is known of: cloudd daemon, fileproviderd\n");
+}
+
+TEST_F(Diagnose, signalWhileAToolHangs_endsBoth) {
+  const std::string sign = mac_ / "sign";
+  ASSERT_EQ(mkfifo(sign.c_str(), 0600), 0);
+  mac_.setCommand(kRoute, "exec 3>" + sign + "\nsleep 600 & sleep 600");
+  const FileDescriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+  RunningProgram program({"--mac-root", mac_.path(), "diagnose", "network"}, nowhere.get(), nowhere.get());
+  // Comes back when the tool has opened the other end.
+  const FileDescriptor watched(open(sign.c_str(), O_RDONLY | O_CLOEXEC));
+  program.signal(SIGINT);
+  EXPECT_EQ(program.exitStatus(), std::nullopt);
+  char letter = 0;
+  EXPECT_EQ(read(watched.get(), &letter, 1), 0) << "comes back when the tool and its helper have ended";
 }
 
 TEST_F(Diagnose, onTheHostItself_givesFindingsOfEveryDomain) {

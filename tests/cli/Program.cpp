@@ -90,6 +90,10 @@ RunningProgram::~RunningProgram() {
   }
 }
 
+void RunningProgram::signal(int number) const {
+  kill(process_, number);
+}
+
 std::optional<int> RunningProgram::exitStatus() {
   int status = 0;
   while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {

@@ -59,6 +59,7 @@ class RunningProgram {
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;
 
+  void signal(int number) const;
   /// Waits for the end. Absent when a signal was the end.
   std::optional<int> exitStatus();
 

@@ -46,8 +46,9 @@ class DashboardMachine : public MachineTest {
     services.watchlist = std::make_unique<WatchlistStore>(files_, storage_, collation_);
     services.historyStore = std::make_unique<ScanHistoryStore>(files_, storage_);
     services.engine = std::make_shared<const ICloudScanEngine>(files_, clock_);
-    services.diagnosticsService = std::make_shared<const PlatformDiagnosticsService>(commands, system_, files_, clock_);
-    services.systemStatusService = std::make_shared<const SystemStatusService>(commands, system_, files_, clock_);
+    services.diagnosticsService = std::make_shared<const PlatformDiagnosticsService>(system_, files_, clock_);
+    services.systemStatusService = std::make_shared<const SystemStatusService>(system_, files_, clock_);
+    services.makeProbes = [this, &commands] { return std::make_unique<ProbeRunner>(commands, monotonicClock_); };
     services.incidentStore = std::make_unique<IncidentStore>(files_, storage_, clock_);
     services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
     dashboard_ = std::make_unique<DashboardViewModel>(
@@ -103,7 +104,6 @@ class DashboardMachine : public MachineTest {
   ManualTimer timer_;
   ManualTimer cycleLimit_;
   ManualAlarm staleAlarm_;
-  ManualMonotonicClock monotonicClock_;
   FakePanels panels_;
   FakeWorkspace workspace_;
   FakeFileStorage storage_;

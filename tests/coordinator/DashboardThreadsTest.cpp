@@ -30,12 +30,12 @@ class BlockingCommandRunner final : public CommandRunner {
       : runner_(runner), executable_(std::move(executable)) {}
 
   std::optional<CommandResult> run(const std::string& executable, const std::vector<std::string>& arguments,
-                                   CommandOutput output) const override {
+                                   CommandOutput output, TimeLimit limit) const override {
     if (executable == executable_ && !hasBlocked_.exchange(true)) {
       entered_.count_down();
       released_.wait();
     }
-    return runner_.run(executable, arguments, output);
+    return runner_.run(executable, arguments, output, limit);
   }
   bool isExecutable(const std::string& path) const override { return runner_.isExecutable(path); }
 

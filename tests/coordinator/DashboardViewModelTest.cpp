@@ -124,13 +124,33 @@ TEST_F(Dashboard, results_areThoseOfTheServices) {
   EXPECT_EQ(dashboard_->report().generatedAt, at(18, 25));
   EXPECT_THAT(dashboard_->report().blockers, SizeIs(1));
   EXPECT_EQ(rowsOf(dashboard_->diagnostics()),
-            rowsOf(service().collect(dashboard_->report(), dashboard_->watchlist().folders())));
+            rowsOf(service().collect(newProbes(), dashboard_->report(), dashboard_->watchlist().folders()).findings));
   EXPECT_THAT(dashboard_->diagnostics(), Not(IsEmpty()));
   EXPECT_EQ(dashboard_->systemStatus().capturedAt, at(18, 25) + std::chrono::seconds(2));
   EXPECT_EQ(dashboard_->systemStatus().cpuTemperatureC, 61.8);
   EXPECT_EQ(dashboard_->diagnosticsUpdatedAt(), at(18, 25) + std::chrono::seconds(3));
   EXPECT_EQ(dashboard_->historyStore().snapshots().front().timestamp, at(18, 25));
   EXPECT_EQ(dashboard_->incidents(), dashboard_->incidentStore().records());
+}
+
+TEST_F(Dashboard, findingsThatAreNotReached_keepTheirLastValuesAndTheirIncidents) {
+  const auto titled = [&](const std::string& title) {
+    return *std::ranges::find(dashboard_->diagnostics(), title, &DiagnosticFinding::title);
+  };
+  commands_.forget(pgrep("cloudd"));
+  cycle();
+  const DiagnosticFinding before = titled("cloudd daemon");
+  ASSERT_EQ(before.severity, DiagnosticSeverity::warning);
+  const std::vector<IncidentRecord> incidents = dashboard_->incidents();
+  ASSERT_THAT(incidents, SizeIs(1));
+
+  clock_.advance(std::chrono::seconds(90));
+  commands_.hang(pgrep("bird"));
+  cycle();
+  EXPECT_EQ(titled("cloudd daemon"), before);
+  EXPECT_EQ(titled("bird daemon").severity, DiagnosticSeverity::warning);
+  ASSERT_THAT(dashboard_->incidents(), SizeIs(2));
+  EXPECT_THAT(dashboard_->incidents(), testing::Contains(incidents[0]));
 }
 
 TEST_F(Dashboard, publication_isOfTheReportAtOnceAndThenInOrderAndOnceEach) {

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 class FinderFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().finderFindings(report_, watchFolders_); }
+  std::vector<DiagnosticFinding> findings() const { return service().finderFindings(report_, watchFolders_).findings; }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
 
   std::vector<WatchFolder> watchFolders_ = {existingFolder()};

@@ -18,7 +18,9 @@ using testing::SizeIs;
 
 class ICloudFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().iCloudFindings(report_, watchFolders_); }
+  std::vector<DiagnosticFinding> findings() const {
+    return service().iCloudFindings(newProbes(), report_, watchFolders_).findings;
+  }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
 
   std::vector<WatchFolder> watchFolders_ = {makeFolder("Work", "/Users/test/Work")};

@@ -2,11 +2,13 @@
 
 #include "diagnostics/DiagnosticFinding.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
+#include "diagnostics/ProbeRunner.h"
 #include "tests/core/Builders.h"
 #include "tests/support/FakeCommandRunner.h"
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeSystemInformation.h"
 #include "tests/support/ManualClock.h"
+#include "tests/support/ManualMonotonicClock.h"
 
 #include <algorithm>
 #include <iterator>
@@ -94,7 +96,9 @@ class MachineTest : public testing::Test {
     report_.generatedAt = clock_.now();
   }
 
-  PlatformDiagnosticsService service() const { return {commands_, system_, files_, clock_}; }
+  PlatformDiagnosticsService service() const { return {system_, files_, clock_}; }
+  /// The probes of a new cycle.
+  ProbeRunner& newProbes() const { return probes_.emplace(commands_, monotonicClock_); }
 
   /// A watched folder that exists.
   WatchFolder existingFolder(const std::string& path = "/Users/test/Work") {
@@ -105,9 +109,10 @@ class MachineTest : public testing::Test {
   /// Lets a command end in each of the ways that give no output, and calls `check` with every one of them.
   template <class Check>
   void inEveryWayWithoutOutput(const CommandLine& line, Check check) {
-    const std::string usual = commands_.run(line.front(), {line.begin() + 1, line.end()}, CommandOutput::collected)
-                                  .value_or(CommandResult())
-                                  .output;
+    const std::string usual =
+        commands_.run(line.front(), {line.begin() + 1, line.end()}, CommandOutput::collected, std::nullopt)
+            .value_or(CommandResult())
+            .output;
     const auto checkIn = [&](const char* way) {
       const testing::ScopedTrace trace("", 0, way);
       check();
@@ -127,8 +132,12 @@ class MachineTest : public testing::Test {
   FakeSystemInformation system_;
   FakeFileSystem files_;
   ManualClock clock_;
+  ManualMonotonicClock monotonicClock_;
   /// Of a scan that found nothing to complain of, and ended just now.
   SyncHealthReport report_;
+
+ private:
+  mutable std::optional<ProbeRunner> probes_;
 };
 
 }  // namespace cirrovane::test

@@ -16,7 +16,7 @@ using testing::Field;
 
 class NetworkFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().networkFindings(); }
+  std::vector<DiagnosticFinding> findings() const { return service().networkFindings(newProbes()).findings; }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
 };
 

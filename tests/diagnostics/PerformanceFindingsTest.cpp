@@ -16,7 +16,7 @@ using testing::Field;
 
 class PerformanceFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().performanceFindings(); }
+  std::vector<DiagnosticFinding> findings() const { return service().performanceFindings(newProbes()).findings; }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
   Row loadRow(double oneMinute, double fiveMinutes, double fifteenMinutes) {
     system_.facts.loadAverages = LoadAverages{oneMinute, fiveMinutes, fifteenMinutes};

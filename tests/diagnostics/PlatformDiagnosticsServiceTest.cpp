@@ -21,12 +21,14 @@ using testing::IsSupersetOf;
 
 class PlatformDiagnostics : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> collected() const { return service().collect(report_, watchFolders_); }
+  std::vector<DiagnosticFinding> collected() const {
+    return service().collect(newProbes(), report_, watchFolders_).findings;
+  }
   std::vector<DiagnosticFinding> collected(DiagnosticDomain domain) const {
-    return service().collect(domain, report_, watchFolders_);
+    return service().collect(domain, newProbes(), report_, watchFolders_).findings;
   }
   std::vector<std::string> output(const CommandLine& line) const {
-    const auto text = service().runCommand(line.front(), {line.begin() + 1, line.end()});
+    const auto text = service().runCommand(newProbes(), line.front(), {line.begin() + 1, line.end()}).text;
     return text ? std::vector{*text} : std::vector<std::string>();
   }
 
@@ -148,7 +150,7 @@ class RunningClock final : public Clock {
 TEST_F(PlatformDiagnostics, finding_isDatedWhenItIsMade) {
   const RunningClock clock;
   const std::vector<DiagnosticFinding> findings =
-      PlatformDiagnosticsService(commands_, system_, files_, clock).networkFindings();
+      PlatformDiagnosticsService(system_, files_, clock).networkFindings(newProbes()).findings;
   ASSERT_EQ(findings.size(), 4U);
   for (std::size_t index = 1; index < findings.size(); ++index) {
     EXPECT_LT(findings[index - 1].observedAt, findings[index].observedAt);
@@ -182,7 +184,7 @@ TEST_F(PlatformDiagnostics, runCommand_whoseTextIsAlmostUTF8_givesNothing) {
 }
 
 TEST_F(PlatformDiagnostics, isProcessRunning_followsTheStatusAlone) {
-  const auto isRunning = [&] { return service().isProcessRunning("odd name"); };
+  const auto isRunning = [&] { return service().isProcessRunning(newProbes(), "odd name").value(); };
   EXPECT_FALSE(isRunning());
   commands_.answer(pgrep("odd name"), "");
   EXPECT_TRUE(isRunning());

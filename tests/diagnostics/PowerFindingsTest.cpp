@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 class PowerFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().powerFindings(report_); }
+  std::vector<DiagnosticFinding> findings() const { return service().powerFindings(report_).findings; }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
   Row batteryAt(double percent) {
     system_.facts.powerSources = {{percent, 100, false}};

@@ -17,7 +17,7 @@ using testing::Field;
 
 class StorageFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().storageFindings(); }
+  std::vector<DiagnosticFinding> findings() const { return service().storageFindings(newProbes()).findings; }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
   /// The row for a disk of 500 GB with so much free.
   Row diskWith(std::int64_t free) {

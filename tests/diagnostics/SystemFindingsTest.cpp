@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 class SystemFindings : public MachineTest {
  protected:
-  std::vector<DiagnosticFinding> findings() const { return service().systemFindings(report_); }
+  std::vector<DiagnosticFinding> findings() const { return service().systemFindings(report_).findings; }
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
   /// The row for a report that is so old.
   std::optional<Row> freshness(microseconds age) {

@@ -21,8 +21,8 @@ using testing::Not;
 
 class SystemStatus : public MachineTest {
  protected:
-  SystemStatusService statusService() const { return {commands_, system_, files_, clock_}; }
-  SystemStatusSnapshot sample() const { return statusService().capture(); }
+  SystemStatusService statusService() const { return {system_, files_, clock_}; }
+  SystemStatusSnapshot sample() const { return statusService().capture(newProbes()); }
 };
 
 /// No two fields of it hold the same value.
@@ -94,9 +94,9 @@ class SlowCommandRunner final : public CommandRunner {
   SlowCommandRunner(const CommandRunner& runner, ManualClock& clock) : runner_(runner), clock_(clock) {}
 
   std::optional<CommandResult> run(const std::string& executable, const std::vector<std::string>& arguments,
-                                   CommandOutput output) const override {
+                                   CommandOutput output, TimeLimit limit) const override {
     clock_.advance(std::chrono::minutes(1));
-    return runner_.run(executable, arguments, output);
+    return runner_.run(executable, arguments, output, limit);
   }
   bool isExecutable(const std::string& path) const override { return runner_.isExecutable(path); }
 
@@ -108,7 +108,8 @@ class SlowCommandRunner final : public CommandRunner {
 TEST_F(SystemStatus, slowCommands_leaveTheSampleDatedAtItsStart) {
   const Time start = clock_.now();
   const SlowCommandRunner slow(commands_, clock_);
-  EXPECT_EQ(SystemStatusService(slow, system_, files_, clock_).capture().capturedAt, start);
+  ProbeRunner probes(slow, monotonicClock_);
+  EXPECT_EQ(statusService().capture(probes).capturedAt, start);
   EXPECT_EQ(clock_.now() - start, std::chrono::minutes(4));
 }
 
@@ -157,7 +158,8 @@ TEST_F(SystemStatus, temperatureTool_onlyOfIntel_isTaken) {
   FakeCommandRunner commands;
   commands.makeExecutable(kIntelTemperature.front());
   commands.answer(kIntelTemperature, "40.0°C\n");
-  EXPECT_EQ(SystemStatusService(commands, system_, files_, clock_).capture().cpuTemperatureC, 40.0);
+  ProbeRunner probes(commands, monotonicClock_);
+  EXPECT_EQ(statusService().capture(probes).cpuTemperatureC, 40.0);
   EXPECT_THAT(commands.ran(), Contains(CommandLine{"/usr/local/bin/osx-cpu-temp"}));
 }
 
@@ -165,7 +167,8 @@ TEST_F(SystemStatus, temperatureTool_inNeitherPlace_runsNoCommand) {
   FakeCommandRunner commands;
   commands.answer(kTemperature, "61.8°C\n");
   commands.answer(kIntelTemperature, "61.8°C\n");
-  EXPECT_EQ(SystemStatusService(commands, system_, files_, clock_).capture().cpuTemperatureC, std::nullopt);
+  ProbeRunner probes(commands, monotonicClock_);
+  EXPECT_EQ(statusService().capture(probes).cpuTemperatureC, std::nullopt);
   EXPECT_THAT(commands.ran(), ElementsAre(kTop, kMemory, kReachability));
 }
 
@@ -254,9 +257,10 @@ TEST_F(SystemStatus, reachability_withoutOutput_isUnknown) {
 
 TEST_F(SystemStatus, runCommand_givesTheTextOfACommandThatSucceeds) {
   commands_.answer({"/bin/tool", "a"}, "text\n");
-  EXPECT_EQ(statusService().runCommand("/bin/tool", {"a"}), "text\n");
-  inEveryWayWithoutOutput({"/bin/tool", "a"},
-                          [&] { EXPECT_EQ(statusService().runCommand("/bin/tool", {"a"}), std::nullopt); });
+  EXPECT_EQ(statusService().runCommand(newProbes(), "/bin/tool", {"a"}).text, "text\n");
+  inEveryWayWithoutOutput({"/bin/tool", "a"}, [&] {
+    EXPECT_EQ(statusService().runCommand(newProbes(), "/bin/tool", {"a"}).text, std::nullopt);
+  });
 }
 
 TEST(SystemStatusSnapshot, empty_holdsNothing) {

@@ -98,5 +98,10 @@ TEST_F(ToolInstallerTest, install_thatFailsDiesOrCannotStart_isNone) {
   EXPECT_FALSE(installer_.runBrewInstall("/opt/homebrew/bin/brew", "jq"));
 }
 
+TEST_F(ToolInstallerTest, install_takesAsLongAsItTakes) {
+  installer_.runBrewInstall("/opt/homebrew/bin/brew", "jq");
+  EXPECT_THAT(commands_.limits(), testing::ElementsAre(std::nullopt));
+}
+
 }  // namespace
 }  // namespace cirrovane::test

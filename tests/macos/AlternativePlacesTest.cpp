@@ -41,7 +41,8 @@ TEST(MacCommandRunner, programElsewhere_runsWithItsArguments) {
   static constexpr std::array<AlternativePlace, 1> kPlaces = {{{"/nowhere/sh", "/bin/sh"}}};
   const MacCommandRunner runner(kPlaces);
   EXPECT_TRUE(runner.isExecutable("/nowhere/sh"));
-  const auto result = runner.run("/nowhere/sh", {"-c", "echo \"$0 $1\"", "first", "second"}, CommandOutput::collected);
+  const auto result =
+      runner.run("/nowhere/sh", {"-c", "echo \"$0 $1\"", "first", "second"}, CommandOutput::collected, std::nullopt);
   ASSERT_TRUE(result);
   EXPECT_EQ(result->exitStatus, 0);
   EXPECT_EQ(result->output, "first second\n");
@@ -50,7 +51,7 @@ TEST(MacCommandRunner, programElsewhere_runsWithItsArguments) {
 TEST(MacCommandRunner, programNowhere_isNeitherExecutableNorRun) {
   const MacCommandRunner runner;
   EXPECT_FALSE(runner.isExecutable("/nowhere/sh"));
-  EXPECT_FALSE(runner.run("/nowhere/sh", {}, CommandOutput::collected));
+  EXPECT_FALSE(runner.run("/nowhere/sh", {}, CommandOutput::collected, std::nullopt));
 }
 
 }  // namespace

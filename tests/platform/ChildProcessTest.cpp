@@ -1,12 +1,17 @@
 #include "platform/posix/ChildProcess.h"
+#include "platform/posix/FileDescriptor.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <iterator>
 #include <optional>
+#include <poll.h>
+#include <sstream>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -21,6 +26,7 @@
 namespace cirrovane::test {
 namespace {
 
+using std::chrono::milliseconds;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -267,6 +273,251 @@ TEST_F(ChildProcessTest, child_whoseHelperOutlivesIt_isNotWaitedForWhenNobodyRea
   const pid_t helper = std::stoi(readFile(folder_ / "pid"));
   EXPECT_EQ(kill(helper, 0), 0) << "the helper still runs";
   kill(helper, SIGKILL);
+}
+
+TEST_F(ChildProcessTest, child_withoutALimit_staysInOurGroup) {
+  EXPECT_EQ(outputOf("exec perl -e 'print getpgrp()'"), std::to_string(getpgrp()));
+}
+
+/// Children within a limit.
+class LimitedChildTest : public ChildProcessTest {
+ protected:
+  static constexpr milliseconds kShort{50};
+  /// Longer than any test takes.
+  static constexpr std::chrono::minutes kLong{10};
+
+  LimitedChildTest() { mkfifo(sign().c_str(), 0600); }
+
+  /// A path that a script opens for writing, and so shows whether it or a child of its own lives.
+  std::string sign() const { return folder_ / "sign"; }
+
+  static std::optional<CommandResult> runShell(const std::string& script, milliseconds limit,
+                                               CommandOutput output = CommandOutput::collected) {
+    return runChild("/bin/sh", {"-c", script}, output, std::nullopt, limit);
+  }
+  /// What expects a script to be ended by its limit.
+  static void expectOutOfTime(const std::optional<CommandResult>& result) {
+    ASSERT_TRUE(result);
+    EXPECT_TRUE(result->isOutOfTime);
+    EXPECT_EQ(result->exitStatus, std::nullopt);
+    EXPECT_EQ(result->output, "");
+    EXPECT_FALSE(result->hasSucceeded());
+  }
+  /// Shell text that starts a program in a session of its own and waits until it is there.
+  std::string startStranger() const {
+    return "perl -MPOSIX=setsid -e 'setsid(); open(F, q{>}, shift); close F; exec @ARGV' " + (folder_ / "ready") +
+           " sleep 600 & echo $! > " + (folder_ / "pid") + "; while [ ! -e " + (folder_ / "ready") +
+           " ]; do sleep 0.01; done; ";
+  }
+  /// Whether the stranger lives; ends it.
+  bool killStranger() const { return kill(std::stoi(readFile(folder_ / "pid")), SIGKILL) == 0; }
+
+  /// Opens the sign for reading, before anybody writes.
+  FileDescriptor openSign() const { return FileDescriptor(open(sign().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)); }
+  /// Whether everybody who could write is gone, or goes soon.
+  static bool isClosedSoon(const FileDescriptor& sign) {
+    pollfd awaited{sign.get(), POLLIN, 0};
+    return poll(&awaited, 1, 10'000) == 1 && (awaited.revents & POLLHUP) != 0;
+  }
+
+  /// Runs a script that is to write to the sign, given more and more time until it comes to that, and ended each time.
+  void expectOutOfTimeOnceSeen(const std::string& script) const {
+    const FileDescriptor watched = openSign();
+    char letter = 0;
+    for (milliseconds limit = kShort; read(watched.get(), &letter, 1) != 1; limit *= 2) {
+      expectOutOfTime(runShell("exec 3>" + sign() + "; " + script, limit));
+    }
+    EXPECT_EQ(letter, 'x');
+    EXPECT_TRUE(isClosedSoon(watched));
+  }
+
+  /// The status of a process of its own that does this, and meanwhile does what `meanwhile` says to it.
+  template <class Work, class Meanwhile>
+  static int statusOfProcess(const Work& work, const Meanwhile& meanwhile) {
+    const pid_t process = fork();
+    if (process == 0) {
+      _exit(work());
+    }
+    meanwhile(process);
+    int status = 0;
+    waitpid(process, &status, 0);
+    return status;
+  }
+  template <class Work>
+  static int statusOfProcess(const Work& work) {
+    return statusOfProcess(work, [](pid_t) {});
+  }
+};
+
+TEST_F(LimitedChildTest, child_inTime_isAsWithoutALimit) {
+  const auto result = runShell("echo one; echo two >&2; exit 3", kLong);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->output, "one\ntwo\n");
+  EXPECT_EQ(result->exitStatus, 3);
+  EXPECT_FALSE(result->isOutOfTime);
+  EXPECT_EQ(runShell("kill -9 $$", kLong)->exitStatus, std::nullopt);
+  EXPECT_EQ(runShell("head -c 10000000 /dev/zero", kLong)->output.size(), kTenMegabytes);
+  EXPECT_FALSE(runShell("head -c 70000000 /dev/zero", kLong)) << "too much";
+}
+
+TEST_F(LimitedChildTest, child_inTimeWhoseOutputNobodyReads_isTakenByItsStatus) {
+  const auto result = runShell("head -c 10000000 /dev/zero; exit 1", kLong, CommandOutput::discarded);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->exitStatus, 1);
+  EXPECT_FALSE(result->isOutOfTime);
+}
+
+TEST_F(LimitedChildTest, child_leadsAGroupOfItsOwn) {
+  EXPECT_EQ(runShell("exec perl -e 'print getpgrp() == $$'", kLong)->output, "1");
+}
+
+TEST_F(LimitedChildTest, launch_ofNothing_isNotOutOfTime) {
+  EXPECT_FALSE(runChild(folder_ / "missing", {}, CommandOutput::collected, std::nullopt, kLong));
+  EXPECT_FALSE(runChild(folder_ / "missing", {}, CommandOutput::discarded, std::nullopt, kLong));
+}
+
+TEST_F(LimitedChildTest, child_thatHangs_isEndedAtItsLimit) {
+  for (const CommandOutput output : {CommandOutput::collected, CommandOutput::discarded}) {
+    const auto start = std::chrono::steady_clock::now();
+    expectOutOfTime(runShell("echo text; sleep 600", kShort, output));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, kShort);
+  }
+}
+
+TEST_F(LimitedChildTest, child_thatHangsWithOthersInItsGroup_takesThemAllAlong) {
+  expectOutOfTimeOnceSeen("sleep 600 & sleep 600 & (sleep 600; true) & printf x >&3; wait");
+}
+
+TEST_F(LimitedChildTest, child_thatIgnoresEverySignalThatItCan_isEndedAtItsLimit) {
+  expectOutOfTimeOnceSeen("trap '' TERM INT HUP QUIT; printf x >&3; while :; do sleep 600; done");
+}
+
+TEST_F(LimitedChildTest, child_thatIsStopped_isEndedAtItsLimit) {
+  expectOutOfTime(runShell("kill -STOP $$", kShort));
+}
+
+TEST_F(LimitedChildTest, child_thatClosesItsOutputAndHangs_isEndedAtItsLimit) {
+  expectOutOfTime(runShell("exec >&- 2>&-; sleep 600", kShort));
+}
+
+TEST_F(LimitedChildTest, child_thatPrintsForEver_isEndedAtItsLimit) {
+  expectOutOfTime(runChild("/usr/bin/yes", {}, CommandOutput::collected, std::nullopt, kShort));
+  expectOutOfTime(runChild("/usr/bin/yes", {}, CommandOutput::discarded, std::nullopt, kShort));
+}
+
+TEST_F(LimitedChildTest, child_thatHangsBesideAStrangerWithItsPipe_isNotWaitedFor) {
+  for (milliseconds limit = kShort; !std::filesystem::exists(folder_ / "ready"); limit *= 2) {
+    expectOutOfTime(runShell(startStranger() + "sleep 600", limit));
+  }
+  EXPECT_TRUE(killStranger()) << "who left the group is left alone";
+}
+
+TEST_F(LimitedChildTest, child_thatEndsBeforeAStrangerWithItsPipe_isTakenAtItsWord) {
+  const auto result = runShell("echo one; " + startStranger() + "echo two; exit 4", kLong);
+  EXPECT_TRUE(killStranger());
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->output, "one\ntwo\n");
+  EXPECT_EQ(result->exitStatus, 4);
+}
+
+TEST_F(LimitedChildTest, child_thatEndsBeforeAHelperThatPrintsForEver_isTakenAtItsWord) {
+  const auto result = runShell("echo text; yes & echo $! > " + (folder_ / "pid"), kLong);
+  killStranger();
+  ASSERT_TRUE(result);
+  EXPECT_THAT(result->output, HasSubstr("text\n"));
+  EXPECT_EQ(result->exitStatus, 0);
+}
+
+TEST_F(LimitedChildTest, descriptors_ofOurs_areNotInherited) {
+  const int high = fcntl(0, F_DUPFD, 200);
+  EXPECT_EQ(runShell("for d in $(seq 0 255); do [ -e /dev/fd/$d ] && echo $d; done; true", kLong)->output, "0\n1\n2\n");
+  close(high);
+}
+
+#ifndef __APPLE__
+std::size_t entriesIn(const std::string& folder) {
+  return static_cast<std::size_t>(
+      std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));
+}
+
+/// What this process has of the system: threads, descriptors, and children that are not buried.
+std::vector<std::size_t> ownUse() {
+  std::size_t children = 0;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::istringstream list(readFile(thread.path() / "children"));
+    children += static_cast<std::size_t>(
+        std::distance(std::istream_iterator<std::string>(list), std::istream_iterator<std::string>()));
+  }
+  return {entriesIn("/proc/self/task"), entriesIn("/proc/self/fd"), children};
+}
+
+TEST_F(LimitedChildTest, children_aThousandThatHang_leaveNothingBehind) {
+  constexpr int kBatches = 10;
+  constexpr int kThreads = 10;
+  constexpr int kInARow = 10;
+  const std::vector<std::size_t> before = ownUse();
+  std::atomic<int> ended = 0;
+  for (int batch = 0; batch < kBatches; ++batch) {
+    std::vector<std::thread> threads;
+    for (int number = 0; number < kThreads; ++number) {
+      threads.emplace_back([&] {
+        for (int round = 0; round < kInARow; ++round) {
+          const CommandOutput output = round % 2 == 0 ? CommandOutput::collected : CommandOutput::discarded;
+          const auto result = runChild("/bin/sleep", {"600"}, output, std::nullopt, milliseconds(5));
+          ended += result && result->isOutOfTime ? 1 : 0;
+        }
+      });
+    }
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
+    // A thread that was joined may be listed for a moment yet.
+    const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (ownUse() != before && std::chrono::steady_clock::now() < patience) {
+      std::this_thread::yield();
+    }
+    EXPECT_EQ(ownUse(), before) << "after batch " << batch;
+  }
+  EXPECT_EQ(ended, kBatches * kThreads * kInARow);
+}
+#endif
+
+TEST_F(LimitedChildTest, signals_thatEndUs_endTheGroupFirst) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    FileDescriptor watched;
+    const int status = statusOfProcess(
+        [&] {
+          endLimitedCommandsOnSignals();
+          runShell("exec 3>" + sign() + "; sleep 600 & sleep 600", kLong);
+          return 0;
+        },
+        [&](pid_t process) {
+          // Comes back when the script has opened the other end.
+          watched = FileDescriptor(open(sign().c_str(), O_RDONLY | O_CLOEXEC));
+          kill(process, signal);
+        });
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal);
+    EXPECT_TRUE(isClosedSoon(watched));
+  }
+}
+
+TEST_F(LimitedChildTest, signals_thatAreIgnored_stayIgnored) {
+  const int status = statusOfProcess([] {
+    std::signal(SIGHUP, SIG_IGN);
+    endLimitedCommandsOnSignals();
+    raise(SIGHUP);
+    return 7;
+  });
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7);
+}
+
+TEST_F(LimitedChildTest, child_begunAfterTheEnd_isNotStarted) {
+  const int status = statusOfProcess([] {
+    endLimitedCommands();
+    const bool isRefused = !runShell("true", kLong);
+    return isRefused && collectFromShell("true") ? 7 : 1;
+  });
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7);
 }
 
 TEST_F(ChildProcessTest, isExecutableFile_tellsProgramsFromEverythingElse) {

@@ -20,7 +20,7 @@ class LinuxCommandRunnerTest : public testing::Test {
   }
   std::optional<std::string> outputOf(const std::string& path) const {
     const MacRoot root = *MacRoot::open(folder_.path());
-    const auto result = LinuxCommandRunner(root).run(path, {}, CommandOutput::collected);
+    const auto result = LinuxCommandRunner(root).run(path, {}, CommandOutput::collected, std::nullopt);
     return result ? std::optional(result->output) : std::nullopt;
   }
   bool isExecutable(const std::string& path) const {
@@ -60,7 +60,7 @@ TEST_F(LinuxCommandRunnerTest, command_ofTheHostAlone_isNotLaunched) {
 
 TEST_F(LinuxCommandRunnerTest, command_inTheHostRoot_isTheHosts) {
   const MacRoot host = *MacRoot::open("/");
-  const auto result = LinuxCommandRunner(host).run("/bin/echo", {"a"}, CommandOutput::collected);
+  const auto result = LinuxCommandRunner(host).run("/bin/echo", {"a"}, CommandOutput::collected, std::nullopt);
   ASSERT_TRUE(result);
   EXPECT_EQ(result->output, "a\n");
 }
@@ -84,9 +84,9 @@ TEST_F(LinuxCommandRunnerTest, environment_changedBetweenRuns_isReadAfresh) {
   addCommand("/tool", "echo $WORD");
   const MacRoot root = *MacRoot::open(folder_.path());
   const LinuxCommandRunner runner(root);
-  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected)->output, "one\n");
+  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected, std::nullopt)->output, "one\n");
   describe(R"({"environment": {"WORD": "two"}})");
-  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected)->output, "two\n");
+  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected, std::nullopt)->output, "two\n");
 }
 
 }  // namespace

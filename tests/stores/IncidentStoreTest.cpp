@@ -76,6 +76,38 @@ TEST_F(IncidentStoreTest, absentThenPresentAgain_resolvesAndReopens) {
   EXPECT_EQ(store.records()[0].firstSeen, at(1));
 }
 
+TEST_F(IncidentStoreTest, notReached_leavesItsIncidentAsItIs) {
+  IncidentStore store = open();
+  store.merge({warning("Default route"), warning("DNS resolution")}, at(1));
+  const std::vector<IncidentRecord> before = store.records();
+  store.merge({warning("Default route")}, at(2), {{DiagnosticDomain::network, "DNS resolution"}});
+  ASSERT_EQ(store.records().size(), 2U);
+  EXPECT_EQ(store.records()[0].occurrences, 2);
+  EXPECT_EQ(store.records()[1], before[1]);
+  store.merge({}, at(3), {{DiagnosticDomain::network, " default ROUTE "}});
+  EXPECT_FALSE(store.records()[0].isResolved);
+  EXPECT_TRUE(store.records()[1].isResolved) << "what was reached and not found is over";
+}
+
+TEST_F(IncidentStoreTest, notReached_withItsLastValue_isNoNewObservation) {
+  IncidentStore store = open();
+  store.merge({warning("Default route")}, at(1));
+  const std::vector<IncidentRecord> before = store.records();
+  const std::vector<FindingKey> notReached = {{DiagnosticDomain::network, "Default route"},
+                                              {DiagnosticDomain::network, "DNS resolution"}};
+  store.merge({warning("Default route"), warning("DNS resolution")}, at(2), notReached);
+  EXPECT_EQ(store.records(), before);
+}
+
+TEST_F(IncidentStoreTest, notReached_afterItWasResolved_staysResolved) {
+  IncidentStore store = open();
+  store.merge({warning("Default route")}, at(1));
+  store.merge({}, at(2));
+  const std::vector<IncidentRecord> before = store.records();
+  store.merge({}, at(3), {{DiagnosticDomain::network, "Default route"}});
+  EXPECT_EQ(store.records(), before);
+}
+
 TEST_F(IncidentStoreTest, resolvedTwice_keepsTheFirstTime) {
   IncidentStore store = open();
   store.merge({warning("a")}, at(1));
