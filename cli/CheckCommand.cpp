@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/ReportText.h"
@@ -13,7 +14,6 @@
 #include <thread>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -77,13 +77,11 @@ SyncHealthReport scanUntilSafe(const Machine& machine, const std::function<std::
 // The parser's own ranges let "nan" pass, which is no time to wait, and name their limits with hundreds of digits.
 
 std::string complaintAboutTimeout(const std::string& text) {
-  double seconds = 0;
-  return CLI::detail::lexical_cast(text, seconds) && seconds >= 0 ? "" : text + " is no number of seconds from 0 on";
+  return numberOf(text) >= 0.0 ? "" : text + " is no number of seconds from 0 on";
 }
 
 std::string complaintAboutInterval(const std::string& text) {
-  double seconds = 0;
-  return CLI::detail::lexical_cast(text, seconds) && seconds > 0 ? "" : text + " is no number of seconds above 0";
+  return numberOf(text) > 0.0 ? "" : text + " is no number of seconds above 0";
 }
 
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
@@ -103,27 +101,33 @@ ExitStatus check(const CheckOptions& options, CommandContext& context) {
 
 void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto options = std::make_shared<CheckOptions>();
-  CLI::App* command = app.add_subcommand("check", "Scan folders and say whether it is safe to close");
-  command->footer(
-      "Without a FOLDER, the watchlist is scanned. Nothing is recorded.\n\n"
-      "Examples:\n"
-      "  cirrovanectl check\n"
-      "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
-      "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
-      "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
-  command->add_option("FOLDER", options->folders, "Folders to scan")->check(isFolderArgument);
-  CLI::Option* wait = command->add_flag("--wait", options->waits, "Scan again until it is safe, or time is up");
-  command->add_option("--timeout", options->timeout, "With --wait: give up after S seconds (default: never)")
-      ->check(complaintAboutTimeout)
-      ->needs(wait)
-      ->type_name("S");
-  command->add_option("--interval", options->interval, "With --wait: seconds between two scans (default: 5)")
-      ->check(complaintAboutInterval)
-      ->needs(wait)
-      ->type_name("S");
-  addJSONOption(*command, chosen);
-  command->callback(
-      [&chosen, options] { chosen.run = [options](CommandContext& context) { return check(*options, context); }; });
+  CLI::App& command = addCommand(app, "check", "Scan folders and say whether it is safe to close",
+                                 "Without a FOLDER, the watchlist is scanned. Nothing is recorded.\n\n"
+                                 "Examples:\n"
+                                 "  cirrovanectl check\n"
+                                 "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
+                                 "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
+                                 "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
+  addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = isFolderArgument}, options->folders);
+  CLI::Option& wait = addFlag(command, "--wait", options->waits, "Scan again until it is safe, or time is up");
+  addArgument(command,
+              {.name = "--timeout",
+               .help = "With --wait: give up after S seconds (default: never)",
+               .valueName = "S",
+               .complaint = complaintAboutTimeout,
+               .neededOption = &wait},
+              options->timeout);
+  addArgument(command,
+              {.name = "--interval",
+               .help = "With --wait: seconds between two scans (default: 5)",
+               .valueName = "S",
+               .complaint = complaintAboutInterval,
+               .neededOption = &wait},
+              options->interval);
+  addJSONOption(command, chosen);
+  onChosen(command, [&chosen, options] {
+    chosen.run = [options](CommandContext& context) { return check(*options, context); };
+  });
 }
 
 }  // namespace cirrovane

@@ -1,14 +1,14 @@
 #include "cli/Command.h"
 
+#include "cli/Arguments.h"
 #include "core/DisplayText.h"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
 
 void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
-  command.add_flag("--json", chosen.wantsJSON, "Print one JSON document instead of text");
+  addFlag(command, "--json", chosen.wantsJSON, "Print one JSON document instead of text");
 }
 
 std::string isFolderArgument(const std::string& argument) {

@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/Scan.h"
 #include "cli/TextStyle.h"
@@ -9,9 +10,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -59,10 +60,19 @@ ExitStatus diagnose(std::optional<DiagnosticDomain> domain, CommandContext& cont
   return ExitStatus::done;
 }
 
+std::string lowerCase(std::string_view text) {
+  std::string lower;
+  lower.reserve(text.size());
+  for (const char letter : text) {
+    lower += letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+  }
+  return lower;
+}
+
 /// The domain of a name in any case; absent for any other text.
 std::optional<DiagnosticDomain> domainNamed(const std::string& name) {
   for (const auto& [domain, text] : kDiagnosticDomains) {
-    if (CLI::detail::to_lower(name) == CLI::detail::to_lower(std::string(text))) {
+    if (lowerCase(name) == lowerCase(text)) {
       return domain;
     }
   }
@@ -73,7 +83,7 @@ std::string domainNames() {
   std::vector<std::string> names;
   names.reserve(kDiagnosticDomains.size());
   for (const auto& [domain, text] : kDiagnosticDomains) {
-    names.push_back(CLI::detail::to_lower(std::string(text)));
+    names.push_back(lowerCase(text));
   }
   return fmt::format("{}", fmt::join(names, ", "));
 }
@@ -86,16 +96,19 @@ std::string complaintAboutDomain(const std::string& name) {
 
 void addDiagnoseCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto domain = std::make_shared<std::string>();
-  CLI::App* command = app.add_subcommand("diagnose", "Judge the machine and its connection to iCloud");
-  command->footer(
-      "Scans the watchlist first, since some findings are about it. Nothing is recorded.\n\n"
-      "Examples:\n"
-      "  cirrovanectl diagnose\n"
-      "  cirrovanectl diagnose network\n"
-      "  cirrovanectl diagnose --json | jq -r '.[] | select(.severity == \"error\") | .detail'");
-  command->add_option("DOMAIN", *domain, "One of " + domainNames() + " (default: all)")->check(complaintAboutDomain);
-  addJSONOption(*command, chosen);
-  command->callback([&chosen, domain] {
+  CLI::App& command =
+      addCommand(app, "diagnose", "Judge the machine and its connection to iCloud",
+                 "Scans the watchlist first, since some findings are about it. Nothing is recorded.\n\n"
+                 "Examples:\n"
+                 "  cirrovanectl diagnose\n"
+                 "  cirrovanectl diagnose network\n"
+                 "  cirrovanectl diagnose --json | jq -r '.[] | select(.severity == \"error\") | .detail'");
+  addArgument(
+      command,
+      {.name = "DOMAIN", .help = "One of " + domainNames() + " (default: all)", .complaint = complaintAboutDomain},
+      *domain);
+  addJSONOption(command, chosen);
+  onChosen(command, [&chosen, domain] {
     chosen.run = [domain](CommandContext& context) { return diagnose(domainNamed(*domain), context); };
   });
 }

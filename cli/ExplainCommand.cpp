@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/Scan.h"
@@ -11,7 +12,6 @@
 #include <string>
 #include <string_view>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -99,14 +99,14 @@ ExitStatus explainVerdict(CommandContext& context) {
 }  // namespace
 
 void addExplainCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("explain", "Scan the watchlist and say why the verdict is what it is");
-  command->footer(
-      "Nothing is recorded.\n\n"
-      "Examples:\n"
-      "  cirrovanectl explain\n"
-      "  cirrovanectl explain --json | jq '.criteria[] | select(.isPassing | not) | .detail'");
-  addJSONOption(*command, chosen);
-  command->callback([&chosen] { chosen.run = explainVerdict; });
+  CLI::App& command =
+      addCommand(app, "explain", "Scan the watchlist and say why the verdict is what it is",
+                 "Nothing is recorded.\n\n"
+                 "Examples:\n"
+                 "  cirrovanectl explain\n"
+                 "  cirrovanectl explain --json | jq '.criteria[] | select(.isPassing | not) | .detail'");
+  addJSONOption(command, chosen);
+  onChosen(command, [&chosen] { chosen.run = explainVerdict; });
 }
 
 }  // namespace cirrovane

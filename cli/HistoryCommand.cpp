@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
@@ -12,7 +13,6 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -33,8 +33,7 @@ void printSnapshot(const ScanSnapshot& snapshot, const TextStyle& style, Output&
 }
 
 std::string isCount(const std::string& text) {
-  std::int64_t value = 0;
-  return CLI::detail::lexical_cast(text, value) && value >= 0 ? "" : text + " is no whole number from 0 on";
+  return wholeNumberOf(text) >= std::int64_t{0} ? "" : text + " is no whole number from 0 on";
 }
 
 ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
@@ -61,11 +60,14 @@ ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
 
 void addHistoryCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto limit = std::make_shared<std::optional<std::int64_t>>();
-  CLI::App* command = app.add_subcommand("history", "Show the recorded scans, the newest first");
-  command->add_option("--limit", *limit, "Show at most N scans (default: all)")->check(isCount)->type_name("N");
-  addJSONOption(*command, chosen);
-  command->callback(
-      [&chosen, limit] { chosen.run = [limit](CommandContext& context) { return history(*limit, context); }; });
+  CLI::App& command = addCommand(app, "history", "Show the recorded scans, the newest first");
+  addArgument(
+      command,
+      {.name = "--limit", .help = "Show at most N scans (default: all)", .valueName = "N", .complaint = isCount},
+      *limit);
+  addJSONOption(command, chosen);
+  onChosen(command,
+           [&chosen, limit] { chosen.run = [limit](CommandContext& context) { return history(*limit, context); }; });
 }
 
 }  // namespace cirrovane

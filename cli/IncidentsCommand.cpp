@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
@@ -11,7 +12,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -71,51 +71,66 @@ ExitStatus change(const std::string& identifier, void (IncidentStore::*verb)(con
   return ExitStatus::done;
 }
 
-/// An option that takes the raw value of one of the choices.
-template <class Filter, class Choices>
-void addFilterOption(CLI::App& command, const std::string& name, Filter& target, const Choices& choices,
-                     const std::string& description) {
+/// What the command line holds: raw values.
+struct FilterTexts {
+  std::string scope{rawValue(IncidentScope::all)};
+  std::string severity{rawValue(IncidentSeverityFilter::all)};
+};
+
+IncidentFilter filterOf(const FilterTexts& texts) {
+  IncidentFilter filter;
+  fromRawValue(texts.scope, filter.scope);
+  fromRawValue(texts.severity, filter.severity);
+  return filter;
+}
+
+template <class Choices>
+std::vector<std::string> rawValuesOf(const Choices& choices) {
   std::vector<std::string> names;
   names.reserve(choices.size());
   for (const auto& choice : choices) {
     names.emplace_back(choice.rawValue);
   }
-  command
-      .add_option_function<std::string>(
-          name, [&target](const std::string& text) { fromRawValue(text, target); }, description)
-      ->check(CLI::IsMember(names));
+  return names;
 }
 
 }  // namespace
 
 void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("incidents", "Show recurring problems; resolve and reopen them");
-  command->footer(
-      "Examples:\n"
-      "  cirrovanectl incidents --scope active\n"
-      "  cirrovanectl incidents resolve 6F9619FF-8B86-D011-B42D-00CF4FC964FF");
-  command->require_subcommand(0, 1);
-  const auto filter = std::make_shared<IncidentFilter>();
-  addFilterOption(*command, "--scope", filter->scope, kIncidentScopes, "Which: all, active or resolved (default: all)");
-  addFilterOption(*command, "--severity", filter->severity, kIncidentSeverityFilters,
-                  "How serious: all, warning or error (default: all)");
-  addJSONOption(*command, chosen);
+  CLI::App& command = addCommand(app, "incidents", "Show recurring problems; resolve and reopen them",
+                                 "Examples:\n"
+                                 "  cirrovanectl incidents --scope active\n"
+                                 "  cirrovanectl incidents resolve 6F9619FF-8B86-D011-B42D-00CF4FC964FF");
+  takeVerbs(command);
+  const auto filter = std::make_shared<FilterTexts>();
+  addArgument(command,
+              {.name = "--scope",
+               .help = "Which: all, active or resolved (default: all)",
+               .choices = rawValuesOf(kIncidentScopes)},
+              filter->scope);
+  addArgument(command,
+              {.name = "--severity",
+               .help = "How serious: all, warning or error (default: all)",
+               .choices = rawValuesOf(kIncidentSeverityFilters)},
+              filter->severity);
+  addJSONOption(command, chosen);
 
   const auto identifier = std::make_shared<std::string>();
-  CLI::App* resolveVerb = command->add_subcommand("resolve", "Mark an incident as resolved");
-  resolveVerb->add_option("ID", *identifier, "The incident's identifier")->required();
-  addJSONOption(*resolveVerb, chosen);
-  CLI::App* reopenVerb = command->add_subcommand("reopen", "Mark an incident as active again");
-  reopenVerb->add_option("ID", *identifier, "The incident's identifier")->required();
-  addJSONOption(*reopenVerb, chosen);
+  const ArgumentForm form{.name = "ID", .help = "The incident's identifier", .isRequired = true};
+  CLI::App& resolveVerb = addCommand(command, "resolve", "Mark an incident as resolved");
+  addArgument(resolveVerb, form, *identifier);
+  addJSONOption(resolveVerb, chosen);
+  CLI::App& reopenVerb = addCommand(command, "reopen", "Mark an incident as active again");
+  addArgument(reopenVerb, form, *identifier);
+  addJSONOption(reopenVerb, chosen);
 
-  command->callback([&chosen, filter, identifier, resolveVerb, reopenVerb] {
-    if (resolveVerb->parsed()) {
+  onChosen(command, [&chosen, &resolveVerb, &reopenVerb, filter, identifier] {
+    if (isChosen(resolveVerb)) {
       chosen.run = [identifier](auto& context) { return change(*identifier, &IncidentStore::markResolved, context); };
-    } else if (reopenVerb->parsed()) {
+    } else if (isChosen(reopenVerb)) {
       chosen.run = [identifier](auto& context) { return change(*identifier, &IncidentStore::reopen, context); };
     } else {
-      chosen.run = [filter](CommandContext& context) { return list(*filter, context); };
+      chosen.run = [filter](CommandContext& context) { return list(filterOf(*filter), context); };
     }
   });
 }

@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/ProgressLine.h"
@@ -10,7 +11,6 @@
 #include <string>
 #include <string_view>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -88,30 +88,32 @@ ExitStatus exportPacket(const std::string& destination, CommandContext& context)
 }  // namespace
 
 void addRefreshCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("refresh", "Scan the watchlist, judge the machine, and record both");
-  command->footer(
+  CLI::App& command = addCommand(
+      app, "refresh", "Scan the watchlist, judge the machine, and record both",
       "One whole cycle of the application: a scan, the findings and a status sample, recorded in the history and the\n"
       "incidents. Shows the verdict.\n\n"
       "Examples:\n"
       "  cirrovanectl refresh\n"
       "  cirrovanectl refresh --json | jq .safeToClose");
-  addJSONOption(*command, chosen);
-  command->callback([&chosen] { chosen.run = refresh; });
+  addJSONOption(command, chosen);
+  onChosen(command, [&chosen] { chosen.run = refresh; });
 }
 
 void addExportCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto destination = std::make_shared<std::string>();
-  CLI::App* command = app.add_subcommand("export", "Refresh, then write everything known into a proof packet");
-  command->footer(
-      "A file that exists is replaced, whole or not at all.\n\n"
-      "Examples:\n"
-      "  cirrovanectl export proof.json\n"
-      "  cirrovanectl export - | jq '.diagnostics[] | select(.severity != \"ok\")'");
-  command->add_option("FILE", *destination, "The file to write; - for standard output")
-      ->required()
-      ->check(complaintAboutFile);
-  command->add_flag("--json", chosen.wantsJSON, "Print nothing: the packet is the document");
-  command->callback([&chosen, destination] {
+  CLI::App& command = addCommand(app, "export", "Refresh, then write everything known into a proof packet",
+                                 "A file that exists is replaced, whole or not at all.\n\n"
+                                 "Examples:\n"
+                                 "  cirrovanectl export proof.json\n"
+                                 "  cirrovanectl export - | jq '.diagnostics[] | select(.severity != \"ok\")'");
+  addArgument(command,
+              {.name = "FILE",
+               .help = "The file to write; - for standard output",
+               .isRequired = true,
+               .complaint = complaintAboutFile},
+              *destination);
+  addFlag(command, "--json", chosen.wantsJSON, "Print nothing: the packet is the document");
+  onChosen(command, [&chosen, destination] {
     chosen.run = [destination](CommandContext& context) { return exportPacket(*destination, context); };
   });
 }

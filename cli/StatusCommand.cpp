@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
@@ -7,7 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -71,13 +71,12 @@ ExitStatus status(CommandContext& context) {
 }  // namespace
 
 void addStatusCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("status", "Measure the machine: processor, memory, disk, battery, network");
-  command->footer(
-      "Examples:\n"
-      "  cirrovanectl status\n"
-      "  cirrovanectl status --json | jq .batteryPercent");
-  addJSONOption(*command, chosen);
-  command->callback([&chosen] { chosen.run = [](CommandContext& context) { return status(context); }; });
+  CLI::App& command = addCommand(app, "status", "Measure the machine: processor, memory, disk, battery, network",
+                                 "Examples:\n"
+                                 "  cirrovanectl status\n"
+                                 "  cirrovanectl status --json | jq .batteryPercent");
+  addJSONOption(command, chosen);
+  onChosen(command, [&chosen] { chosen.run = [](CommandContext& context) { return status(context); }; });
 }
 
 }  // namespace cirrovane

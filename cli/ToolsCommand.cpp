@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/TextStyle.h"
 #include "core/JSONRecord.h"
@@ -11,7 +12,6 @@
 #include <tuple>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -68,7 +68,7 @@ void printTools(CommandContext& context) {
   }
 }
 
-ExitStatus list(CommandContext& context) {
+ExitStatus listTools(CommandContext& context) {
   printTools(context);
   return ExitStatus::done;
 }
@@ -100,24 +100,23 @@ ExitStatus install(const std::string& name, CommandContext& context) {
 }  // namespace
 
 void addToolsCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("tools", "Show optional tools that deepen the diagnostics; install them");
-  command->footer(
-      "Examples:\n"
-      "  cirrovanectl tools\n"
-      "  cirrovanectl tools install smartmontools");
-  command->require_subcommand(0, 1);
-  addJSONOption(*command, chosen);
+  CLI::App& command = addCommand(app, "tools", "Show optional tools that deepen the diagnostics; install them",
+                                 "Examples:\n"
+                                 "  cirrovanectl tools\n"
+                                 "  cirrovanectl tools install smartmontools");
+  takeVerbs(command);
+  addJSONOption(command, chosen);
 
   const auto name = std::make_shared<std::string>();
-  CLI::App* installVerb = command->add_subcommand("install", "Install a tool through Homebrew");
-  installVerb->add_option("NAME", *name, "The tool's name or its command")->required();
-  addJSONOption(*installVerb, chosen);
+  CLI::App& installVerb = addCommand(command, "install", "Install a tool through Homebrew");
+  addArgument(installVerb, {.name = "NAME", .help = "The tool's name or its command", .isRequired = true}, *name);
+  addJSONOption(installVerb, chosen);
 
-  command->callback([&chosen, name, installVerb] {
-    if (installVerb->parsed()) {
+  onChosen(command, [&chosen, &installVerb, name] {
+    if (isChosen(installVerb)) {
       chosen.run = [name](CommandContext& context) { return install(*name, context); };
     } else {
-      chosen.run = list;
+      chosen.run = listTools;
     }
   });
 }

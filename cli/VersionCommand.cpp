@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "coordinator/AppUpdateService.h"
 #include "core/DisplayText.h"
@@ -5,8 +6,6 @@
 
 #include <string>
 #include <tuple>
-
-#include <CLI/CLI.hpp>
 
 namespace cirrovane {
 namespace {
@@ -30,9 +29,9 @@ ExitStatus version(CommandContext& context) {
 }  // namespace
 
 void addVersionCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("version", "Show which build this is");
-  addJSONOption(*command, chosen);
-  command->callback([&chosen] { chosen.run = version; });
+  CLI::App& command = addCommand(app, "version", "Show which build this is");
+  addJSONOption(command, chosen);
+  onChosen(command, [&chosen] { chosen.run = version; });
 }
 
 }  // namespace cirrovane

@@ -1,3 +1,4 @@
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/TextStyle.h"
@@ -11,7 +12,6 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 namespace cirrovane {
@@ -43,7 +43,7 @@ ExitStatus finish(const WatchlistStore& store, CommandContext& context) {
   return ExitStatus::done;
 }
 
-ExitStatus list(CommandContext& context) {
+ExitStatus listFolders(CommandContext& context) {
   const WatchlistStore store = openWatchlist(context.machine);
   printFolders(store.folders(), context);
   return ExitStatus::done;
@@ -108,37 +108,41 @@ WatchlistStore openWatchlist(const Machine& machine) {
 }
 
 void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
-  CLI::App* command = app.add_subcommand("watchlist", "Show and change the watched folders");
-  command->footer(
-      "Examples:\n"
-      "  cirrovanectl watchlist\n"
-      "  cirrovanectl watchlist add ~/Documents/Clients\n"
-      "  cirrovanectl watchlist remove ~/Documents/Clients");
-  command->require_subcommand(0, 1);
-  addJSONOption(*command, chosen);
+  CLI::App& command = addCommand(app, "watchlist", "Show and change the watched folders",
+                                 "Examples:\n"
+                                 "  cirrovanectl watchlist\n"
+                                 "  cirrovanectl watchlist add ~/Documents/Clients\n"
+                                 "  cirrovanectl watchlist remove ~/Documents/Clients");
+  takeVerbs(command);
+  addJSONOption(command, chosen);
 
-  CLI::App* listVerb = command->add_subcommand("list", "Show the watched folders (what watchlist alone does)");
-  addJSONOption(*listVerb, chosen);
+  CLI::App& listVerb = addCommand(command, "list", "Show the watched folders (what watchlist alone does)");
+  addJSONOption(listVerb, chosen);
 
   const auto added = std::make_shared<Arguments>();
-  CLI::App* addVerb = command->add_subcommand("add", "Watch folders");
-  addVerb->add_option("FOLDER", *added, "Folders to watch")->required()->check(isFolderArgument);
-  addJSONOption(*addVerb, chosen);
+  CLI::App& addVerb = addCommand(command, "add", "Watch folders");
+  addArgument(addVerb,
+              {.name = "FOLDER", .help = "Folders to watch", .isRequired = true, .complaint = isFolderArgument},
+              *added);
+  addJSONOption(addVerb, chosen);
 
   const auto removed = std::make_shared<Arguments>();
-  CLI::App* removeVerb = command->add_subcommand("remove", "Watch folders no longer");
-  removeVerb->add_option("FOLDER-or-ID", *removed, "Watched folders, or their identifiers")
-      ->required()
-      ->check(isFolderArgument);
-  addJSONOption(*removeVerb, chosen);
+  CLI::App& removeVerb = addCommand(command, "remove", "Watch folders no longer");
+  addArgument(removeVerb,
+              {.name = "FOLDER-or-ID",
+               .help = "Watched folders, or their identifiers",
+               .isRequired = true,
+               .complaint = isFolderArgument},
+              *removed);
+  addJSONOption(removeVerb, chosen);
 
-  command->callback([&chosen, addVerb, added, removeVerb, removed] {
-    if (addVerb->parsed()) {
+  onChosen(command, [&chosen, &addVerb, added, &removeVerb, removed] {
+    if (isChosen(addVerb)) {
       chosen.run = [added](CommandContext& context) { return add(*added, context); };
-    } else if (removeVerb->parsed()) {
+    } else if (isChosen(removeVerb)) {
       chosen.run = [removed](CommandContext& context) { return removeFolders(*removed, context); };
     } else {
-      chosen.run = list;
+      chosen.run = listFolders;
     }
   });
 }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <limits>
 
+#include <nlohmann/json.hpp>
+
 namespace cirrovane {
 namespace {
 
@@ -47,6 +49,40 @@ std::optional<nlohmann::json> parseJSON(std::string_view text) {
   return json;
 }
 
+namespace detail {
+
+const std::string* textOf(const nlohmann::json& json) {
+  return json.is_string() ? &json.get_ref<const std::string&>() : nullptr;
+}
+
+bool isObject(const nlohmann::json& json) {
+  return json.is_object();
+}
+
+bool isNull(const nlohmann::json& json) {
+  return json.is_null();
+}
+
+const nlohmann::json* findMember(const nlohmann::json& object, std::string_view key) {
+  const auto found = object.find(key);
+  return found == object.end() ? nullptr : &*found;
+}
+
+std::optional<std::size_t> arraySize(const nlohmann::json& json) {
+  return json.is_array() ? std::optional(json.size()) : std::nullopt;
+}
+
+const nlohmann::json& elementAt(const nlohmann::json& array, std::size_t index) {
+  return array[index];
+}
+
+bool readDocument(std::string_view text, const std::function<bool(const nlohmann::json&)>& read) {
+  const std::optional<nlohmann::json> json = parseJSON(text);
+  return json && read(*json);
+}
+
+}  // namespace detail
+
 bool readJSON(const nlohmann::json& json, bool& target) {
   if (!json.is_boolean()) {
     return false;
@@ -84,27 +120,30 @@ bool readJSON(const nlohmann::json& json, double& target) {
 }
 
 bool readJSON(const nlohmann::json& json, std::string& target) {
-  if (!json.is_string()) {
+  const std::string* text = detail::textOf(json);
+  if (text == nullptr) {
     return false;
   }
-  target = json.get_ref<const std::string&>();
+  target = *text;
   return true;
 }
 
 bool readJSON(const nlohmann::json& json, UUID& target) {
-  if (!json.is_string()) {
+  const std::string* text = detail::textOf(json);
+  if (text == nullptr) {
     return false;
   }
-  const std::optional<UUID> id = UUID::fromText(json.get_ref<const std::string&>());
+  const std::optional<UUID> id = UUID::fromText(*text);
   target = id.value_or(UUID());
   return id.has_value();
 }
 
 bool readJSON(const nlohmann::json& json, Time& target) {
-  if (!json.is_string()) {
+  const std::string* text = detail::textOf(json);
+  if (text == nullptr) {
     return false;
   }
-  const std::optional<Time> time = timeFromISO8601(json.get_ref<const std::string&>());
+  const std::optional<Time> time = timeFromISO8601(*text);
   target = time.value_or(Time());
   return time.has_value();
 }

@@ -4,13 +4,17 @@
 #include "core/JSONRecord.h"
 #include "core/UUID.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+// The library itself costs every source that includes it a second or more.
+#include <nlohmann/json_fwd.hpp>
 
 namespace cirrovane {
 
@@ -28,9 +32,26 @@ bool readJSON(const nlohmann::json& json, std::string& target);
 bool readJSON(const nlohmann::json& json, UUID& target);
 bool readJSON(const nlohmann::json& json, Time& target);
 
+namespace detail {
+
+/// The text of a JSON string; null for any other value.
+const std::string* textOf(const nlohmann::json& json);
+bool isObject(const nlohmann::json& json);
+bool isNull(const nlohmann::json& json);
+/// The value of an object's key; null when there is none, or no object.
+const nlohmann::json* findMember(const nlohmann::json& object, std::string_view key);
+/// The number of an array's elements; absent for any other value.
+std::optional<std::size_t> arraySize(const nlohmann::json& json);
+const nlohmann::json& elementAt(const nlohmann::json& array, std::size_t index);
+/// Whether the text is JSON and `read` takes its document.
+bool readDocument(std::string_view text, const std::function<bool(const nlohmann::json&)>& read);
+
+}  // namespace detail
+
 template <RawRepresentable Enumeration>
 bool readJSON(const nlohmann::json& json, Enumeration& target) {
-  return json.is_string() && fromRawValue(json.get_ref<const std::string&>(), target);
+  const std::string* text = detail::textOf(json);
+  return text != nullptr && fromRawValue(*text, target);
 }
 
 template <JSONRecord Record>
@@ -38,13 +59,14 @@ bool readJSON(const nlohmann::json& json, Record& target);
 
 template <class Element>
 bool readJSON(const nlohmann::json& json, std::vector<Element>& target) {
-  if (!json.is_array()) {
+  const std::optional<std::size_t> size = detail::arraySize(json);
+  if (!size) {
     return false;
   }
   target.clear();
-  target.reserve(json.size());
-  for (const nlohmann::json& element : json) {
-    if (!readJSON(element, target.emplace_back())) {
+  target.reserve(*size);
+  for (std::size_t index = 0; index < *size; ++index) {
+    if (!readJSON(detail::elementAt(json, index), target.emplace_back())) {
       return false;
     }
   }
@@ -54,15 +76,15 @@ bool readJSON(const nlohmann::json& json, std::vector<Element>& target) {
 /// A required member of an object.
 template <class Value>
 bool readMember(const nlohmann::json& object, std::string_view key, Value& target) {
-  const auto found = object.find(key);
-  return found != object.end() && readJSON(*found, target);
+  const nlohmann::json* found = detail::findMember(object, key);
+  return found != nullptr && readJSON(*found, target);
 }
 
 /// An optional member: absent when its key is missing or its value is null.
 template <class Value>
 bool readMember(const nlohmann::json& object, std::string_view key, std::optional<Value>& target) {
-  const auto found = object.find(key);
-  if (found == object.end() || found->is_null()) {
+  const nlohmann::json* found = detail::findMember(object, key);
+  if (found == nullptr || detail::isNull(*found)) {
     target.reset();
     return true;
   }
@@ -71,7 +93,7 @@ bool readMember(const nlohmann::json& object, std::string_view key, std::optiona
 
 template <JSONRecord Record>
 bool readJSON(const nlohmann::json& json, Record& target) {
-  if (!json.is_object()) {
+  if (!detail::isObject(json)) {
     return false;
   }
   bool isComplete = true;
@@ -83,10 +105,9 @@ bool readJSON(const nlohmann::json& json, Record& target) {
 /// The value that a JSON text holds; absent when the text is no JSON or not the value's form.
 template <class Value>
 std::optional<Value> decodeJSON(std::string_view text) {
-  const std::optional<nlohmann::json> json = parseJSON(text);
-  Value value{};
-  if (!json || !readJSON(*json, value)) {
-    return std::nullopt;
+  std::optional<Value> value(std::in_place);
+  if (!detail::readDocument(text, [&](const nlohmann::json& json) { return readJSON(json, *value); })) {
+    value.reset();
   }
   return value;
 }

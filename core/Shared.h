@@ -1,11 +1,12 @@
 #pragma once
 
-#include "core/JSONReader.h"
 #include "core/JSONRecord.h"
 
 #include <cstddef>
 #include <memory>
 #include <utility>
+
+#include <nlohmann/json_fwd.hpp>
 
 namespace cirrovane {
 

@@ -1,13 +1,35 @@
 #include "demo/Arguments.h"
 
+#include <utility>
+
 #include <CLI/CLI.hpp>
 
 namespace cirrovane::demo {
 
+CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& help, const std::string& footer,
+                     std::function<void()> action) {
+  CLI::App* command = app.add_subcommand(name, help);
+  command->footer(footer);
+  command->callback(std::move(action));
+  return *command;
+}
+
+void addArgument(CLI::App& command, const std::string& name, std::string& target, const std::string& help,
+                 Complaint complaint) {
+  CLI::Option* option = command.add_option(name, target, help)->required()->type_name("");
+  if (complaint != nullptr) {
+    option->check(complaint);
+  }
+}
+
+void addArguments(CLI::App& command, const std::string& name, std::vector<std::string>& target,
+                  const std::string& help) {
+  command.add_option(name, target, help)->required()->type_name("");
+}
+
 void addPathArgument(CLI::App& command, const std::string& name, std::string& target, const std::string& help) {
-  command.add_option(name, target, help)->required()->type_name("")->check([](const std::string& path) {
-    return path.empty() ? "The name cannot be empty." : "";
-  });
+  addArgument(command, name, target, help,
+              [](const std::string& path) -> std::string { return path.empty() ? "The name cannot be empty." : ""; });
 }
 
 void addSwitchArgument(CLI::App& command, bool& target, const std::string& help) {

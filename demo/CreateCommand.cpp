@@ -10,8 +10,6 @@
 #include <ostream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 namespace cirrovane::demo {
 namespace {
 
@@ -46,18 +44,18 @@ void tell(const DemoMac& mac, std::ostream& out) {
 
 void addCreateCommand(CLI::App& app, Action& chosen) {
   const auto folder = std::make_shared<std::string>();
-  CLI::App* command = app.add_subcommand("create", "Make a Mac whose files have not all reached iCloud");
-  command->footer(
+  CLI::App& command = addCommand(
+      app, "create", "Make a Mac whose files have not all reached iCloud",
       "DIR is made when it does not exist. It may be empty, or a demo Mac, which is then made anew: everything in it\n"
       "is removed. Any other folder is left alone. It must lie on a file system with extended attributes.\n\n"
       "Besides files it holds a Mac's commands: DIR/usr/bin/pgrep and the like, and a brew that installs.\n\n"
       "Example:\n"
       "  cirrovane-demo-mac create ~/demo-mac\n"
-      "  cirrovanectl --mac-root ~/demo-mac check");
-  addPathArgument(*command, "DIR", *folder, "Folder that is to stand for the Mac's disk");
-  command->callback([&chosen, folder] {
-    chosen = [folder](std::ostream& out) { tell(DemoMac::create(absolutePath(*folder)), out); };
-  });
+      "  cirrovanectl --mac-root ~/demo-mac check",
+      [&chosen, folder] {
+        chosen = [folder](std::ostream& out) { tell(DemoMac::create(absolutePath(*folder)), out); };
+      });
+  addPathArgument(command, "DIR", *folder, "Folder that is to stand for the Mac's disk");
 }
 
 }  // namespace cirrovane::demo

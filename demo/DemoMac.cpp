@@ -20,6 +20,8 @@
 #include <system_error>
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 namespace cirrovane::demo {
 namespace {
 

@@ -10,7 +10,7 @@
 #include <sstream>
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 namespace cirrovane::demo {
 namespace {
@@ -49,12 +49,11 @@ std::string footer() {
 
 void addFactCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<FactOptions>();
-  CLI::App* command = app.add_subcommand("fact", "Change what the Mac knows about itself, in its machine.json");
-  command->footer(footer());
-  addPathArgument(*command, "DIR", options->folder, "A demo Mac, or another folder with a machine.json");
-  command->add_option("KEY", options->key, "The fact")->required()->type_name("");
-  command->add_option("JSON", options->value, "Its new value")->required()->type_name("");
-  command->callback([&chosen, options] { chosen = [options](std::ostream&) { changeFact(*options); }; });
+  CLI::App& command = addCommand(app, "fact", "Change what the Mac knows about itself, in its machine.json", footer(),
+                                 [&chosen, options] { chosen = [options](std::ostream&) { changeFact(*options); }; });
+  addPathArgument(command, "DIR", options->folder, "A demo Mac, or another folder with a machine.json");
+  addArgument(command, "KEY", options->key, "The fact");
+  addArgument(command, "JSON", options->value, "Its new value");
 }
 
 }  // namespace cirrovane::demo

@@ -16,7 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kPublicFile = 0666;
 constexpr const char* kMarkerName = ".cirrovane-demo-mac";
 constexpr std::string_view kMarkerLine = "This folder is a demo Mac, made by cirrovane-demo-mac.";
 constexpr std::string_view kMarkerRest = "\nIts command \"create\" removes everything in here and makes it anew.\n";

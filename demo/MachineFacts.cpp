@@ -9,12 +9,12 @@
 #include <fstream>
 #include <iterator>
 
+#include <nlohmann/json.hpp>
+
 namespace cirrovane::demo {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr mode_t kPublicFile = 0666;
 
 bool isPath(const Json& value) {
   return value.is_string() && value.get_ref<const std::string&>().starts_with('/');

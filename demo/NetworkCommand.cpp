@@ -7,8 +7,6 @@
 #include <ostream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 namespace cirrovane::demo {
 namespace {
 
@@ -26,16 +24,16 @@ void switchNetwork(const NetworkOptions& options, std::ostream& out) {
 
 void addNetworkCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<NetworkOptions>();
-  CLI::App* command = app.add_subcommand("network", "Connect the Mac to the network, or take it off");
-  command->footer(
+  CLI::App& command = addCommand(
+      app, "network", "Connect the Mac to the network, or take it off",
       "Without a network there is no default route, no host is reachable, no name is resolved, and brew installs\n"
       "nothing. DIR/network.txt holds the one word.\n\n"
       "Examples:\n"
       "  cirrovane-demo-mac network ~/demo-mac off\n"
-      "  cirrovane-demo-mac network ~/demo-mac on");
-  addPathArgument(*command, "DIR", options->folder, "A demo Mac");
-  addSwitchArgument(*command, options->isOn, "What the network is to be");
-  command->callback([&chosen, options] { chosen = [options](std::ostream& out) { switchNetwork(*options, out); }; });
+      "  cirrovane-demo-mac network ~/demo-mac on",
+      [&chosen, options] { chosen = [options](std::ostream& out) { switchNetwork(*options, out); }; });
+  addPathArgument(command, "DIR", options->folder, "A demo Mac");
+  addSwitchArgument(command, options->isOn, "What the network is to be");
 }
 
 }  // namespace cirrovane::demo

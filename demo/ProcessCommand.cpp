@@ -8,8 +8,6 @@
 #include <ostream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 namespace cirrovane::demo {
 namespace {
 
@@ -37,16 +35,16 @@ std::string complaintAboutName(const std::string& name) {
 
 void addProcessCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<ProcessOptions>();
-  CLI::App* command = app.add_subcommand("process", "Start or stop a process, as pgrep sees it");
-  command->footer(
+  CLI::App& command = addCommand(
+      app, "process", "Start or stop a process, as pgrep sees it",
       "On a new demo Mac bird, cloudd, fileproviderd and Finder run. DIR/processes.txt lists them, one a line.\n\n"
       "Examples:\n"
       "  cirrovane-demo-mac process ~/demo-mac bird off\n"
-      "  cirrovane-demo-mac process ~/demo-mac smartctl on");
-  addPathArgument(*command, "DIR", options->folder, "A demo Mac");
-  command->add_option("NAME", options->name, "The process")->required()->type_name("")->check(complaintAboutName);
-  addSwitchArgument(*command, options->isOn, "Whether it is to run");
-  command->callback([&chosen, options] { chosen = [options](std::ostream& out) { switchProcess(*options, out); }; });
+      "  cirrovane-demo-mac process ~/demo-mac smartctl on",
+      [&chosen, options] { chosen = [options](std::ostream& out) { switchProcess(*options, out); }; });
+  addPathArgument(command, "DIR", options->folder, "A demo Mac");
+  addArgument(command, "NAME", options->name, "The process", complaintAboutName);
+  addSwitchArgument(command, options->isOn, "Whether it is to run");
 }
 
 }  // namespace cirrovane::demo

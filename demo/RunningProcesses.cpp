@@ -8,14 +8,12 @@
 #include <fstream>
 #include <optional>
 #include <string_view>
-#include <sys/types.h>
 #include <utility>
 #include <vector>
 
 namespace cirrovane::demo {
 namespace {
 
-constexpr mode_t kPublicFile = 0666;
 constexpr std::string_view kBlanks = " \t";
 constexpr int kFirstNewNumber = 1500;
 constexpr const char* kSampleProcesses =

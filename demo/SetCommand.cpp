@@ -14,8 +14,6 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 namespace cirrovane::demo {
 namespace {
 
@@ -76,11 +74,10 @@ std::string footer() {
 
 void addSetCommand(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<SetOptions>();
-  CLI::App* command = app.add_subcommand("set", "Change the iCloud state of a file");
-  command->footer(footer());
-  addPathArgument(*command, "FILE", options->file, "A file or a folder");
-  command->add_option("KEY=VALUE", options->assignments, "What to change")->required()->type_name("");
-  command->callback([&chosen, options] { chosen = [options](std::ostream&) { setState(*options); }; });
+  CLI::App& command = addCommand(app, "set", "Change the iCloud state of a file", footer(),
+                                 [&chosen, options] { chosen = [options](std::ostream&) { setState(*options); }; });
+  addPathArgument(command, "FILE", options->file, "A file or a folder");
+  addArguments(command, "KEY=VALUE", options->assignments, "What to change");
 }
 
 }  // namespace cirrovane::demo

@@ -7,8 +7,6 @@
 #include <ostream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 namespace cirrovane::demo {
 namespace {
 
@@ -36,22 +34,22 @@ void unsettle(const std::string& folder, std::ostream& out) {
 
 void addSettleCommand(CLI::App& app, Action& chosen) {
   const auto folder = std::make_shared<std::string>();
-  CLI::App* command = app.add_subcommand("settle", "Make it safe to close: all files uploaded and local");
-  command->footer(
+  CLI::App& command = addCommand(
+      app, "settle", "Make it safe to close: all files uploaded and local",
       "Also makes the watched folder that is missing, and takes folders outside iCloud Drive off the watchlist. Files\n"
-      "that you added are settled too. \"unsettle\" takes it back.");
-  addPathArgument(*command, "DIR", *folder, "A demo Mac");
-  command->callback([&chosen, folder] { chosen = [folder](std::ostream& out) { settle(*folder, out); }; });
+      "that you added are settled too. \"unsettle\" takes it back.",
+      [&chosen, folder] { chosen = [folder](std::ostream& out) { settle(*folder, out); }; });
+  addPathArgument(command, "DIR", *folder, "A demo Mac");
 }
 
 void addUnsettleCommand(CLI::App& app, Action& chosen) {
   const auto folder = std::make_shared<std::string>();
-  CLI::App* command = app.add_subcommand("unsettle", "Bring back the troubles that \"create\" made");
-  command->footer(
+  CLI::App& command = addCommand(
+      app, "unsettle", "Bring back the troubles that \"create\" made",
       "States, ages and the watchlist become those of a new demo Mac; ages count from now. Files that you added, and\n"
-      "what you wrote into others, stay, and so does what \"fact\", \"process\" and \"network\" set.");
-  addPathArgument(*command, "DIR", *folder, "A demo Mac");
-  command->callback([&chosen, folder] { chosen = [folder](std::ostream& out) { unsettle(*folder, out); }; });
+      "what you wrote into others, stay, and so does what \"fact\", \"process\" and \"network\" set.",
+      [&chosen, folder] { chosen = [folder](std::ostream& out) { unsettle(*folder, out); }; });
+  addPathArgument(command, "DIR", *folder, "A demo Mac");
 }
 
 }  // namespace cirrovane::demo

@@ -11,7 +11,7 @@
 namespace cirrovane {
 namespace {
 
-icu::Locale localeOf(const std::string& identifier) {
+icu::Locale collationLocale(const std::string& identifier) {
   const icu::Locale locale =
       identifier.empty() ? icu::Locale::getDefault() : icu::Locale::createCanonical(identifier.c_str());
   // A machine without a language sorts by code points, all upper case first: no order for a person's folders.
@@ -30,7 +30,7 @@ struct ICUCollation::Rules {
 
   explicit Rules(const std::string& locale) {
     UErrorCode error = U_ZERO_ERROR;
-    collator.reset(icu::Collator::createInstance(localeOf(locale), error));
+    collator.reset(icu::Collator::createInstance(collationLocale(locale), error));
     if (U_FAILURE(error) != 0) {
       collator.reset();
       return;

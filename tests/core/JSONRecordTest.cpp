@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 // What holds for every record alike: its JSON form in both directions, equality and hash.
 

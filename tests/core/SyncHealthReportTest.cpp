@@ -4,6 +4,7 @@
 #include "tests/core/Builders.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace cirrovane::test {
 namespace {

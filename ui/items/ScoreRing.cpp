@@ -2,6 +2,7 @@
 
 #include "core/HealthState.h"
 #include "ui/items/ColourMesh.h"
+#include "ui/items/NormalShare.h"
 
 #include <QConicalGradient>
 #include <QPainterPath>
@@ -21,11 +22,6 @@ constexpr double kGap = 3;
 QColor faded(QColor colour, double opacity) {
   colour.setAlphaF(colour.alphaF() * static_cast<float>(opacity));
   return colour;
-}
-
-/// The share of a normal distribution below the value.
-double normalShare(double value) {
-  return std::erfc(-value / std::numbers::sqrt2) / 2;
 }
 
 double middleRadius(const RingLook& look) {

@@ -1,6 +1,7 @@
 #include "ui/items/SoftOrb.h"
 
 #include "ui/items/ColourMesh.h"
+#include "ui/items/NormalShare.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,11 +14,6 @@ constexpr int kRings = 40;
 constexpr int kSpokes = 72;
 /// Beyond as many blur radiuses from the edge nothing of the disc is left to see.
 constexpr double kReach = 3;
-
-/// The share of a normal distribution below the value.
-double normalShare(double value) {
-  return std::erfc(-value / std::numbers::sqrt2) / 2;
-}
 
 }  // namespace
 
