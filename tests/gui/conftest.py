@@ -119,22 +119,30 @@ def shared(shared_launcher):
     return application
 
 
-class HeldProbe:
-    """Keeps every scan of a Mac from its end until it lets go."""
+class HeldScan:
+    """Keeps every scan of an application from its end until it lets go: each reading of a file's state waits at a gate."""
 
     def __init__(self, mac):
-        self._go = mac.root / "go"
-        answer = (mac.root / "usr/sbin/route").read_text().removeprefix("#!/bin/sh\n")
-        hold = 'while [ ! -e "${0%/usr/*}/go" ]; do sleep 0.05; done\n'
-        mac.replace_command("usr/sbin/route", hold + answer)
+        gate = mac.root / "gate"
+        os.mkfifo(gate)
+        self._gate, self._open = gate, None
+        library = BUILD / "tests/cli/libslow_attributes.so"
+        assert library.exists(), f"{library} is missing"
+        self.environment = {"LD_PRELOAD": str(library), "CIRROVANE_TEST_GATE": str(gate)}
 
     def let_go(self):
-        self._go.touch()
+        # Held open for both, so that nobody waits at it any more.
+        self._open = self._open or os.open(self._gate, os.O_RDWR)
+
+    def close(self):
+        self.let_go()
+        os.close(self._open)
 
 
 @pytest.fixture
 def held(mac):
-    """The demo Mac's scans begin and do not end before `held.let_go()`."""
-    probe = HeldProbe(mac)
-    yield probe
-    probe.let_go()
+    """An application with `held.environment` on the demo Mac begins its scans and does not end them before
+    `held.let_go()`."""
+    scan = HeldScan(mac)
+    yield scan
+    scan.close()

@@ -1,5 +1,8 @@
 """The icon in the tray and the panel beside it."""
 
+import os
+from pathlib import Path
+
 import pytest
 from waiting import wait_until
 
@@ -30,14 +33,42 @@ def expect_icon(application, desktop, colour):
 
 def test_icon_followsTheState(launch, desktop, mac, held):
     mac.settle()
-    application = launch().ready()
-    expect_icon(application, desktop, YELLOW)
+    application = launch(**held.environment).ready()
+    expect_neutral_icon(application, desktop)
     held.let_go()
     application.wait_scanned()
     expect_icon(application, desktop, GREEN)
     mac.unsettle()
     application.rescan()
     expect_icon(application, desktop, RED)
+
+
+def test_icon_besideANo_isNeverGreen(launch, desktop, mac):
+    mac.settle()
+    spoil_one_file(mac)
+    application = launch().ready()
+    application.wait_scanned()
+    report = mac.ask("check")
+    assert report["status"] == "safe" and not report["safeToClose"]
+    expect_icon(application, desktop, YELLOW)
+    application.node("label", "NO")
+    application.node(None, "Yellow Needs Attention")
+    assert not application.all(name="Green Safe")
+
+
+def spoil_one_file(mac):
+    """One file's state cannot be read, and nothing else is amiss."""
+    folder = next(Path(folder["path"]) for folder in mac.watchlist)
+    file = next(path for path in sorted(folder.rglob("*")) if path.is_file() and not path.name.startswith("."))
+    os.setxattr(file, "user.icloud", b"isUploaded=maybe")
+
+
+def expect_neutral_icon(application, desktop):
+    def shows():
+        picture = tray_picture(desktop)
+        return picture is not None and not any(coloured(picture, colour) for colour in (GREEN, YELLOW, RED))
+
+    application.wait_until(shows, "one tray icon without a colour")
 
 
 def test_icon_applicationQuits_goesFromTheTray(launch, desktop):
@@ -82,10 +113,10 @@ def test_panelAtTheStart_isAtTheRightEdgeEvenBeforeTheTrayHasTheIcon(launch, des
 
 def test_panelAtTheStart_opensAloneAndTellsTheState(launch, mac, held):
     mac.settle()
-    application = launch("--panel")
+    application = launch("--panel", **held.environment)
     application.wait_for_window(PANEL_WIDTH)
     assert len(application.windows()) == 1
-    application.node("label", "Yellow Needs Attention")
+    application.node("label", "Scanning")
     application.node("label", "Do not close yet")
     held.let_go()
     application.node("label", "Green Safe")
