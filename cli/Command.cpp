@@ -1,7 +1,7 @@
 #include "cli/Command.h"
 
+#include "base/DisplayText.h"
 #include "cli/Arguments.h"
-#include "core/DisplayText.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/JSONWriter.h"
 #include "cli/ExitStatus.h"
 #include "cli/Output.h"
-#include "core/JSONWriter.h"
 #include "platform/Machine.h"
 #include "stores/WatchlistStore.h"
 

@@ -1,8 +1,9 @@
+#include "base/ASCII.h"
+#include "base/DisplayText.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/Scan.h"
 #include "cli/TextStyle.h"
-#include "core/DisplayText.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
 
 #include <algorithm>
@@ -60,19 +61,10 @@ ExitStatus diagnose(std::optional<DiagnosticDomain> domain, CommandContext& cont
   return ExitStatus::done;
 }
 
-std::string lowerCase(std::string_view text) {
-  std::string lower;
-  lower.reserve(text.size());
-  for (const char letter : text) {
-    lower += letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  }
-  return lower;
-}
-
 /// The domain of a name in any case; absent for any other text.
 std::optional<DiagnosticDomain> domainNamed(const std::string& name) {
   for (const auto& [domain, text] : kDiagnosticDomains) {
-    if (lowerCase(name) == lowerCase(text)) {
+    if (equalIgnoringCase(name, text)) {
       return domain;
     }
   }

@@ -1,10 +1,10 @@
+#include "base/DisplayText.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/Scan.h"
 #include "cli/TextStyle.h"
 #include "coordinator/Explanation.h"
-#include "core/DisplayText.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
 

@@ -1,8 +1,8 @@
+#include "base/DisplayText.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
-#include "core/DisplayText.h"
 #include "stores/IncidentFilter.h"
 #include "stores/IncidentStore.h"
 

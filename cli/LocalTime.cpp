@@ -1,6 +1,6 @@
 #include "cli/LocalTime.h"
 
-#include "core/ISO8601.h"
+#include "base/ISO8601.h"
 
 #include <ctime>
 

@@ -1,6 +1,6 @@
 #include "cli/ProgressLine.h"
 
-#include "core/DisplayText.h"
+#include "base/DisplayText.h"
 
 #include <cstddef>
 #include <string>

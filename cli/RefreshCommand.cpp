@@ -1,10 +1,11 @@
+#include "base/DisplayText.h"
+#include "base/Path.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/ProgressLine.h"
 #include "cli/ReportText.h"
 #include "coordinator/RefreshCycle.h"
-#include "core/DisplayText.h"
 
 #include <memory>
 #include <optional>
@@ -20,12 +21,11 @@ namespace {
 class InlineRefresh {
  public:
   explicit InlineRefresh(CommandContext& context)
-      : cycle_(makeServices(context.machine, &progress_),
-               {{executor_, executor_, executor_, executor_},
-                context.machine.fileStorage(),
-                context.machine.userDefaults(),
-                context.machine.clock(),
-                context.machine.monotonicClock()}) {
+      : cycle_(makeServices(context.machine, &progress_), {{executor_, executor_, executor_, executor_},
+                                                           context.machine.fileStorage(),
+                                                           context.machine.userDefaults(),
+                                                           context.machine.clock(),
+                                                           context.machine.monotonicClock()}) {
     const ProgressLine line(progress_, context.err);
     cycle_.refresh();
   }
@@ -80,7 +80,7 @@ ExitStatus exportPacket(const std::string& destination, CommandContext& context)
     return reportFailure(context, "Export failed: " + failure->message);
   }
   if (!context.wantsJSON) {
-    context.out.write(fmt::format("Proof packet exported to {}.\n", displayText(path.substr(path.rfind('/') + 1))));
+    context.out.write(fmt::format("Proof packet exported to {}.\n", displayText(lastPathComponent(path))));
   }
   return ExitStatus::done;
 }

@@ -1,6 +1,6 @@
 #include "cli/ReportText.h"
 
-#include "core/DisplayText.h"
+#include "base/DisplayText.h"
 #include "core/TrustScoring.h"
 
 #include <algorithm>

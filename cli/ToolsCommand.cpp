@@ -1,7 +1,7 @@
+#include "base/JSONRecord.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/TextStyle.h"
-#include "core/JSONRecord.h"
 #include "diagnostics/OptionalTool.h"
 #include "diagnostics/ToolInstaller.h"
 

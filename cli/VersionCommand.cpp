@@ -1,8 +1,8 @@
+#include "base/DisplayText.h"
+#include "base/JSONRecord.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "coordinator/AppUpdateService.h"
-#include "core/DisplayText.h"
-#include "core/JSONRecord.h"
 
 #include <string>
 #include <tuple>

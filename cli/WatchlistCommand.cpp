@@ -1,9 +1,9 @@
+#include "base/DisplayText.h"
+#include "base/UTF8.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/TextStyle.h"
-#include "core/DisplayText.h"
-#include "platform/UTF8.h"
 #include "stores/WatchlistStore.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
+#include "base/DisplayText.h"
 #include "cli/Command.h"
 #include "cli/ExitStatus.h"
 #include "cli/FolderArgument.h"
 #include "cli/Output.h"
-#include "core/DisplayText.h"
 #include "platform/CommandRunner.h"
 #include "platform/Machine.h"
 

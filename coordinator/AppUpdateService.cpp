@@ -1,8 +1,9 @@
 #include "coordinator/AppUpdateService.h"
 
+#include "base/ASCII.h"
+#include "base/TextPieces.h"
 #include "coordinator/DefaultsKeys.h"
 #include "coordinator/WebPages.h"
-#include "diagnostics/TextPieces.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -22,17 +23,10 @@ std::string buildNumber(const Bundle& bundle) {
   return bundle.infoText("CFBundleVersion").value_or("0");
 }
 
-bool isHexadecimal(char byte) {
-  return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'F') || (byte >= 'a' && byte <= 'f');
-}
-
 /// What follows "https://" or "http://", in whatever case; absent when the text begins with neither.
 std::optional<std::string_view> afterWebScheme(std::string_view text) {
-  const auto isSameLetter = [](char byte, char lower) {
-    return byte == lower || (byte >= 'A' && byte <= 'Z' && byte - 'A' + 'a' == lower);
-  };
   for (const std::string_view scheme : {"https://", "http://"}) {
-    if (std::ranges::equal(text.substr(0, scheme.size()), scheme, isSameLetter)) {
+    if (equalIgnoringCase(text.substr(0, scheme.size()), scheme)) {
       return text.substr(scheme.size());
     }
   }
@@ -44,7 +38,7 @@ bool isAllowedAt(std::string_view text, std::size_t position) {
   const char byte = text[position];
   if (byte == '%') {
     const std::string_view digits = text.substr(position + 1, 2);
-    return digits.size() == 2 && std::ranges::all_of(digits, isHexadecimal);
+    return digits.size() == 2 && std::ranges::all_of(digits, isHexadecimalDigit);
   }
   return byte > ' ' && byte < '\x7f' && std::string_view("\"<>\\^`{|}").find(byte) == std::string_view::npos;
 }

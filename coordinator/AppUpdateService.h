@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Published.h"
+#include "base/Published.h"
 #include "platform/Bundle.h"
 #include "platform/Clock.h"
 #include "platform/TimeText.h"

@@ -1,5 +1,7 @@
 #include "coordinator/DashboardViewModel.h"
 
+#include "base/Path.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -45,15 +47,14 @@ void DashboardViewModel::addFolderFromPanel() {
 
 void DashboardViewModel::exportProofPacket() {
   const std::weak_ptr owner = alive_;
-  const std::string proposedName =
-      "cirrovane-proof-" + environment_.timeText.fileNameStamp(clock_.now()) + ".json";
+  const std::string proposedName = "cirrovane-proof-" + environment_.timeText.fileNameStamp(clock_.now()) + ".json";
   const auto path = environment_.panels.chooseFileToSave({"Export Proof Packet", proposedName});
   if (!path || owner.expired()) {
     return;
   }
   const std::optional<Failure> failure = cycle_.exportProofPacket(*path);
   exportNote_.set(failure ? "Export failed: " + failure->message
-                          : "Proof packet exported to " + path->substr(path->rfind('/') + 1) + ".");
+                          : "Proof packet exported to " + std::string(lastPathComponent(*path)) + ".");
 }
 
 void DashboardViewModel::revealInFinder(const std::string& path) {

@@ -1,7 +1,7 @@
 #include "coordinator/GuardrailNotificationService.h"
 
+#include "base/UUID.h"
 #include "coordinator/DefaultsKeys.h"
-#include "core/UUID.h"
 
 #include <memory>
 #include <utility>

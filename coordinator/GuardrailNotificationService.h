@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Shared.h"
+#include "base/Shared.h"
 #include "core/SyncHealthReport.h"
 #include "platform/Bundle.h"
 #include "platform/NotificationCenter.h"

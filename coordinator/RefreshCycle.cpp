@@ -183,12 +183,8 @@ std::optional<Failure> RefreshCycle::exportProofPacket(const std::string& path) 
 }
 
 ProofPacket RefreshCycle::proofPacket() const {
-  return {environment_.clock.now(),
-          report_.value(),
-          packetHistory(services_.historyStore->snapshots()),
-          diagnostics_.value(),
-          incidents_.value(),
-          systemStatus_.value()};
+  return {environment_.clock.now(), report_.value(),    packetHistory(services_.historyStore->snapshots()),
+          diagnostics_.value(),     incidents_.value(), systemStatus_.value()};
 }
 
 }  // namespace cirrovane

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Published.h"
+#include "base/Shared.h"
 #include "coordinator/Services.h"
 #include "coordinator/VerdictStanding.h"
-#include "core/Published.h"
-#include "core/Shared.h"
 #include "core/SyncHealthReport.h"
 #include "diagnostics/DiagnosticFinding.h"
 #include "diagnostics/SystemStatusSnapshot.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/JSONRecord.h"
+#include "base/JSONRecord.h"
+#include "base/UUID.h"
 #include "core/SyncHealthReport.h"
-#include "core/UUID.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "core/BlockerReason.h"
 
-#include "core/JSONRecord.h"
+#include "base/JSONRecord.h"
 
 #include <cstddef>
 

@@ -1,5 +1,7 @@
 #include "core/FolderNaming.h"
 
+#include "base/Path.h"
+
 namespace cirrovane {
 namespace {
 
@@ -17,15 +19,8 @@ std::string watchFolderName(std::string_view path) {
   }
   const std::string_view trimmed = withoutTrailingSlash(path);
   // The last component of the root is "/" itself, as in a file URL.
-  const std::string_view name = trimmed == "/" ? trimmed : trimmed.substr(trimmed.rfind('/') + 1);
+  const std::string_view name = trimmed == "/" ? trimmed : lastPathComponent(trimmed);
   return name.empty() ? "Folder" : std::string(name);
-}
-
-std::string_view withoutTrailingSlash(std::string_view path) {
-  while (path.size() > 1 && path.back() == '/') {
-    path.remove_suffix(1);
-  }
-  return path;
 }
 
 }  // namespace cirrovane

@@ -15,7 +15,4 @@ bool isInsideICloudDrive(std::string_view path);
 /// else "Folder".
 std::string watchFolderName(std::string_view path);
 
-/// The path without its trailing slashes; the root stays "/".
-std::string_view withoutTrailingSlash(std::string_view path);
-
 }  // namespace cirrovane

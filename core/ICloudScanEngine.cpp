@@ -1,8 +1,9 @@
 #include "core/ICloudScanEngine.h"
 
+#include "base/Path.h"
+#include "base/UUID.h"
 #include "core/FolderNaming.h"
 #include "core/TrustScoring.h"
-#include "core/UUID.h"
 
 #include <algorithm>
 #include <iterator>
@@ -26,7 +27,7 @@ std::string relativePath(const std::string& itemPath, const std::string& folderP
     position = found + prefix.size();
   }
   relative.append(itemPath, position);
-  return relative.empty() ? itemPath.substr(itemPath.rfind('/') + 1) : relative;
+  return relative.empty() ? std::string(lastPathComponent(itemPath)) : relative;
 }
 
 /// The walk over one folder: counts its files into the scan's metrics and collects the folder's blockers.

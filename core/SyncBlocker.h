@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/JSONRecord.h"
+#include "base/Time.h"
+#include "base/UUID.h"
 #include "core/BlockerReason.h"
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
-#include "platform/Time.h"
 
 #include <optional>
 #include <string>

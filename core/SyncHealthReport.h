@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/JSONRecord.h"
+#include "base/Time.h"
+#include "base/UUID.h"
 #include "core/HealthState.h"
-#include "core/JSONRecord.h"
 #include "core/SyncBlocker.h"
-#include "core/UUID.h"
 #include "core/WatchFolder.h"
-#include "platform/Time.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
+#include "base/JSONRecord.h"
+#include "base/UUID.h"
 
 #include <string>
 #include <tuple>

@@ -1,5 +1,7 @@
 #include "demo/SampleContent.h"
 
+#include "base/Path.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -54,7 +56,7 @@ constexpr std::array kFormats = std::to_array<Format>({
 constexpr Format kUnknown = {"", "", ""};
 
 const Format& formatOf(std::string_view path) {
-  const std::string_view name = path.substr(path.rfind('/') + 1);
+  const std::string_view name = lastPathComponent(path);
   const std::size_t dot = name.rfind('.');
   const std::string_view extension = dot == std::string_view::npos ? "" : name.substr(dot + 1);
   const auto* found = std::ranges::find(kFormats, extension, &Format::extension);

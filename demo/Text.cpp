@@ -1,5 +1,7 @@
 #include "demo/Text.h"
 
+#include "base/ASCII.h"
+
 #include <algorithm>
 #include <array>
 #include <system_error>
@@ -11,8 +13,7 @@ namespace {
 
 bool isPlainInShell(char letter) {
   constexpr std::string_view kPlainMarks = "/._-+=:,@%";
-  return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9') ||
-         kPlainMarks.find(letter) != std::string_view::npos;
+  return isLetter(letter) || isDigit(letter) || kPlainMarks.find(letter) != std::string_view::npos;
 }
 
 }  // namespace

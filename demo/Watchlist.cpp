@@ -1,5 +1,6 @@
 #include "demo/Watchlist.h"
 
+#include "base/ASCII.h"
 #include "demo/AtomicFile.h"
 #include "demo/Failure.h"
 #include "demo/Text.h"
@@ -22,12 +23,10 @@ using nlohmann::json;
 constexpr mode_t kOwnFile = 0600;
 constexpr mode_t kOwnFolder = 0700;
 
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
+constexpr auto kLowerCase = [](char letter) { return lowerCase(letter); };
 
 bool goesBefore(const WatchedFolder& lhs, const WatchedFolder& rhs) {
-  return std::ranges::lexicographical_compare(lhs.name, rhs.name, {}, lowerCase, lowerCase);
+  return std::ranges::lexicographical_compare(lhs.name, rhs.name, {}, kLowerCase, kLowerCase);
 }
 
 void makeOwnFolder(const std::filesystem::path& folder) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
-#include "platform/Time.h"
+#include "base/JSONRecord.h"
+#include "base/Time.h"
+#include "base/UUID.h"
 
 #include <array>
 #include <cstdint>

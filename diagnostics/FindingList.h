@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/UUID.h"
+#include "base/UUID.h"
 #include "diagnostics/CollectedFindings.h"
 #include "diagnostics/DiagnosticFinding.h"
 #include "platform/Clock.h"

@@ -1,6 +1,7 @@
 #include "diagnostics/StatusParsers.h"
 
-#include "diagnostics/TextPieces.h"
+#include "base/ASCII.h"
+#include "base/TextPieces.h"
 
 #include <algorithm>
 #include <array>
@@ -18,10 +19,6 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-
-bool isDigit(char byte) {
-  return byte >= '0' && byte <= '9';
-}
 
 std::size_t digitsAtStart(std::string_view text) {
   return static_cast<std::size_t>(std::ranges::find_if_not(text, isDigit) - text.begin());
@@ -91,7 +88,7 @@ std::uint64_t pageCount(std::string_view text, std::string_view label) {
 }
 
 bool isLetterOrDigit(char byte) {
-  return isDigit(byte) || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+  return isDigit(byte) || isLetter(byte);
 }
 
 bool isFollowedByDegrees(std::string_view rest) {

@@ -1,6 +1,6 @@
 #include "diagnostics/SystemCommands.h"
 
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/JSONRecord.h"
-#include "platform/Time.h"
+#include "base/JSONRecord.h"
+#include "base/Time.h"
 
 #include <cstdint>
 #include <optional>

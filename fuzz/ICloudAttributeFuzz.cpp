@@ -1,7 +1,7 @@
 // The attribute that holds a file's cloud state: any program can write any bytes into it.
 
+#include "base/UTF8.h"
 #include "fuzz/Require.h"
-#include "platform/UTF8.h"
 #include "platform/linux/ICloudAttribute.h"
 
 #include <cstddef>

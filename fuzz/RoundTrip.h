@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/ISO8601.h"
-#include "core/JSONReader.h"
-#include "core/JSONWriter.h"
+#include "base/ISO8601.h"
+#include "base/JSONReader.h"
+#include "base/JSONWriter.h"
 #include "fuzz/Require.h"
 
 #include <optional>

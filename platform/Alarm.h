@@ -5,8 +5,8 @@
 
 namespace cirrovane {
 
-/// Rings once after a time that counts the machine's sleep, and early whenever the machine wakes. Main thread only, where
-/// it also rings.
+/// Rings once after a time that counts the machine's sleep, and early whenever the machine wakes. Main thread only,
+/// where it also rings.
 class Alarm {
  public:
   virtual ~Alarm() = default;

@@ -1,13 +1,12 @@
 #include "platform/Bundle.h"
 
+#include "base/Path.h"
+
 namespace cirrovane {
 
 bool isApplicationBundle(const Bundle& bundle) {
-  std::string location = bundle.location();
-  while (location.ends_with('/')) {
-    location.pop_back();
-  }
-  const std::string name = location.substr(location.rfind('/') + 1);
+  const std::string location = bundle.location();
+  const std::string_view name = lastPathComponent(withoutTrailingSlash(location));
   // A name that begins with its only dot is hidden, and has no extension.
   return name.ends_with(".app") && name != ".app";
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ByteSink.h"
-#include "platform/Result.h"
+#include "base/ByteSink.h"
+#include "base/Result.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "base/Result.h"
 #include "platform/Bundle.h"
 #include "platform/Clock.h"
 #include "platform/Collation.h"
 #include "platform/CommandRunner.h"
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
-#include "platform/Result.h"
 #include "platform/SystemInformation.h"
 #include "platform/TimeText.h"
 #include "platform/UserDefaults.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
+#include "base/JSONRecord.h"
+#include "base/Time.h"
+#include "base/UUID.h"
 #include "diagnostics/DiagnosticFinding.h"
-#include "platform/Time.h"
 
 #include <cstdint>
 #include <optional>

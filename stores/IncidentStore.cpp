@@ -1,6 +1,7 @@
 #include "stores/IncidentStore.h"
 
-#include "core/UUID.h"
+#include "base/ASCII.h"
+#include "base/UUID.h"
 
 #include <algorithm>
 #include <string_view>
@@ -13,16 +14,6 @@ namespace {
 
 // Titles are this program's own, in English.
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
-
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') {
-      letter = static_cast<char>(letter - 'A' + 'a');
-    }
-  }
-  return lower;
-}
 
 std::string_view trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);

@@ -1,6 +1,6 @@
 #include "stores/ProofPacket.h"
 
-#include "core/JSONWriter.h"
+#include "base/JSONWriter.h"
 
 #include <algorithm>
 

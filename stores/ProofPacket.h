@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/JSONRecord.h"
-#include "core/Shared.h"
+#include "base/JSONRecord.h"
+#include "base/Shared.h"
 #include "core/SyncHealthReport.h"
 #include "diagnostics/DiagnosticFinding.h"
 #include "diagnostics/SystemStatusSnapshot.h"

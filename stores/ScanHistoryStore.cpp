@@ -1,6 +1,6 @@
 #include "stores/ScanHistoryStore.h"
 
-#include "core/UUID.h"
+#include "base/UUID.h"
 
 #include <algorithm>
 #include <iterator>

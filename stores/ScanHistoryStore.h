@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Published.h"
+#include "base/Published.h"
 #include "core/SyncHealthReport.h"
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/JSONRecord.h"
+#include "base/Time.h"
+#include "base/UUID.h"
 #include "core/BlockerReason.h"
 #include "core/HealthState.h"
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
-#include "platform/Time.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,5 +1,6 @@
 #include "stores/StoreFile.h"
 
+#include "base/Path.h"
 #include "core/FolderNaming.h"
 
 namespace cirrovane {
@@ -35,7 +36,7 @@ void StoreFile::save(const ByteProducer& produce) {
 }
 
 std::optional<Failure> StoreFile::trySave(const ByteProducer& produce) {
-  if (auto failure = storage_.createFolders(path_.substr(0, path_.rfind('/')), FileAccess::privateToUser)) {
+  if (auto failure = storage_.createFolders(std::string(parentPath(path_)), FileAccess::privateToUser)) {
     return failure;
   }
   if (isUnreadable_) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ByteSink.h"
+#include "base/ByteSink.h"
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
 

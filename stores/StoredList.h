@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/JSONReader.h"
-#include "core/JSONWriter.h"
-#include "core/Published.h"
+#include "base/JSONReader.h"
+#include "base/JSONWriter.h"
+#include "base/Published.h"
 #include "stores/StoreFile.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #include "stores/WatchlistStore.h"
 
+#include "base/UUID.h"
 #include "core/FolderNaming.h"
-#include "core/UUID.h"
 
 #include <algorithm>
 #include <utility>

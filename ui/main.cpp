@@ -1,4 +1,4 @@
-#include "core/DisplayText.h"
+#include "base/DisplayText.h"
 #include "platform/CommandRunner.h"
 #include "platform/Desktop.h"
 #include "platform/qt/SingleInstance.h"

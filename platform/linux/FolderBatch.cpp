@@ -1,5 +1,6 @@
 #include "platform/linux/FolderBatch.h"
 
+#include "base/Path.h"
 #include "platform/linux/ICloudAttribute.h"
 #include "platform/linux/Packages.h"
 
@@ -123,7 +124,7 @@ void FolderBatch::becomeUnreadable(const WalkedFolder& folder) {
   unreadable_ = &folder;
   // The folder that a walk starts at is named by its whole path.
   const std::string_view name = folder.name;
-  items_.push_back({name.substr(name.rfind('/') + 1), std::nullopt});
+  items_.push_back({lastPathComponent(name), std::nullopt});
 }
 
 void FolderBatch::addEntry(int descriptor, std::string_view name, unsigned char type) {

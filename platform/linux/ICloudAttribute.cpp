@@ -1,6 +1,6 @@
 #include "platform/linux/ICloudAttribute.h"
 
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 
 namespace cirrovane {
 namespace {

@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxUserDefaults.h"
 
+#include "base/Path.h"
+
 #include <cstddef>
 
 #include <nlohmann/json.hpp>
@@ -49,7 +51,7 @@ std::optional<Failure> LinuxUserDefaults::store(std::string_view key, const Valu
   const std::string path = root_.userDefaultsPath();
   json all = readAll(storage_, path);
   all[std::string(key)] = value;
-  if (auto failure = storage_.createFolders(path.substr(0, path.rfind('/')), FileAccess::asUsual)) {
+  if (auto failure = storage_.createFolders(std::string(parentPath(path)), FileAccess::asUsual)) {
     return failure;
   }
   const std::string text = all.dump(2, ' ', /*ensure_ascii=*/false, json::error_handler_t::replace) + "\n";

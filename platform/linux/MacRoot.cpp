@@ -1,5 +1,6 @@
 #include "platform/linux/MacRoot.h"
 
+#include "base/Path.h"
 #include "platform/posix/FileDescriptor.h"
 
 #include <algorithm>
@@ -147,17 +148,14 @@ std::string hostFolder(const char* variable, std::string_view belowHome) {
   return hostHomeDirectory() + std::string(belowHome);
 }
 
-std::string withoutTrailingSlashes(std::string path) {
-  while (path.size() > 1 && path.back() == '/') {
-    path.pop_back();
-  }
-  return path;
+std::string trimmed(std::string_view path) {
+  return std::string(withoutTrailingSlash(path));
 }
 
 }  // namespace
 
 Result<MacRoot> MacRoot::open(std::string path) {
-  MacRoot root(withoutTrailingSlashes(std::move(path)));
+  MacRoot root(trimmed(path));
   if (!isFolder(root.path_)) {
     return Failure{fmt::format("There is no folder {} to use as a Mac's disk.", root.path_)};
   }
@@ -207,20 +205,20 @@ std::optional<std::string> MacRoot::notificationAuthorization() const {
 
 std::string MacRoot::homeDirectory() const {
   if (isHost()) {
-    return withoutTrailingSlashes(hostHomeDirectory());
+    return trimmed(hostHomeDirectory());
   }
   const std::string home = facts().value("home", std::string(kDefaultHome));
-  return withoutTrailingSlashes((path_ == "/" ? "" : path_) + home);
+  return trimmed((path_ == "/" ? "" : path_) + home);
 }
 
 std::string MacRoot::applicationSupportDirectory() const {
-  return isHost() ? withoutTrailingSlashes(hostFolder("XDG_DATA_HOME", "/.local/share"))
+  return isHost() ? trimmed(hostFolder("XDG_DATA_HOME", "/.local/share"))
                   : homeDirectory() + "/Library/Application Support";
 }
 
 std::string MacRoot::userDefaultsPath() const {
-  const std::string folder = isHost() ? withoutTrailingSlashes(hostFolder("XDG_CONFIG_HOME", "/.config"))
-                                      : homeDirectory() + "/Library/Preferences";
+  const std::string folder =
+      isHost() ? trimmed(hostFolder("XDG_CONFIG_HOME", "/.config")) : homeDirectory() + "/Library/Preferences";
   return folder + "/com.quillmere.Cirrovane.json";
 }
 

@@ -1,5 +1,7 @@
 #include "platform/linux/Packages.h"
 
+#include "base/ASCII.h"
+
 #include <algorithm>
 #include <array>
 
@@ -32,14 +34,6 @@ constexpr std::array<std::string_view, 44> kPackageExtensions = {
     "workflow",      "xcarchive",
     "xcodeproj",     "xcworkspace",
 };
-
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool equalIgnoringCase(std::string_view lhs, std::string_view rhs) {
-  return std::ranges::equal(lhs, rhs, {}, lowerCase, lowerCase);
-}
 
 }  // namespace
 

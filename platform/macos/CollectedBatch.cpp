@@ -1,5 +1,6 @@
 #include "platform/macos/CollectedBatch.h"
 
+#include "base/Path.h"
 #include "platform/macos/FrameworkNumbers.h"
 
 #include <utility>
@@ -9,7 +10,7 @@ namespace cirrovane {
 void CollectedBatch::add(std::string path, const ResourceDictionary* dictionary) {
   const std::string& kept = paths_.emplace_back(std::move(path));
   Item& item = items_.emplace_back();
-  item.name = std::string_view(kept).substr(kept.rfind('/') + 1);
+  item.name = lastPathComponent(kept);
   if (dictionary == nullptr) {
     return;
   }

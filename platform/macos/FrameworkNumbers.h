@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Time.h"
 #include "platform/NotificationCenter.h"
 #include "platform/SystemInformation.h"
-#include "platform/Time.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,5 +1,7 @@
 #include "platform/posix/DurableWriter.h"
 
+#include "base/Path.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -24,7 +26,7 @@ constexpr mode_t kUsualMode = 0666;
 
 /// The error that errno holds, as one sentence about the file.
 Failure failureOf(const std::string& path, int error) {
-  const std::string name = path.substr(path.rfind('/') + 1);
+  const std::string name(lastPathComponent(path));
   return {"\u201C" + name + "\u201D could not be written: " + std::strerror(error) + "."};
 }
 
@@ -218,7 +220,7 @@ std::optional<Failure> writeDurably(const FileCalls& calls, const std::string& p
     return failureOf(path, errno);
   }
   removeAbandoned(calls, folder.get());
-  const std::string target = path.substr(path.rfind('/') + 1);
+  const std::string target(lastPathComponent(path));
   if (const int error = obstacleAt(folder.get(), target)) {
     return failureOf(path, error);
   }

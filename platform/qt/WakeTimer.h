@@ -5,8 +5,8 @@
 
 namespace cirrovane {
 
-/// Calls a function on the main thread when the machine wakes from sleep, and also when its clock is set: Linux tells the
-/// two in one breath. To be made when there is an application object; wakes the process at no other time.
+/// Calls a function on the main thread when the machine wakes from sleep, and also when its clock is set: Linux tells
+/// the two in one breath. To be made when there is an application object; wakes the process at no other time.
 class WakeTimer {
  public:
   explicit WakeTimer(std::function<void()> woke);

@@ -1,4 +1,4 @@
-#include "core/DisplayText.h"
+#include "base/DisplayText.h"
 #include "tests/cli/HealthyMac.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 #include "tests/cli/Program.h"
 
 #include <cstddef>

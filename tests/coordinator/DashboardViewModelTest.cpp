@@ -166,9 +166,9 @@ TEST_F(Dashboard, publication_isOfTheReportAtOnceAndThenInOrderAndOnceEach) {
   status_.runAll();
   EXPECT_THAT(events_, ElementsAre("isScanning", "report", "verdict"));
   main_.runOne();
-  EXPECT_THAT(events_, ElementsAre("isScanning", "report", "verdict", "historyStore.snapshots", "diagnostics",
-                                   "diagnosticsUpdatedAt", "systemStatus", "incidentStore.records", "incidents",
-                                   "isScanning"));
+  EXPECT_THAT(events_,
+              ElementsAre("isScanning", "report", "verdict", "historyStore.snapshots", "diagnostics",
+                          "diagnosticsUpdatedAt", "systemStatus", "incidentStore.records", "incidents", "isScanning"));
   runAll();
   EXPECT_EQ(events_.size(), 10U);
 }

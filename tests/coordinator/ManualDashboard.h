@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/JSONReader.h"
+#include "base/JSONReader.h"
 #include "tests/coordinator/DashboardFixture.h"
 #include "tests/support/ManualExecutor.h"
 

@@ -1,6 +1,6 @@
+#include "base/JSONReader.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/Services.h"
-#include "core/JSONReader.h"
 #include "tests/coordinator/Builders.h"
 #include "tests/support/FakePanels.h"
 #include "tests/support/FakeUserDefaults.h"
@@ -88,12 +88,13 @@ TEST_F(ServicesOfAMachine, wholeCycleInOneGo_isKeptForTheNextLaunch) {
   FakePanels panels;
   FakeWorkspace workspace;
   {
-    DashboardViewModel dashboard(makeServices(*machine_), {{executor, executor, executor, executor},
-                                                  machine_->fileStorage(),
-                                                  machine_->userDefaults(),
-                                                  machine_->clock(),
-                                                  machine_->monotonicClock()},
-                                {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
+    DashboardViewModel dashboard(makeServices(*machine_),
+                                 {{executor, executor, executor, executor},
+                                  machine_->fileStorage(),
+                                  machine_->userDefaults(),
+                                  machine_->clock(),
+                                  machine_->monotonicClock()},
+                                 {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
     dashboard.refresh();
     EXPECT_FALSE(dashboard.isScanning());
     EXPECT_THAT(dashboard.report().blockers, SizeIs(1));
@@ -111,12 +112,13 @@ TEST_F(ServicesOfAMachine, exportOnTheDisk_isThePacketOrTellsWhyNot) {
   ManualTimer timer;
   FakePanels panels;
   FakeWorkspace workspace;
-  DashboardViewModel dashboard(makeServices(*machine_), {{executor, executor, executor, executor},
-                                                  machine_->fileStorage(),
-                                                  machine_->userDefaults(),
-                                                  machine_->clock(),
-                                                  machine_->monotonicClock()},
-                                {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
+  DashboardViewModel dashboard(makeServices(*machine_),
+                               {{executor, executor, executor, executor},
+                                machine_->fileStorage(),
+                                machine_->userDefaults(),
+                                machine_->clock(),
+                                machine_->monotonicClock()},
+                               {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
   panels.answer = folder_ / "proof.json";
   writeFile(*panels.answer, "an older one");
   dashboard.exportProofPacket();

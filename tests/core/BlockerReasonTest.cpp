@@ -1,7 +1,7 @@
+#include "base/JSONReader.h"
+#include "base/JSONWriter.h"
 #include "core/BlockerReason.h"
 #include "core/HealthState.h"
-#include "core/JSONReader.h"
-#include "core/JSONWriter.h"
 #include "tests/core/Builders.h"
 
 #include <array>

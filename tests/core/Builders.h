@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/JSONWriter.h"
+#include "base/JSONWriter.h"
 #include "core/SyncHealthReport.h"
 #include "core/WatchFolder.h"
 

@@ -1,3 +1,4 @@
+#include "base/Path.h"
 #include "core/FolderNaming.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "core/JSONReader.h"
+#include "base/JSONReader.h"
 #include "core/SyncHealthReport.h"
 #include "platform/Clock.h"
 #include "tests/core/Builders.h"

@@ -1,5 +1,5 @@
-#include "core/JSONReader.h"
-#include "core/JSONWriter.h"
+#include "base/JSONReader.h"
+#include "base/JSONWriter.h"
 #include "diagnostics/DiagnosticFinding.h"
 
 #include <string>

@@ -28,7 +28,7 @@ TARGET = "arm64-apple-macos13"
 # What a Mac builds. The sources of the folders below use no header that the prelude could not read first.
 PATTERNS = ("platform/*.cpp", "platform/posix/*.cpp", "platform/macos/*.cpp", "platform/macos/*.mm")
 # What it builds besides, with libraries that take minutes to read.
-SHARED_PATTERNS = ("core/*.cpp", "diagnostics/*.cpp", "stores/*.cpp", "coordinator/*.cpp", "cli/*.cpp")
+SHARED_PATTERNS = ("base/*.cpp", "core/*.cpp", "diagnostics/*.cpp", "stores/*.cpp", "coordinator/*.cpp", "cli/*.cpp")
 ANGLED = re.compile(r"^\s*#\s*(?:include|import)\s*<([^>]+)>", re.MULTILINE)
 WARNINGS = ("-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor "
             "-Woverloaded-virtual -Woverriding-method-mismatch -Wimplicit-fallthrough -Wcast-align -Wundef "

@@ -1,5 +1,7 @@
 #include "tests/support/FakeFileSystem.h"
 
+#include "base/Path.h"
+
 #include <algorithm>
 #include <span>
 #include <string_view>
@@ -15,7 +17,7 @@ std::optional<std::string_view> viewOf(const std::optional<std::string>& text) {
 
 Item itemOf(const FakeItem& fake) {
   Item item;
-  item.name = std::string_view(fake.path).substr(fake.path.rfind('/') + 1);
+  item.name = lastPathComponent(fake.path);
   if (fake.values) {
     const FakeValues& values = *fake.values;
     item.values = ResourceValues{.isDirectory = values.isDirectory,

@@ -42,13 +42,13 @@ TEST_F(SafetyExplainerViewModelTest, beforeTheFirstScan_isNoAndNothingPasses) {
   EXPECT_EQ(page_->lastEvaluation(), "Last evaluation: not yet");
   EXPECT_FALSE(page_->hasTopBlocker());
   const std::string notChecked = "|ellipsis.circle|none|Not checked yet";
-  EXPECT_THAT(texts(*page_->criteria()),
-              ElementsAre("No pending uploads|No pending uploads detected." + notChecked,
-                          "No unresolved conflicts|No unresolved conflict states detected." + notChecked,
-                          "No upload/download errors|No iCloud transfer errors detected." + notChecked,
-                          "No critical blockers|No critical blocker category is active." + notChecked,
-                          "Watchlist coverage intact|All watched folders are reachable and within coverage." +
-                              notChecked));
+  EXPECT_THAT(
+      texts(*page_->criteria()),
+      ElementsAre("No pending uploads|No pending uploads detected." + notChecked,
+                  "No unresolved conflicts|No unresolved conflict states detected." + notChecked,
+                  "No upload/download errors|No iCloud transfer errors detected." + notChecked,
+                  "No critical blockers|No critical blocker category is active." + notChecked,
+                  "Watchlist coverage intact|All watched folders are reachable and within coverage." + notChecked));
 }
 
 TEST_F(SafetyExplainerViewModelTest, passingCriteria_areMarked) {

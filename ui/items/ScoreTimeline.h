@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Shared.h"
+#include "base/Shared.h"
 #include "stores/ScanSnapshot.h"
 #include "ui/items/TimeMarks.h"
 

@@ -1,5 +1,6 @@
 #include "ui/viewmodels/BlockerText.h"
 
+#include "base/Path.h"
 #include "ui/viewmodels/Text.h"
 
 #include <string_view>
@@ -23,7 +24,7 @@ std::vector<RowListModel::Row> blockerRows(std::span<const SyncBlocker> blockers
 
 QString blockerLine(const SyncBlocker& blocker) {
   const std::string_view path = blocker.filePath;
-  const std::string_view name = path.substr(path.rfind('/') + 1);
+  const std::string_view name = lastPathComponent(path);
   return toQString(displayTitle(blocker.reason)) + QStringLiteral(": ") + toDisplay(name.empty() ? path : name);
 }
 

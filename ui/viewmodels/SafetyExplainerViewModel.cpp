@@ -39,9 +39,9 @@ void SafetyExplainerViewModel::begin() {
 void SafetyExplainerViewModel::update() {
   const SyncHealthReport& report = dashboard().report();
   verdict_ = dashboard().verdict();
-  lastEvaluation_ = QStringLiteral("Last evaluation: ") +
-                    (verdict_.isKnown() ? toQString(context()->timeText().timeOfDay(report.generatedAt))
-                                        : QStringLiteral("not yet"));
+  lastEvaluation_ =
+      QStringLiteral("Last evaluation: ") +
+      (verdict_.isKnown() ? toQString(context()->timeText().timeOfDay(report.generatedAt)) : QStringLiteral("not yet"));
   showCriteria();
   const SyncBlocker* blocker = report.blockers.empty() ? nullptr : &report.blockers.front();
   topBlockerReason_ = blocker != nullptr ? toQString(displayTitle(blocker->reason)) : QString();
@@ -65,9 +65,9 @@ void SafetyExplainerViewModel::showCriteria() {
                                : criterion.isPassing ? CriterionSign{"checkmark.circle.fill", "ok", "Passed"}
                                                      : CriterionSign{"xmark.octagon.fill", "error", "Not passed"};
     const QString title = toQString(criterion.title);
-    rows.push_back({title,
-                    {title, toQString(criterion.detail), toQString(sign.symbol), toQString(sign.level),
-                     toQString(sign.words)}});
+    rows.push_back(
+        {title,
+         {title, toQString(criterion.detail), toQString(sign.symbol), toQString(sign.level), toQString(sign.words)}});
   }
   criteria_.setRows(std::move(rows));
 }

@@ -57,7 +57,9 @@ QString SnapshotViewModel::verdictNote() const {
 }
 
 QString SnapshotViewModel::scores() const {
-  return QStringLiteral("Upload Trust %1 · Local %2").arg(dashboard_.report().score).arg(dashboard_.report().localAvailabilityScore);
+  return QStringLiteral("Upload Trust %1 · Local %2")
+      .arg(dashboard_.report().score)
+      .arg(dashboard_.report().localAvailabilityScore);
 }
 
 QString SnapshotViewModel::toolTip() const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/DisplayText.h"
+#include "base/DisplayText.h"
 
 #include <QString>
 #include <string_view>

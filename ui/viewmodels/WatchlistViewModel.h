@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/UUID.h"
+#include "base/UUID.h"
 #include "ui/viewmodels/PageViewModel.h"
 #include "ui/viewmodels/RowListModel.h"
 

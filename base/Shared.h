@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/JSONRecord.h"
+#include "base/JSONRecord.h"
 
 #include <cstddef>
 #include <memory>

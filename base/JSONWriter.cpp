@@ -1,6 +1,6 @@
-#include "core/JSONWriter.h"
+#include "base/JSONWriter.h"
 
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 
 #include <cmath>
 

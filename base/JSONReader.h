@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/ISO8601.h"
-#include "core/JSONRecord.h"
-#include "core/UUID.h"
+#include "base/ISO8601.h"
+#include "base/JSONRecord.h"
+#include "base/UUID.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
-#include "core/DisplayText.h"
+#include "base/DisplayText.h"
 
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 
 #include <cstddef>
 #include <iterator>

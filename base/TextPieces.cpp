@@ -1,6 +1,6 @@
-#include "diagnostics/TextPieces.h"
+#include "base/TextPieces.h"
 
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 
 #include <cstddef>
 

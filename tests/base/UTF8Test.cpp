@@ -1,4 +1,4 @@
-#include "platform/UTF8.h"
+#include "base/UTF8.h"
 
 #include <array>
 #include <cstdint>

@@ -1,5 +1,5 @@
-#include "core/DisplayText.h"
-#include "platform/UTF8.h"
+#include "base/DisplayText.h"
+#include "base/UTF8.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "core/ISO8601.h"
+#include "base/ISO8601.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "core/JSONReader.h"
+#include "base/JSONReader.h"
 
 #include <cstddef>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "core/UUID.h"
+#include "base/UUID.h"
 
 #include <cstring>
 

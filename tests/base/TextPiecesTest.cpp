@@ -1,4 +1,4 @@
-#include "diagnostics/TextPieces.h"
+#include "base/TextPieces.h"
 
 #include <cstddef>
 #include <string>

@@ -1,6 +1,6 @@
-#include "core/JSONReader.h"
-#include "core/JSONWriter.h"
-#include "platform/UTF8.h"
+#include "base/JSONReader.h"
+#include "base/JSONWriter.h"
+#include "base/UTF8.h"
 #include "tests/core/Builders.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "core/Published.h"
+#include "base/Published.h"
 
 #include <memory>
 #include <string>
