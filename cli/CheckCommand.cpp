@@ -2,7 +2,6 @@
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/ReportText.h"
-#include "cli/Scan.h"
 #include "core/FolderNaming.h"
 
 #include <algorithm>
@@ -51,14 +50,14 @@ std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments)
 }
 
 /// The folders are asked for before each scan, because the watchlist may change while we wait.
-SyncHealthReport scanUntilSafe(const Machine& machine, const std::function<std::vector<WatchFolder>()>& folders,
-                               const CheckOptions& options, Output& err) {
+SyncHealthReport scanUntilSafe(const CheckOptions& options, const std::function<std::vector<WatchFolder>()>& folders,
+                               const CommandContext& context) {
   std::optional<steady_clock::time_point> deadline;
   if (options.timeout) {
     deadline = steady_clock::now() + asDuration(*options.timeout);
   }
   while (true) {
-    SyncHealthReport report = scanShowingProgress(machine, folders(), err);
+    SyncHealthReport report = context.scan(folders());
     const auto now = steady_clock::now();
     if (report.safeToClose || !options.waits || (deadline && now >= *deadline)) {
       return report;
@@ -67,8 +66,9 @@ SyncHealthReport scanUntilSafe(const Machine& machine, const std::function<std::
     if (deadline) {
       pause = std::min(pause, *deadline - now);
     }
-    if (err.isTerminal()) {
-      err.write(fmt::format("Not safe yet. {} Looking again in {:.3g} s.\n", report.summary, Seconds(pause).count()));
+    if (context.err.isTerminal()) {
+      context.err.write(
+          fmt::format("Not safe yet. {} Looking again in {:.3g} s.\n", report.summary, Seconds(pause).count()));
     }
     std::this_thread::sleep_for(pause);
   }
@@ -86,9 +86,9 @@ std::string complaintAboutInterval(const std::string& text) {
 
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
   const auto folders = [&] {
-    return options.folders.empty() ? openWatchlist(context.machine).folders() : namedFolders(options.folders);
+    return options.folders.empty() ? context.openWatchlist()->folders() : namedFolders(options.folders);
   };
-  const SyncHealthReport report = scanUntilSafe(context.machine, folders, options, context.err);
+  const SyncHealthReport report = scanUntilSafe(options, folders, context);
   if (context.wantsJSON) {
     writeJSONDocument(context.out, report);
   } else {

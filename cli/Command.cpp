@@ -2,10 +2,30 @@
 
 #include "base/DisplayText.h"
 #include "cli/Arguments.h"
+#include "cli/ProgressLine.h"
 
 #include <fmt/format.h>
 
 namespace cirrovane {
+
+SyncHealthReport CommandContext::scan(const std::vector<WatchFolder>& folders) const {
+  ScanProgress progress;
+  const ProgressLine line(progress, err);
+  return makeScanEngine(machine, &progress)->scan(folders);
+}
+
+CollectedFindings CommandContext::collectFindings(std::optional<DiagnosticDomain> domain,
+                                                  const SyncHealthReport& report,
+                                                  const std::vector<WatchFolder>& folders) const {
+  const auto service = makeDiagnosticsService(machine);
+  const auto probes = makeProbeRunner(machine);
+  return domain ? service->collect(*domain, *probes, report, folders) : service->collect(*probes, report, folders);
+}
+
+SystemStatusSnapshot CommandContext::captureStatus() const {
+  const auto probes = makeProbeRunner(machine);
+  return makeSystemStatusService(machine)->capture(*probes);
+}
 
 void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
   addFlag(command, "--json", chosen.wantsJSON, "Print one JSON document instead of text");

@@ -3,12 +3,15 @@
 #include "base/JSONWriter.h"
 #include "cli/ExitStatus.h"
 #include "cli/Output.h"
+#include "coordinator/Services.h"
 #include "platform/Machine.h"
-#include "stores/WatchlistStore.h"
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -16,7 +19,7 @@ class App;
 
 namespace cirrovane {
 
-/// What a command has to work with.
+/// What a command has to work with. Nothing is opened before the command asks for it, and each time anew.
 struct CommandContext {
   Machine& machine;
   /// The answer: text for people, or one JSON document.
@@ -24,6 +27,23 @@ struct CommandContext {
   /// Everything else.
   Output& err;
   bool wantsJSON = false;
+
+  /// Reads the file. An empty watchlist may get its first folder.
+  std::unique_ptr<WatchlistStore> openWatchlist() const { return cirrovane::openWatchlist(machine); }
+  /// Reads the file.
+  std::unique_ptr<const ScanHistoryStore> openHistory() const { return cirrovane::openHistory(machine); }
+  /// Reads the file.
+  std::unique_ptr<IncidentStore> openIncidents() const { return cirrovane::openIncidents(machine); }
+
+  /// The report over the folders, with the scan's progress on the error stream where that is a terminal.
+  SyncHealthReport scan(const std::vector<WatchFolder>& folders) const;
+  /// What is wrong beside the files, in the domain or in all of them.
+  CollectedFindings collectFindings(std::optional<DiagnosticDomain> domain, const SyncHealthReport& report,
+                                    const std::vector<WatchFolder>& folders) const;
+  /// How the machine is now.
+  SystemStatusSnapshot captureStatus() const;
+  /// Of the optional tools.
+  ToolInstaller toolInstaller() const { return makeToolInstaller(machine); }
 };
 
 /// What the command line asked for.
@@ -50,9 +70,6 @@ void addJSONOption(CLI::App& command, ChosenCommand& chosen);
 
 /// What is wrong with an argument that should name a folder; empty when nothing is.
 std::string isFolderArgument(const std::string& argument);
-
-/// The user's watchlist. Opening it may give an empty one its first folder.
-WatchlistStore openWatchlist(const Machine& machine);
 
 /// Says why a command could not do what it was asked for; names in the message are made harmless.
 ExitStatus reportFailure(CommandContext& context, std::string_view message);

@@ -2,7 +2,6 @@
 #include "base/DisplayText.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
-#include "cli/Scan.h"
 #include "cli/TextStyle.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
 
@@ -45,13 +44,9 @@ void sayWhatWasNotReached(const std::vector<FindingKey>& keys, Output& err) {
 }
 
 ExitStatus diagnose(std::optional<DiagnosticDomain> domain, CommandContext& context) {
-  const Machine& machine = context.machine;
-  const std::vector<WatchFolder> folders = openWatchlist(machine).folders();
-  const SyncHealthReport report = scanShowingProgress(machine, folders, context.err);
-  const PlatformDiagnosticsService service(machine.systemInformation(), machine.fileSystem(), machine.clock());
-  ProbeRunner probes(machine.commandRunner(), machine.monotonicClock());
-  const CollectedFindings collected =
-      domain ? service.collect(*domain, probes, report, folders) : service.collect(probes, report, folders);
+  const std::vector<WatchFolder> folders = context.openWatchlist()->folders();
+  const SyncHealthReport report = context.scan(folders);
+  const CollectedFindings collected = context.collectFindings(domain, report, folders);
   if (context.wantsJSON) {
     writeJSONDocument(context.out, collected.findings);
   } else {

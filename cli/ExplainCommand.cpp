@@ -2,11 +2,8 @@
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
-#include "cli/Scan.h"
 #include "cli/TextStyle.h"
 #include "coordinator/Explanation.h"
-#include "stores/IncidentStore.h"
-#include "stores/ScanHistoryStore.h"
 
 #include <optional>
 #include <string>
@@ -83,11 +80,10 @@ class ExplanationPage {
 };
 
 ExitStatus explainVerdict(CommandContext& context) {
-  const Machine& machine = context.machine;
-  const SyncHealthReport report = scanShowingProgress(machine, openWatchlist(machine).folders(), context.err);
-  const ScanHistoryStore history(machine.fileSystem(), machine.fileStorage());
-  const IncidentStore incidents(machine.fileSystem(), machine.fileStorage(), machine.clock());
-  const Explanation explanation = explain(report, history.snapshots(), incidents.records());
+  const SyncHealthReport report = context.scan(context.openWatchlist()->folders());
+  const auto history = context.openHistory();
+  const auto incidents = context.openIncidents();
+  const Explanation explanation = explain(report, history->snapshots(), incidents->records());
   if (context.wantsJSON) {
     writeJSONDocument(context.out, explanation);
   } else {

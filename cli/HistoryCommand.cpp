@@ -3,7 +3,6 @@
 #include "cli/Command.h"
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
-#include "stores/ScanHistoryStore.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -37,8 +36,7 @@ std::string isCount(const std::string& text) {
 }
 
 ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
-  const ScanHistoryStore store(context.machine.fileSystem(), context.machine.fileStorage());
-  std::vector<ScanSnapshot> snapshots = store.snapshots();
+  std::vector<ScanSnapshot> snapshots = context.openHistory()->snapshots();
   if (limit && *limit < std::ssize(snapshots)) {
     snapshots.resize(static_cast<std::size_t>(*limit));
   }

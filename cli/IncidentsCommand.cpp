@@ -4,7 +4,6 @@
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
 #include "stores/IncidentFilter.h"
-#include "stores/IncidentStore.h"
 
 #include <algorithm>
 #include <memory>
@@ -46,28 +45,24 @@ void printRecords(std::vector<IncidentRecord> records, const IncidentFilter& fil
   }
 }
 
-IncidentStore openIncidents(const Machine& machine) {
-  return {machine.fileSystem(), machine.fileStorage(), machine.clock()};
-}
-
 ExitStatus list(const IncidentFilter& filter, CommandContext& context) {
-  printRecords(openIncidents(context.machine).records(), filter, context);
+  printRecords(context.openIncidents()->records(), filter, context);
   return ExitStatus::done;
 }
 
 ExitStatus change(const std::string& identifier, void (IncidentStore::*verb)(const IncidentRecord&),
                   CommandContext& context) {
-  IncidentStore store = openIncidents(context.machine);
+  const auto store = context.openIncidents();
   const std::optional<UUID> id = UUID::fromText(identifier);
-  const auto found = std::ranges::find_if(store.records(), [&](const auto& record) { return record.id == id; });
-  if (found == store.records().end()) {
+  const auto found = std::ranges::find_if(store->records(), [&](const auto& record) { return record.id == id; });
+  if (found == store->records().end()) {
     return reportFailure(context, fmt::format("There is no incident {}.", identifier));
   }
-  (store.*verb)(*found);
-  if (const std::optional<Failure>& failure = store.saveFailure()) {
+  ((*store).*verb)(*found);
+  if (const std::optional<Failure>& failure = store->saveFailure()) {
     return reportFailure(context, "The incident was not changed: " + failure->message);
   }
-  printRecords(store.records(), {}, context);
+  printRecords(store->records(), {}, context);
   return ExitStatus::done;
 }
 

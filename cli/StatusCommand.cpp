@@ -3,7 +3,6 @@
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
 #include "diagnostics/StatusText.h"
-#include "diagnostics/SystemStatusService.h"
 
 #include <string>
 #include <string_view>
@@ -56,10 +55,7 @@ void print(const SystemStatusSnapshot& status, CommandContext& context) {
 }
 
 ExitStatus status(CommandContext& context) {
-  const Machine& machine = context.machine;
-  const SystemStatusService service(machine.systemInformation(), machine.fileSystem(), machine.clock());
-  ProbeRunner probes(machine.commandRunner(), machine.monotonicClock());
-  const SystemStatusSnapshot snapshot = service.capture(probes);
+  const SystemStatusSnapshot snapshot = context.captureStatus();
   if (context.wantsJSON) {
     writeJSONDocument(context.out, snapshot);
   } else {

@@ -3,7 +3,6 @@
 #include "cli/Command.h"
 #include "cli/TextStyle.h"
 #include "diagnostics/OptionalTool.h"
-#include "diagnostics/ToolInstaller.h"
 
 #include <algorithm>
 #include <memory>
@@ -36,10 +35,6 @@ struct ToolState {
   }
 };
 
-ToolInstaller installerOf(const Machine& machine) {
-  return {machine.commandRunner(), machine.systemInformation()};
-}
-
 std::vector<ToolState> toolStates(const ToolInstaller& installer) {
   std::vector<ToolState> states;
   states.reserve(optionalTools().size());
@@ -51,7 +46,7 @@ std::vector<ToolState> toolStates(const ToolInstaller& installer) {
 }
 
 void printTools(CommandContext& context) {
-  const std::vector<ToolState> states = toolStates(installerOf(context.machine));
+  const std::vector<ToolState> states = toolStates(context.toolInstaller());
   if (context.wantsJSON) {
     writeJSONDocument(context.out, states);
     return;
@@ -81,7 +76,7 @@ ExitStatus install(const std::string& name, CommandContext& context) {
     return reportFailure(context,
                          fmt::format("There is no tool {}. \"cirrovanectl tools\" lists those there are.", name));
   }
-  const ToolInstaller installer = installerOf(context.machine);
+  const ToolInstaller installer = context.toolInstaller();
   const std::optional<std::string> brew = installer.brewPath();
   if (!brew) {
     return reportFailure(context, "Homebrew not found. Install Homebrew first to use one-click installs.");

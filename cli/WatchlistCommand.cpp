@@ -4,7 +4,6 @@
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/TextStyle.h"
-#include "stores/WatchlistStore.h"
 
 #include <algorithm>
 #include <memory>
@@ -44,8 +43,7 @@ ExitStatus finish(const WatchlistStore& store, CommandContext& context) {
 }
 
 ExitStatus listFolders(CommandContext& context) {
-  const WatchlistStore store = openWatchlist(context.machine);
-  printFolders(store.folders(), context);
+  printFolders(context.openWatchlist()->folders(), context);
   return ExitStatus::done;
 }
 
@@ -56,7 +54,7 @@ ExitStatus add(const Arguments& arguments, CommandContext& context) {
       return reportFailure(context, fmt::format("{} is not UTF-8, so it cannot be watched.", argument));
     }
   }
-  WatchlistStore store = openWatchlist(context.machine);
+  const auto store = context.openWatchlist();
   for (const std::string& argument : arguments) {
     const std::string path = absolutePath(argument);
     // Watching a folder that is still to come is allowed: until then, no verdict is "safe".
@@ -64,12 +62,12 @@ ExitStatus add(const Arguments& arguments, CommandContext& context) {
       context.err.write(
           fmt::format("cirrovanectl: {} does not exist; it is watched all the same.\n", displayText(path)));
     }
-    store.addFolder(path);
-    if (store.saveFailure()) {
+    store->addFolder(path);
+    if (store->saveFailure()) {
       break;
     }
   }
-  return finish(store, context);
+  return finish(*store, context);
 }
 
 /// The folder that an argument means: by its identifier, by its path as stored, or by its path as an argument.
@@ -83,29 +81,25 @@ std::optional<UUID> folderMeantBy(const std::string& argument, const std::vector
 }
 
 ExitStatus removeFolders(const Arguments& arguments, CommandContext& context) {
-  WatchlistStore store = openWatchlist(context.machine);
+  const auto store = context.openWatchlist();
   std::vector<UUID> ids;
   for (const std::string& argument : arguments) {
-    const std::optional<UUID> id = folderMeantBy(argument, store.folders());
+    const std::optional<UUID> id = folderMeantBy(argument, store->folders());
     if (!id) {
       return reportFailure(context, fmt::format("{} is not on the watchlist.", argument));
     }
     ids.push_back(*id);
   }
   for (const UUID& id : ids) {
-    store.removeFolder(id);
-    if (store.saveFailure()) {
+    store->removeFolder(id);
+    if (store->saveFailure()) {
       break;
     }
   }
-  return finish(store, context);
+  return finish(*store, context);
 }
 
 }  // namespace
-
-WatchlistStore openWatchlist(const Machine& machine) {
-  return {machine.fileSystem(), machine.fileStorage(), machine.collation()};
-}
 
 void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
   CLI::App& command = addCommand(app, "watchlist", "Show and change the watched folders",

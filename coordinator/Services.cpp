@@ -4,22 +4,50 @@
 
 namespace cirrovane {
 
+std::unique_ptr<WatchlistStore> openWatchlist(const Machine& machine) {
+  return std::make_unique<WatchlistStore>(machine.fileSystem(), machine.fileStorage(), machine.collation());
+}
+
+std::unique_ptr<ScanHistoryStore> openHistory(const Machine& machine) {
+  return std::make_unique<ScanHistoryStore>(machine.fileSystem(), machine.fileStorage());
+}
+
+std::unique_ptr<IncidentStore> openIncidents(const Machine& machine) {
+  return std::make_unique<IncidentStore>(machine.fileSystem(), machine.fileStorage(), machine.clock());
+}
+
+std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress) {
+  return std::make_shared<const ICloudScanEngine>(machine.fileSystem(), machine.clock(),
+                                                  ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
+}
+
+std::shared_ptr<const PlatformDiagnosticsService> makeDiagnosticsService(const Machine& machine) {
+  return std::make_shared<const PlatformDiagnosticsService>(machine.systemInformation(), machine.fileSystem(),
+                                                            machine.clock());
+}
+
+std::shared_ptr<const SystemStatusService> makeSystemStatusService(const Machine& machine) {
+  return std::make_shared<const SystemStatusService>(machine.systemInformation(), machine.fileSystem(),
+                                                     machine.clock());
+}
+
+std::unique_ptr<ProbeRunner> makeProbeRunner(const Machine& machine) {
+  return std::make_unique<ProbeRunner>(machine.commandRunner(), machine.monotonicClock());
+}
+
+ToolInstaller makeToolInstaller(const Machine& machine) {
+  return {machine.commandRunner(), machine.systemInformation()};
+}
+
 Services makeServices(const Machine& machine, ScanProgress* progress) {
-  const FileSystem& files = machine.fileSystem();
-  const FileStorage& storage = machine.fileStorage();
-  const Clock& clock = machine.clock();
   Services services;
-  services.watchlist = std::make_unique<WatchlistStore>(files, storage, machine.collation());
-  services.historyStore = std::make_unique<ScanHistoryStore>(files, storage);
-  services.engine =
-      std::make_shared<const ICloudScanEngine>(files, clock, ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
-  services.diagnosticsService =
-      std::make_shared<const PlatformDiagnosticsService>(machine.systemInformation(), files, clock);
-  services.systemStatusService = std::make_shared<const SystemStatusService>(machine.systemInformation(), files, clock);
-  services.makeProbes = [&machine] {
-    return std::make_unique<ProbeRunner>(machine.commandRunner(), machine.monotonicClock());
-  };
-  services.incidentStore = std::make_unique<IncidentStore>(files, storage, clock);
+  services.watchlist = openWatchlist(machine);
+  services.historyStore = openHistory(machine);
+  services.engine = makeScanEngine(machine, progress);
+  services.diagnosticsService = makeDiagnosticsService(machine);
+  services.systemStatusService = makeSystemStatusService(machine);
+  services.makeProbes = [&machine] { return makeProbeRunner(machine); };
+  services.incidentStore = openIncidents(machine);
   return services;
 }
 

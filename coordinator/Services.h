@@ -5,6 +5,7 @@
 #include "diagnostics/PlatformDiagnosticsService.h"
 #include "diagnostics/ProbeRunner.h"
 #include "diagnostics/SystemStatusService.h"
+#include "diagnostics/ToolInstaller.h"
 #include "platform/Machine.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
@@ -30,8 +31,27 @@ struct Services {
   std::unique_ptr<GuardrailNotificationService> notificationService;
 };
 
-/// Opens the stores and makes the services of a machine, in the order in which they depend on each other. Scans tell
-/// `progress`, where there is one. Without the notification service.
+// Each store and service over a machine, which outlives it.
+
+/// Opens the watchlist: reads its file. An empty one may get its first folder.
+std::unique_ptr<WatchlistStore> openWatchlist(const Machine& machine);
+/// Opens the scan history: reads its file.
+std::unique_ptr<ScanHistoryStore> openHistory(const Machine& machine);
+/// Opens the incidents: reads their file.
+std::unique_ptr<IncidentStore> openIncidents(const Machine& machine);
+/// Its scans tell `progress`, where there is one, how far they have come.
+std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress = nullptr);
+/// Judges the machine from its probes.
+std::shared_ptr<const PlatformDiagnosticsService> makeDiagnosticsService(const Machine& machine);
+/// Measures the machine.
+std::shared_ptr<const SystemStatusService> makeSystemStatusService(const Machine& machine);
+/// The runner of one refresh's probes.
+std::unique_ptr<ProbeRunner> makeProbeRunner(const Machine& machine);
+/// Finds and installs the optional tools.
+ToolInstaller makeToolInstaller(const Machine& machine);
+
+/// All that a refresh needs, but the notification service: every store is opened. Scans tell `progress`, where there is
+/// one.
 Services makeServices(const Machine& machine, ScanProgress* progress = nullptr);
 
 /// Switches notifications on for a user who has never had a say in it.

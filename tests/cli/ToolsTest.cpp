@@ -53,6 +53,12 @@ TEST_F(ToolsTest, list_hasEveryToolWithItsFields) {
   EXPECT_EQ(list[0]["installed"], true);
 }
 
+TEST_F(ToolsTest, list_opensNoStore) {
+  const HealthyMac mac;
+  EXPECT_EQ(mac.run({"tools"}).exitStatus, 0);
+  EXPECT_THAT(namesIn(mac.storeFolder()), IsEmpty());
+}
+
 TEST_F(ToolsTest, text_saysWhatIsMissingAndHowToGetIt) {
   const ChildResult result = tools({});
   EXPECT_EQ(result.exitStatus, 0);
