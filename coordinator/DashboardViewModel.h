@@ -69,6 +69,7 @@ class DashboardViewModel {
   const Published<std::vector<IncidentRecord>>& publishedIncidents() const { return cycle_.incidents(); }
 
   WatchlistStore& watchlist() { return cycle_.watchlist(); }
+  const WatchlistStore& watchlist() const { return cycle_.watchlist(); }
   const ScanHistoryStore& historyStore() const { return cycle_.historyStore(); }
   const IncidentStore& incidentStore() const { return cycle_.incidentStore(); }
 

@@ -77,6 +77,7 @@ class RefreshCycle {
   // NOLINTBEGIN(readability-make-member-function-const)
   WatchlistStore& watchlist() { return *services_.watchlist; }
   // NOLINTEND(readability-make-member-function-const)
+  const WatchlistStore& watchlist() const { return *services_.watchlist; }
   const ScanHistoryStore& historyStore() const { return *services_.historyStore; }
   const IncidentStore& incidentStore() const { return *services_.incidentStore; }
 

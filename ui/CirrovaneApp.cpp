@@ -56,8 +56,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
       settings_(machine.userDefaults(), desktop.motionPreference()),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
       snapshot_(dashboard_, updates_, machine.timeText()),
-      pageContext_({dashboard_, settings_, clipboard_, desktop.workspace(), mainExecutor_, machine.timeText(),
-                    machine.commandRunner(), machine.systemInformation()}) {
+      tools_{makeToolInstaller(machine), clipboard_, desktop.workspace(), mainExecutor_},
+      pageContext_({dashboard_, machine.timeText(), settings_, tools_}) {
   desktop_.onWake([this] { staleAlarm_.ring(); });
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));

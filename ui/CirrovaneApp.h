@@ -15,6 +15,7 @@
 #include "ui/viewmodels/PageContext.h"
 #include "ui/viewmodels/ShellViewModel.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
+#include "ui/viewmodels/ToolsEnvironment.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -74,6 +75,7 @@ class CirrovaneApp : public QObject {
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;
+  ToolsEnvironment tools_;
   PageContext pageContext_;
   QQmlApplicationEngine engine_;
   QQuickWindow* window_ = nullptr;

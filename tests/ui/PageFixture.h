@@ -4,6 +4,7 @@
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/NotedClipboard.h"
 #include "ui/viewmodels/PageContext.h"
+#include "ui/viewmodels/ToolsEnvironment.h"
 
 #include <QCoreApplication>
 #include <memory>
@@ -31,8 +32,7 @@ class PageTest : public DashboardMachine {
   std::unique_ptr<ViewModel> openWith(std::unique_ptr<ViewModel> page) {
     if (!context_) {
       settings_ = std::make_unique<AppSettings>(defaults_);
-      context_ = std::make_unique<PageContext>(PageContext::Parts{*dashboard_, *settings_, clipboard_, workspace_,
-                                                                  executor_, timeText_, commands_, system_});
+      context_ = std::make_unique<PageContext>(PageContext::Parts{*dashboard_, timeText_, *settings_, tools_});
     }
     page->setContext(context_.get());
     return page;
@@ -47,6 +47,7 @@ class PageTest : public DashboardMachine {
   char* arguments_[1] = {name_};
   QCoreApplication application_{argumentCount_, arguments_};
   NotedClipboard clipboard_;
+  ToolsEnvironment tools_{{commands_, system_}, clipboard_, workspace_, executor_};
   std::unique_ptr<AppSettings> settings_;
   std::unique_ptr<PageContext> context_;
 };

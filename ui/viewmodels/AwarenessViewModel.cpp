@@ -136,7 +136,7 @@ void AwarenessViewModel::revealLastFailed() {
   }
   const std::optional<ScanSnapshot> failed = dashboard().lastFailedSnapshot();
   if (failed && failed->topBlockerFilePath) {
-    dashboard().revealInFinder(*failed->topBlockerFilePath);
+    reveal(*failed->topBlockerFilePath);
   }
 }
 

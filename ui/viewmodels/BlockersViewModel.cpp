@@ -41,7 +41,7 @@ QString BlockersViewModel::emptySubtitle() const {
 
 void BlockersViewModel::reveal(int row) {
   if (row >= 0 && static_cast<std::size_t>(row) < paths_.size()) {
-    dashboard().revealInFinder(paths_[static_cast<std::size_t>(row)]);
+    PageViewModel::reveal(paths_[static_cast<std::size_t>(row)]);
   }
 }
 

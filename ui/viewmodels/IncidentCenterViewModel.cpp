@@ -33,12 +33,12 @@ QString IncidentCenterViewModel::recurringCount() const {
 }
 
 bool IncidentCenterViewModel::notificationsEnabled() const {
-  return context() != nullptr && context()->settings().notificationsEnabled();
+  return context() != nullptr && context()->settings(For<IncidentCenterViewModel>()).notificationsEnabled();
 }
 
 void IncidentCenterViewModel::setNotificationsEnabled(bool enabled) {
   if (context() != nullptr) {
-    context()->settings().setNotificationsEnabled(enabled);
+    context()->settings(For<IncidentCenterViewModel>()).setNotificationsEnabled(enabled);
   }
 }
 
@@ -83,14 +83,15 @@ void IncidentCenterViewModel::toggleResolved(int row) {
   if (shown == nullptr) {
     return;
   }
-  dashboard().toggleResolved(IncidentRecord(*shown));
+  context()->dashboard(For<IncidentCenterViewModel>()).toggleResolved(IncidentRecord(*shown));
   updateNow();
 }
 
 void IncidentCenterViewModel::begin() {
   incidents_.setTimeText(context()->timeText());
   follow(dashboard().publishedIncidents());
-  connect(&context()->settings(), &AppSettings::notificationsEnabledChanged, this, &PageViewModel::changed);
+  connect(&context()->settings(For<IncidentCenterViewModel>()), &AppSettings::notificationsEnabledChanged, this,
+          &PageViewModel::changed);
 }
 
 void IncidentCenterViewModel::update() {

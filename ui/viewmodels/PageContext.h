@@ -1,12 +1,7 @@
 #pragma once
 
 #include "coordinator/DashboardViewModel.h"
-#include "platform/Clipboard.h"
-#include "platform/CommandRunner.h"
-#include "platform/Executor.h"
-#include "platform/SystemInformation.h"
 #include "platform/TimeText.h"
-#include "platform/Workspace.h"
 #include "ui/viewmodels/AppSettings.h"
 
 #include <QObject>
@@ -14,7 +9,22 @@
 
 namespace cirrovane {
 
-/// What the view models of the pages are made over. QML only hands it on. Outlives every page.
+class IncidentCenterViewModel;
+class PageViewModel;
+class TimelineViewModel;
+class ToolsViewModel;
+class WatchlistViewModel;
+struct ToolsEnvironment;
+
+/// The key to what is for one class alone: nobody else can make it.
+template <class Owner>
+class For {
+  friend Owner;
+  For() = default;
+};
+
+/// What the view models of the pages are made over. Each may read the results; what only some pages use takes the key
+/// of one of them. QML only hands it on. Outlives every page.
 class PageContext : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -23,26 +33,26 @@ class PageContext : public QObject {
  public:
   struct Parts {
     DashboardViewModel& dashboard;
-    AppSettings& settings;
-    Clipboard& clipboard;
-    Workspace& workspace;
-    /// Where what was found out in the background is taken over.
-    Executor& mainExecutor;
     const TimeText& timeText;
-    const CommandRunner& commandRunner;
-    const SystemInformation& systemInformation;
+    AppSettings& settings;
+    const ToolsEnvironment& tools;
   };
 
   explicit PageContext(const Parts& parts, QObject* parent = nullptr) : QObject(parent), parts_(parts) {}
 
-  DashboardViewModel& dashboard() const { return parts_.dashboard; }
-  AppSettings& settings() const { return parts_.settings; }
-  Clipboard& clipboard() const { return parts_.clipboard; }
-  Workspace& workspace() const { return parts_.workspace; }
-  Executor& mainExecutor() const { return parts_.mainExecutor; }
+  /// The results, to be looked at only.
+  const DashboardViewModel& dashboard() const { return parts_.dashboard; }
   const TimeText& timeText() const { return parts_.timeText; }
-  const CommandRunner& commandRunner() const { return parts_.commandRunner; }
-  const SystemInformation& systemInformation() const { return parts_.systemInformation; }
+
+  // The dashboard, to act on:
+
+  DashboardViewModel& dashboard(For<PageViewModel> /*key*/) const { return parts_.dashboard; }
+  DashboardViewModel& dashboard(For<IncidentCenterViewModel> /*key*/) const { return parts_.dashboard; }
+  DashboardViewModel& dashboard(For<TimelineViewModel> /*key*/) const { return parts_.dashboard; }
+  DashboardViewModel& dashboard(For<WatchlistViewModel> /*key*/) const { return parts_.dashboard; }
+
+  AppSettings& settings(For<IncidentCenterViewModel> /*key*/) const { return parts_.settings; }
+  const ToolsEnvironment& tools(For<ToolsViewModel> /*key*/) const { return parts_.tools; }
 
  private:
   Parts parts_;

@@ -21,8 +21,12 @@ bool PageViewModel::isScanning() const {
 
 void PageViewModel::rescan() {
   if (context_ != nullptr) {
-    dashboard().refresh();
+    context_->dashboard(For<PageViewModel>()).refresh();
   }
+}
+
+void PageViewModel::reveal(const std::string& path) {
+  context_->dashboard(For<PageViewModel>()).revealInFinder(path);
 }
 
 void PageViewModel::updateNow() {

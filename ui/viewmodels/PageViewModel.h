@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QtQmlIntegration>
+#include <string>
 #include <vector>
 
 namespace cirrovane {
@@ -35,7 +36,11 @@ class PageViewModel : public QObject {
  protected:
   using QObject::QObject;
 
-  DashboardViewModel& dashboard() const { return context_->dashboard(); }
+  /// The results, to be looked at only.
+  const DashboardViewModel& dashboard() const { return context_->dashboard(); }
+
+  /// Shows an item in the file manager, if it exists.
+  void reveal(const std::string& path);
 
   /// Follows with follow() whatever the page shows.
   virtual void begin() = 0;

@@ -27,7 +27,7 @@ QString SafetyExplainerViewModel::topBlockerPath() const {
 
 void SafetyExplainerViewModel::revealTopBlocker() {
   if (hasTopBlocker()) {
-    dashboard().revealInFinder(topBlockerPath_);
+    reveal(topBlockerPath_);
   }
 }
 

@@ -8,7 +8,6 @@
 #include <QVariantMap>
 #include <chrono>
 #include <string>
-#include <vector>
 
 namespace cirrovane {
 namespace {
@@ -29,19 +28,14 @@ QVariantList listOf(std::span<const AppTab> tabs) {
 
 ShellViewModel::ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, Clipboard& clipboard,
                                Workspace& workspace, const AppTab& firstTab, QObject* parent)
-    : QObject(parent),
-      dashboard_(dashboard),
-      updates_(updates),
+    : SurfaceViewModel(dashboard, updates, parent),
       clipboard_(clipboard),
       workspace_(workspace),
       selectedTab_(toQString(firstTab.id)) {
   copiedTimer_.setSingleShot(true);
   copiedTimer_.setInterval(kCopiedNoteLifetime);
   connect(&copiedTimer_, &QTimer::timeout, this, &ShellViewModel::buildLabelChanged);
-  subscriptions_.push_back(
-      dashboard_.publishedIsScanning().afterChange([this](bool /*isScanning*/) { emit isScanningChanged(); }));
-  subscriptions_.push_back(
-      updates_.publishedUpdateStatusLine().afterChange([this](const auto&) { emit updateStatusLineChanged(); }));
+  follow(updates.publishedUpdateStatusLine(), [this] { emit updateStatusLineChanged(); });
 }
 
 QVariantList ShellViewModel::primaryTabs() const {
@@ -63,12 +57,12 @@ QString ShellViewModel::extraTabsLabel() const {
 }
 
 QString ShellViewModel::updateStatusLine() const {
-  return toQString(updates_.updateStatusLine());
+  return toQString(updates().updateStatusLine());
 }
 
 QString ShellViewModel::buildLabel() const {
-  const QString label = toQString(updates_.versionLabel());
-  return (copiedTimer_.isActive() ? QStringLiteral("Copied ") : QStringLiteral("Build ")) + label;
+  return copiedTimer_.isActive() ? QStringLiteral("Copied ") + toQString(updates().versionLabel())
+                                 : SurfaceViewModel::buildLabel();
 }
 
 void ShellViewModel::select(const QString& id) {
@@ -92,24 +86,12 @@ QString ShellViewModel::shortcutText(const QVariant& shortcut) const {
   return sequence.toString(QKeySequence::NativeText);
 }
 
-void ShellViewModel::appeared() {
-  dashboard_.surfaceAppeared();
-}
-
-void ShellViewModel::rescan() {
-  dashboard_.refresh();
-}
-
-void ShellViewModel::checkForUpdates() {
-  updates_.checkForUpdates();
-}
-
 void ShellViewModel::openReleaseNotes() {
   workspace_.openURL(kReleaseNotesPage);
 }
 
 void ShellViewModel::copyBuild() {
-  clipboard_.setText(updates_.versionLabel());
+  clipboard_.setText(updates().versionLabel());
   copiedTimer_.start();
   emit buildLabelChanged();
 }

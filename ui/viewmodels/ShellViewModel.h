@@ -1,23 +1,20 @@
 #pragma once
 
-#include "coordinator/AppUpdateService.h"
-#include "coordinator/DashboardViewModel.h"
 #include "platform/Clipboard.h"
 #include "platform/Workspace.h"
 #include "ui/viewmodels/AppTab.h"
+#include "ui/viewmodels/SurfaceViewModel.h"
 
-#include <QObject>
 #include <QString>
 #include <QTimer>
 #include <QVariantList>
 #include <QVariantMap>
 #include <QtQmlIntegration>
-#include <vector>
 
 namespace cirrovane {
 
 /// The main window around its pages: which tab is shown, how the refresh and the updates stand.
-class ShellViewModel : public QObject {
+class ShellViewModel : public cirrovane::SurfaceViewModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
@@ -25,9 +22,7 @@ class ShellViewModel : public QObject {
   Q_PROPERTY(QVariantList extraTabs READ extraTabs CONSTANT)
   Q_PROPERTY(QString selectedTab READ selectedTab WRITE select NOTIFY selectedTabChanged)
   Q_PROPERTY(QString extraTabsLabel READ extraTabsLabel NOTIFY selectedTabChanged)
-  Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
   Q_PROPERTY(QString updateStatusLine READ updateStatusLine NOTIFY updateStatusLineChanged)
-  Q_PROPERTY(QString buildLabel READ buildLabel NOTIFY buildLabelChanged)
 
  public:
   ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, Clipboard& clipboard, Workspace& workspace,
@@ -40,10 +35,9 @@ class ShellViewModel : public QObject {
   QString selectedTab() const { return selectedTab_; }
   /// The title of the chosen tab when it is one of the menu's; "More" otherwise.
   QString extraTabsLabel() const;
-  bool isScanning() const { return dashboard_.isScanning(); }
   QString updateStatusLine() const;
   /// "Build v1.2 (45)", or for a moment that it was copied.
-  QString buildLabel() const;
+  QString buildLabel() const override;
 
   /// Shows the tab of this id; an unknown one shows the first tab.
   void select(const QString& id);
@@ -53,28 +47,19 @@ class ShellViewModel : public QObject {
   /// A shortcut as the system writes it: "Ctrl+U".
   Q_INVOKABLE QString shortcutText(const QVariant& shortcut) const;
 
-  /// To be called each time that the window goes from hidden to visible.
-  Q_INVOKABLE void appeared();
-  Q_INVOKABLE void rescan();
-  Q_INVOKABLE void checkForUpdates();
   Q_INVOKABLE void openReleaseNotes();
   /// Puts the version label on the clipboard, for a message to whoever asks which build it is.
   Q_INVOKABLE void copyBuild();
 
  signals:
   void selectedTabChanged();
-  void isScanningChanged();
   void updateStatusLineChanged();
-  void buildLabelChanged();
 
  private:
-  DashboardViewModel& dashboard_;
-  AppUpdateService& updates_;
   Clipboard& clipboard_;
   Workspace& workspace_;
   QString selectedTab_;
   QTimer copiedTimer_;
-  std::vector<Subscription> subscriptions_;
 };
 
 }  // namespace cirrovane

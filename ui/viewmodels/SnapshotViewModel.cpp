@@ -11,41 +11,34 @@ namespace cirrovane {
 
 SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
                                      QObject* parent)
-    : QObject(parent),
-      dashboard_(dashboard),
-      updates_(updates),
-      timeText_(timeText),
-      lastFailed_(dashboard.lastFailedSnapshot()) {
-  subscriptions_.push_back(dashboard_.publishedReport().afterChange([this](const auto&) { emit reportChanged(); }));
-  subscriptions_.push_back(dashboard_.publishedVerdict().afterChange([this](const auto&) { emit reportChanged(); }));
-  subscriptions_.push_back(dashboard_.historyStore().publishedSnapshots().afterChange([this](const auto&) {
-    lastFailed_ = dashboard_.lastFailedSnapshot();
+    : SurfaceViewModel(dashboard, updates, parent), timeText_(timeText), lastFailed_(dashboard.lastFailedSnapshot()) {
+  follow(dashboard.publishedReport(), [this] { emit reportChanged(); });
+  follow(dashboard.publishedVerdict(), [this] { emit reportChanged(); });
+  follow(dashboard.historyStore().publishedSnapshots(), [this] {
+    lastFailed_ = this->dashboard().lastFailedSnapshot();
     emit historyChanged();
-  }));
-  subscriptions_.push_back(
-      dashboard_.publishedIsScanning().afterChange([this](bool /*isScanning*/) { emit isScanningChanged(); }));
-  subscriptions_.push_back(
-      dashboard_.publishedExportNote().afterChange([this](const auto&) { emit exportNoteChanged(); }));
+  });
+  follow(dashboard.publishedExportNote(), [this] { emit exportNoteChanged(); });
 }
 
 QString SnapshotViewModel::state() const {
-  return stateName(dashboard_.verdict().sign());
+  return stateName(dashboard().verdict().sign());
 }
 
 QString SnapshotViewModel::statusLabel() const {
-  return toQString(healthWords(dashboard_.verdict().sign()).label);
+  return toQString(healthWords(dashboard().verdict().sign()).label);
 }
 
 QString SnapshotViewModel::menuBarSymbol() const {
-  return toQString(healthWords(dashboard_.verdict().sign()).symbol);
+  return toQString(healthWords(dashboard().verdict().sign()).symbol);
 }
 
 QString SnapshotViewModel::score() const {
-  return QString::number(dashboard_.report().score);
+  return QString::number(dashboard().report().score);
 }
 
 QString SnapshotViewModel::verdict() const {
-  const ShownVerdict& verdict = dashboard_.verdict();
+  const ShownVerdict& verdict = dashboard().verdict();
   if (verdict.isStale()) {
     return QStringLiteral("Safe to close ") + asOfText(verdict, timeText_);
   }
@@ -53,13 +46,13 @@ QString SnapshotViewModel::verdict() const {
 }
 
 QString SnapshotViewModel::verdictNote() const {
-  return staleReason(dashboard_.verdict());
+  return staleReason(dashboard().verdict());
 }
 
 QString SnapshotViewModel::scores() const {
   return QStringLiteral("Upload Trust %1 · Local %2")
-      .arg(dashboard_.report().score)
-      .arg(dashboard_.report().localAvailabilityScore);
+      .arg(dashboard().report().score)
+      .arg(dashboard().report().localAvailabilityScore);
 }
 
 QString SnapshotViewModel::toolTip() const {
@@ -69,7 +62,7 @@ QString SnapshotViewModel::toolTip() const {
 }
 
 QString SnapshotViewModel::topBlocker() const {
-  return hasTopBlocker() ? blockerLine(dashboard_.report().blockers.front()) : QString();
+  return hasTopBlocker() ? blockerLine(dashboard().report().blockers.front()) : QString();
 }
 
 QString SnapshotViewModel::lastFailedTime() const {
@@ -85,19 +78,7 @@ QString SnapshotViewModel::lastFailedReason() const {
 }
 
 QString SnapshotViewModel::exportNote() const {
-  return toDisplay(dashboard_.exportNote().value_or(""));
-}
-
-QString SnapshotViewModel::buildLabel() const {
-  return QStringLiteral("Build ") + toQString(updates_.versionLabel());
-}
-
-void SnapshotViewModel::appeared() {
-  dashboard_.surfaceAppeared();
-}
-
-void SnapshotViewModel::rescan() {
-  dashboard_.refresh();
+  return toDisplay(dashboard().exportNote().value_or(""));
 }
 
 void SnapshotViewModel::exportProofPacket() {
@@ -105,14 +86,10 @@ void SnapshotViewModel::exportProofPacket() {
   QMetaObject::invokeMethod(
       this,
       [this] {
-        dashboard_.exportProofPacket();
+        dashboard().exportProofPacket();
         emit exportEnded();
       },
       Qt::QueuedConnection);
-}
-
-void SnapshotViewModel::checkForUpdates() {
-  updates_.checkForUpdates();
 }
 
 }  // namespace cirrovane

@@ -1,19 +1,16 @@
 #pragma once
 
-#include "coordinator/AppUpdateService.h"
-#include "coordinator/DashboardViewModel.h"
 #include "platform/TimeText.h"
+#include "ui/viewmodels/SurfaceViewModel.h"
 
-#include <QObject>
 #include <QString>
 #include <QtQmlIntegration>
 #include <optional>
-#include <vector>
 
 namespace cirrovane {
 
 /// The verdict at a glance and the most used actions, for the menu-bar icon and its panel.
-class SnapshotViewModel : public QObject {
+class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
@@ -30,9 +27,7 @@ class SnapshotViewModel : public QObject {
   Q_PROPERTY(QString lastFailedTime READ lastFailedTime NOTIFY historyChanged)
   Q_PROPERTY(QString lastFailedDate READ lastFailedDate NOTIFY historyChanged)
   Q_PROPERTY(QString lastFailedReason READ lastFailedReason NOTIFY historyChanged)
-  Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
   Q_PROPERTY(QString exportNote READ exportNote NOTIFY exportNoteChanged)
-  Q_PROPERTY(QString buildLabel READ buildLabel CONSTANT)
 
  public:
   /// All of it outlives this.
@@ -53,7 +48,7 @@ class SnapshotViewModel : public QObject {
   /// State and verdict in words, for whoever points at the icon.
   QString toolTip() const;
 
-  bool hasTopBlocker() const { return !dashboard_.report().blockers.empty(); }
+  bool hasTopBlocker() const { return !dashboard().report().blockers.empty(); }
   /// "Upload Stalled: invoice.pdf"; empty without a blocker.
   QString topBlocker() const;
 
@@ -64,33 +59,22 @@ class SnapshotViewModel : public QObject {
   /// Empty also when it is unknown.
   QString lastFailedReason() const;
 
-  bool isScanning() const { return dashboard_.isScanning(); }
   /// How the latest export ended; empty before the first.
   QString exportNote() const;
-  /// "Build v1.2 (45)".
-  QString buildLabel() const;
 
-  /// To be called each time that the panel goes from hidden to visible.
-  Q_INVOKABLE void appeared();
-  Q_INVOKABLE void rescan();
   /// Lets the user name a file for a proof packet; exportEnded() comes when that is done or cancelled.
   Q_INVOKABLE void exportProofPacket();
-  Q_INVOKABLE void checkForUpdates();
 
  signals:
   void reportChanged();
   void historyChanged();
-  void isScanningChanged();
   void exportNoteChanged();
   void exportEnded();
 
  private:
-  DashboardViewModel& dashboard_;
-  AppUpdateService& updates_;
   const TimeText& timeText_;
   /// Looked for once a change, since the history may be long.
   std::optional<ScanSnapshot> lastFailed_;
-  std::vector<Subscription> subscriptions_;
 };
 
 }  // namespace cirrovane

@@ -62,7 +62,8 @@ void TimelineViewModel::exportProofPacket() {
     // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
     // the page may go meanwhile.
     QMetaObject::invokeMethod(
-        context(), [&dashboard = dashboard()] { dashboard.exportProofPacket(); }, Qt::QueuedConnection);
+        context(), [&dashboard = context()->dashboard(For<TimelineViewModel>())] { dashboard.exportProofPacket(); },
+        Qt::QueuedConnection);
   }
 }
 

@@ -51,7 +51,7 @@ void ToolsViewModel::copyInstallCommand(int row) {
   if (tool == nullptr || context() == nullptr) {
     return;
   }
-  context()->clipboard().setText(std::string(tool->installCommand));
+  environment().clipboard.setText(std::string(tool->installCommand));
   statusByCommand_[tool->command] = QStringLiteral("Command copied");
   updateNow();
 }
@@ -64,7 +64,7 @@ void ToolsViewModel::install(int row) {
   statusByCommand_[tool->command] = QStringLiteral("Installing...");
   updateNow();
   inBackground(
-      [installer = makeInstaller(), brewPath = *brewPath_, tool] {
+      [installer = environment().installer, brewPath = *brewPath_, tool] {
         const bool hasSucceeded = installer.runBrewInstall(brewPath, tool->name);
         return std::pair(hasSucceeded, installer.checkInstalled(tool->command));
       },
@@ -73,7 +73,7 @@ void ToolsViewModel::install(int row) {
 
 void ToolsViewModel::openHomebrewPage() {
   if (context() != nullptr) {
-    context()->workspace().openURL(kHomebrewPage);
+    environment().workspace.openURL(kHomebrewPage);
   }
 }
 
@@ -81,13 +81,13 @@ void ToolsViewModel::begin() {
   refreshInstalledStates();
 }
 
-ToolInstaller ToolsViewModel::makeInstaller() const {
-  return {context()->commandRunner(), context()->systemInformation()};
+const ToolsEnvironment& ToolsViewModel::environment() const {
+  return context()->tools(For<ToolsViewModel>());
 }
 
 void ToolsViewModel::update() {
   // Homebrew may have come since the page was opened.
-  brewPath_ = makeInstaller().brewPath();
+  brewPath_ = environment().installer.brewPath();
   std::vector<RowListModel::Row> rows;
   for (const OptionalTool& tool : optionalTools()) {
     rows.push_back(rowOf(tool));
@@ -98,7 +98,7 @@ void ToolsViewModel::update() {
 void ToolsViewModel::refreshInstalledStates() {
   isChecking_ = true;
   inBackground(
-      [installer = makeInstaller()] {
+      [installer = environment().installer] {
         std::map<std::string_view, bool> installed;
         for (const OptionalTool& tool : optionalTools()) {
           installed[tool.command] = installer.checkInstalled(tool.command);
@@ -140,7 +140,7 @@ RowListModel::Row ToolsViewModel::rowOf(const OptionalTool& tool) const {
 
 template <class Work, class Finish>
 void ToolsViewModel::inBackground(Work work, Finish finish) {
-  background_([work = std::move(work), finish = std::move(finish), &main = context()->mainExecutor(),
+  background_([work = std::move(work), finish = std::move(finish), &main = environment().mainExecutor,
                alive = std::weak_ptr(alive_)] {
     main.post([result = work(), finish, alive] {
       if (!alive.expired()) {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "diagnostics/OptionalTool.h"
-#include "diagnostics/ToolInstaller.h"
 #include "ui/viewmodels/PageViewModel.h"
 #include "ui/viewmodels/RowListModel.h"
+#include "ui/viewmodels/ToolsEnvironment.h"
 
 #include <QString>
 #include <QtQmlIntegration>
@@ -57,7 +57,7 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
-  ToolInstaller makeInstaller() const;
+  const ToolsEnvironment& environment() const;
   void refreshInstalledStates();
   void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
   RowListModel::Row rowOf(const OptionalTool& tool) const;

@@ -32,7 +32,8 @@ void WatchlistViewModel::addFolder() {
     // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
     // the page may go meanwhile.
     QMetaObject::invokeMethod(
-        context(), [&dashboard = dashboard()] { dashboard.addFolderFromPanel(); }, Qt::QueuedConnection);
+        context(), [&dashboard = context()->dashboard(For<WatchlistViewModel>())] { dashboard.addFolderFromPanel(); },
+        Qt::QueuedConnection);
   }
 }
 
@@ -41,8 +42,9 @@ void WatchlistViewModel::remove(int row) {
     return;
   }
   const UUID id = ids_[static_cast<std::size_t>(row)];
-  dashboard().watchlist().removeFolder(id);
-  dashboard().refresh();
+  DashboardViewModel& dashboard = context()->dashboard(For<WatchlistViewModel>());
+  dashboard.watchlist().removeFolder(id);
+  dashboard.refresh();
   updateNow();
 }
 
