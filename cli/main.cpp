@@ -1,3 +1,9 @@
+// cirrovanectl. Here: the machine, the streams and the exit status.
+//   XCommand.cpp      a command each: its arguments, what it does, its text
+//   Command.h         what a command works with: stores, scan, findings, status
+//   Arguments.h       the one way to the parser
+//   ../coordinator    makes stores and services (Services), runs a whole refresh (RefreshCycle)
+
 #include "base/DisplayText.h"
 #include "cli/Command.h"
 #include "cli/ExitStatus.h"

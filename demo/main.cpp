@@ -1,3 +1,9 @@
+// cirrovane-demo-mac: makes a folder that stands for a Mac, and changes it. Here: the commands' list, the exit status.
+//   XCommand.cpp      a command each
+//   DemoMac           the Mac's folder: where its files, facts and commands lie
+//   SampleFiles       the files of a new Mac; CloudState and CloudAttribute hold the state of a file
+//   MachineFacts      what the Mac says of itself; MacCommands are the tools that it runs
+
 #include "demo/Command.h"
 #include "demo/ExitStatus.h"
 #include "demo/Failure.h"

@@ -1,3 +1,9 @@
+// cirrovane, the window and the tray icon. Here: the options, one instance per user, the start and the end.
+//   CirrovaneApp      makes everything once and connects it: dashboard, view models, window, tray icon, panel
+//   viewmodels/       turn results into texts and choices: one class a page, ShellViewModel and SnapshotViewModel
+//   qml/, items/      lay them out and draw them
+//   ../coordinator    scans and judges (RefreshCycle), does the window's errands (DashboardViewModel)
+
 #include "base/DisplayText.h"
 #include "platform/CommandRunner.h"
 #include "platform/Desktop.h"
