@@ -79,19 +79,15 @@ endfunction()
 function(cirrovane_precompile target)
   if(NOT CMAKE_UNITY_BUILD)
     target_precompile_headers(${target} PRIVATE ${ARGN})
-    cirrovane_cached_precompiling(${target})
+    # So that ccache sees which precompiled headers a source used.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+      $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
       # Through precompiled headers GCC 12 also reports the library's own overlaps that are not there. The release, which
       # uses none, looks for real ones.
       target_compile_options(${target} PRIVATE -Wno-array-bounds)
     endif()
   endif()
-endfunction()
-
-# So that ccache sees which precompiled headers a source used.
-function(cirrovane_cached_precompiling target)
-  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
-    $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>)
 endfunction()
 
 # cirrovane_joined_sources(RESULT SOURCES...): sources that each include some of the given ones, as CMake's unity build
@@ -124,26 +120,20 @@ function(cirrovane_program name)
   target_link_libraries(${name} PRIVATE ${arg_USES} cirrovane_build_options)
 endfunction()
 
-# cirrovane_test(NAME SOURCES... [USES libraries...] [LABEL unit|cli|...] [NEEDS_PROGRAMS programs...]
-# [PRECOMPILE headers...]): one GoogleTest program, each of its tests known to CTest by its own name. Programs that it runs are found by the macros
+# cirrovane_test(NAME SOURCES... [USES libraries...] [LABEL unit|cli|...] [NEEDS_PROGRAMS programs...]): one GoogleTest
+# program, each of its tests known to CTest by its own name. Programs that it runs are found by the macros
 # CIRROVANE_BIN_DIR, and a folder that it may fill by CIRROVANE_TEST_DIR: below the build folder, where files can have
 # extended attributes, which the system's temporary folder may not offer.
 function(cirrovane_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL" "SOURCES;USES;NEEDS_PROGRAMS;PRECOMPILE")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL" "SOURCES;USES;NEEDS_PROGRAMS")
   if(NOT arg_LABEL)
     set(arg_LABEL unit)
   endif()
   cirrovane_program(${name} SOURCES ${arg_SOURCES} USES ${arg_USES} cirrovane_test_support GTest::gmock GTest::gtest_main)
   # What is measured and shipped is optimised; a test is compiled more often than it is run.
   target_compile_options(${name} PRIVATE -O0)
-  # Qt's options make headers of their own necessary.
-  list(LENGTH arg_SOURCES source_count)
-  if(NOT "${arg_USES}" MATCHES "Qt6::|_qt|cirrovane::ui")
-    target_precompile_headers(${name} REUSE_FROM cirrovane_test_support)
-    cirrovane_cached_precompiling(${name})
-  elseif(source_count GREATER 3)
-    cirrovane_precompile(${name} ${CIRROVANE_TEST_HEADERS} ${arg_PRECOMPILE})
-  endif()
+  # Most of its time goes to templates that the tests beside it need too.
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 5)
   target_compile_definitions(${name} PRIVATE
     CIRROVANE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     CIRROVANE_TEST_DIR="${PROJECT_BINARY_DIR}/test-files"
