@@ -24,7 +24,10 @@ ComponentCase {
 
     function test_stateColor_unknownState_isNotShownAsSafe() {
         compare(Theme.stateColor("another"), Theme.red);
-        compare(Theme.stateColor(""), Theme.red);
+    }
+
+    function test_stateColor_noStateYet_isNeitherGoodNorBad() {
+        compare(Theme.stateColor(""), Theme.dimmedText);
     }
 
     function test_style_cards_differ() {

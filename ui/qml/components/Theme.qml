@@ -86,7 +86,7 @@ QtObject {
 
     // The colour that a state has wherever it is shown, by its name in the records; neither good nor bad without one.
     function stateColor(state: string): color {
-        return state === "safe" ? green : state === "warning" ? yellow : state === "danger" ? red : dimmedText;
+        return state === "safe" ? green : state === "warning" ? yellow : state === "" ? dimmedText : red;
     }
 
     // The same for the severity of a finding or an incident.
