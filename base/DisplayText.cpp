@@ -21,13 +21,11 @@ bool isLayoutControl(char32_t codePoint) {
          (codePoint >= 0x2066 && codePoint <= 0x2069);
 }
 
-void appendBytes(std::string& out, std::string_view bytes) {
-  for (const char byte : bytes) {
-    fmt::format_to(std::back_inserter(out), "\\x{:02x}", static_cast<unsigned char>(byte));
-  }
-}
-
 }  // namespace
+
+void appendEscaped(char byte, std::string& out) {
+  fmt::format_to(std::back_inserter(out), "\\x{:02x}", static_cast<unsigned char>(byte));
+}
 
 std::string displayText(std::string_view text) {
   std::string out;
@@ -40,7 +38,9 @@ std::string displayText(std::string_view text) {
     } else if (character.isValid && character.codePoint == '\t') {
       out += "\\t";
     } else if (!character.isValid || isControl(character.codePoint)) {
-      appendBytes(out, bytes);
+      for (const char byte : bytes) {
+        appendEscaped(byte, out);
+      }
     } else if (isLayoutControl(character.codePoint)) {
       fmt::format_to(std::back_inserter(out), "\\u{{{:x}}}", static_cast<std::uint32_t>(character.codePoint));
     } else {

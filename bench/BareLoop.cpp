@@ -1,8 +1,8 @@
 // What a scan cannot do without: lists every folder and reads the attribute of every item, and makes nothing of either.
 // No order, no values, no paths.
 
+#include "base/FileDescriptor.h"
 #include "platform/linux/ICloudAttribute.h"
-#include "platform/posix/FileDescriptor.h"
 
 #include <array>
 #include <atomic>

@@ -1,8 +1,8 @@
 // Makes the trees that the benchmarks walk: empty files, evenly over folders, all in the same cloud state. Names have
 // the same length everywhere, so that the size of one path tells that of all.
 
+#include "base/FileDescriptor.h"
 #include "platform/linux/ICloudAttribute.h"
-#include "platform/posix/FileDescriptor.h"
 
 #include <cerrno>
 #include <charconv>

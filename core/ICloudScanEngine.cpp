@@ -2,6 +2,7 @@
 
 #include "base/Path.h"
 #include "base/UUID.h"
+#include "core/BlockerList.h"
 #include "core/FolderNaming.h"
 #include "core/TrustScoring.h"
 

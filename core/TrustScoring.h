@@ -20,9 +20,6 @@ std::int64_t penaltyCap(BlockerReason reason);
 /// Whether a single blocker of the reason rules out "Safe to Close" by itself.
 bool forbidsSafeToClose(BlockerReason reason);
 
-/// The blockers without those whose reason and path an earlier one has; the order stays.
-std::vector<SyncBlocker> deduplicate(std::vector<SyncBlocker> blockers);
-
 /// The capped sum of the blockers' weights; 0 at least, beyond 100 possibly.
 std::int64_t penalty(const std::vector<SyncBlocker>& blockers);
 
@@ -31,12 +28,6 @@ std::int64_t uploadTrustScore(const std::vector<SyncBlocker>& blockers);
 
 /// The traffic light of a score and of all blockers behind it.
 HealthState healthState(std::int64_t score, const std::vector<SyncBlocker>& blockers);
-
-/// Whether `lhs` goes before `rhs`: the heavier reason, then the older date, dated before undated, then the path.
-bool blockerSort(const SyncBlocker& lhs, const SyncBlocker& rhs);
-
-/// Brings blockers into the order of blockerSort; those that it does not tell apart keep theirs.
-void sortBlockers(std::vector<SyncBlocker>& blockers);
 
 /// The Local Availability score, 0 to 100; reads `totalFiles` and `notDownloaded`.
 std::int64_t localReadinessScore(const ScanMetrics& metrics);

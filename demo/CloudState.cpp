@@ -1,5 +1,6 @@
 #include "demo/CloudState.h"
 
+#include "base/UTF8.h"
 #include "demo/Text.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ std::optional<std::string> complaintAbout(std::string_view name, std::string_vie
     return std::string(name) + " cannot be \"" + printable(value) + "\"; use " + listed(key->values) +
            ", or nothing to remove the key.";
   }
-  if (value.find('\n') != std::string_view::npos || !isUTF8(value)) {
+  if (value.find('\n') != std::string_view::npos || !isValidUTF8(value)) {
     return std::string(name) + " takes one line of UTF-8 text.";
   }
   return std::nullopt;
@@ -114,7 +115,7 @@ void CloudState::set(std::string_view key, std::string_view value) {
 }
 
 void CloudState::settle() {
-  if (!isUTF8(text())) {
+  if (!isValidUTF8(text())) {
     lines_.clear();
   }
   std::erase_if(lines_, isBroken);

@@ -1,5 +1,6 @@
 #include "demo/DemoMac.h"
 
+#include "base/UTF8.h"
 #include "demo/CloudAttribute.h"
 #include "demo/Failure.h"
 #include "demo/FolderInMaking.h"
@@ -41,7 +42,7 @@ bool isBelow(const fs::path& path, const fs::path& folder) {
 }
 
 void requireGoodName(const fs::path& root) {
-  if (!isUTF8(root.native())) {
+  if (!isValidUTF8(root.native())) {
     throw CouldNot("The name of " + printable(root.native()) +
                    " is not UTF-8, which a watchlist cannot hold. Use another folder.");
   }

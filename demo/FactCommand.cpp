@@ -1,3 +1,4 @@
+#include "base/MacRootFacts.h"
 #include "demo/Arguments.h"
 #include "demo/Command.h"
 #include "demo/Failure.h"
@@ -35,8 +36,8 @@ void changeFact(const FactOptions& options) {
 std::string footer() {
   std::ostringstream text;
   text << "The facts, each with an example; null removes one, as if the Mac did not know:\n";
-  for (const FactKey& key : factKeys()) {
-    text << "  " << key.name << "\n      " << key.example << '\n';
+  for (const MacRootFact& fact : macRootFacts()) {
+    text << "  " << fact.key << "\n      " << fact.example << '\n';
   }
   text << "\nExamples:\n"
           "  cirrovane-demo-mac fact ~/demo-mac lowPowerMode true\n"

@@ -1,13 +1,10 @@
 #include "demo/MachineFacts.h"
 
+#include "base/MacRootFacts.h"
 #include "demo/AtomicFile.h"
 #include "demo/Failure.h"
+#include "demo/FileContent.h"
 #include "demo/Text.h"
-
-#include <algorithm>
-#include <array>
-#include <fstream>
-#include <iterator>
 
 #include <nlohmann/json.hpp>
 
@@ -15,48 +12,6 @@ namespace cirrovane::demo {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-bool isPath(const Json& value) {
-  return value.is_string() && value.get_ref<const std::string&>().starts_with('/');
-}
-bool isText(const Json& value) {
-  return value.is_string();
-}
-bool isNumber(const Json& value) {
-  return value.is_number();
-}
-bool isBoolean(const Json& value) {
-  return value.is_boolean();
-}
-bool isObject(const Json& value) {
-  return value.is_object();
-}
-bool isListOfTexts(const Json& value) {
-  return value.is_array() && std::ranges::all_of(value, isText);
-}
-bool isListOfNumbers(const Json& value) {
-  return value.is_array() && std::ranges::all_of(value, isNumber);
-}
-bool isListOfObjects(const Json& value) {
-  return value.is_array() && std::ranges::all_of(value, isObject);
-}
-
-constexpr std::array<FactKey, 13> kFactKeys = {{
-    {"home", isPath, "an absolute path as a text", R"("/Users/demo")"},
-    {"bundle", isObject, "an object", R"({"path": "/Applications/Cirrovane.app"})"},
-    {"environment", isObject, "an object", R"({"PATH": "/usr/bin:/bin"})"},
-    {"ubiquityIdentityToken", isBoolean, "true or false", "false (signed out of iCloud)"},
-    {"runningApplications", isListOfTexts, "a list of texts", R"(["com.apple.finder"])"},
-    {"volume", isObject, "an object", R"({"availableForImportantUsage": 900000000, "total": 494384795648})"},
-    {"powerSources", isListOfObjects, "a list of objects",
-     R"([{"Current Capacity": 8, "Max Capacity": 100, "Is Charging": false}])"},
-    {"lowPowerMode", isBoolean, "true or false", "true"},
-    {"thermalState", isText, "a text", R"("serious" (or "nominal", "fair", "critical"))"},
-    {"loadAverages", isListOfNumbers, "a list of numbers", "[9.5, 7.2, 4.1]"},
-    {"physicalMemory", isNumber, "a number", "17179869184"},
-    {"uptimeSeconds", isNumber, "a number", "273600"},
-    {"notificationAuthorization", isText, "a text", R"("denied" (or "notDetermined", "authorized"))"},
-}};
 
 constexpr const char* kSampleFacts = R"({
   "home": "/Users/demo",
@@ -79,33 +34,34 @@ constexpr const char* kSampleFacts = R"({
 
 Json readFacts(const std::filesystem::path& root) {
   const std::filesystem::path path = factsPath(root);
-  std::ifstream file(path, std::ios::binary);
-  if (!file) {
+  const std::optional<std::string> text = fileContent(path);
+  if (!text) {
     throw CouldNot("There is no " + printable(path.native()) + " to change. Make a demo Mac with \"create\" first.");
   }
-  Json facts = Json::parse(std::string(std::istreambuf_iterator<char>(file), {}), nullptr, false);
+  Json facts = Json::parse(*text, nullptr, /*allow_exceptions=*/false);
   if (!facts.is_object()) {
     throw CouldNot(printable(path.native()) + " is not a JSON object. Mend it, or make the Mac again with \"create\".");
   }
   return facts;
 }
 
-}  // namespace
-
-std::span<const FactKey> factKeys() {
-  return kFactKeys;
+/// For one who may leave out the quotes of a JSON text, since a path needs none in a shell.
+std::string wanted(FactKind kind) {
+  return std::string(wordsFor(kind)) + (kind == FactKind::absolutePath ? " as a text" : "");
 }
 
-std::optional<std::string> complaintAbout(std::string_view name, const Json& value) {
-  const auto* key = std::ranges::find(kFactKeys, name, &FactKey::name);
-  if (key == kFactKeys.end()) {
-    return '"' + printable(name) + R"(" is no fact of a machine. "fact --help" lists those there are.)";
+}  // namespace
+
+std::optional<std::string> complaintAbout(std::string_view key, const Json& value) {
+  const MacRootFact* fact = findMacRootFact(key);
+  if (fact == nullptr) {
+    return '"' + printable(key) + R"(" is no fact of a machine. "fact --help" lists those there are.)";
   }
-  if (value.is_null() || key->accepts(value)) {
+  if (value.is_null() || isOfKind(value, fact->kind)) {
     return std::nullopt;
   }
-  return std::string(name) + " must be " + std::string(key->wanted) + ", or null to remove it; for example " +
-         std::string(key->example) + ".";
+  return std::string(key) + " must be " + wanted(fact->kind) + ", or null to remove it; for example " +
+         std::string(fact->example) + ".";
 }
 
 Json sampleFacts() {
@@ -113,7 +69,7 @@ Json sampleFacts() {
 }
 
 std::filesystem::path factsPath(const std::filesystem::path& root) {
-  return root / "machine.json";
+  return root / kMacRootFactsFile;
 }
 
 void setFact(const std::filesystem::path& root, const std::string& key, const Json& value) {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -10,18 +9,8 @@
 
 namespace cirrovane::demo {
 
-/// A fact about a machine that a Mac's system would know.
-struct FactKey {
-  std::string_view name;
-  bool (*accepts)(const nlohmann::ordered_json&);
-  std::string_view wanted;
-  std::string_view example;
-};
-
-std::span<const FactKey> factKeys();
-
 /// What is wrong with a fact and a value that it is to get; absent when nothing is. null is always right.
-std::optional<std::string> complaintAbout(std::string_view name, const nlohmann::ordered_json& value);
+std::optional<std::string> complaintAbout(std::string_view key, const nlohmann::ordered_json& value);
 
 /// The facts of a healthy portable Mac.
 nlohmann::ordered_json sampleFacts();

@@ -1,12 +1,10 @@
 #include "demo/Text.h"
 
 #include "base/ASCII.h"
+#include "base/DisplayText.h"
 
 #include <algorithm>
-#include <array>
 #include <system_error>
-
-#include <nlohmann/json.hpp>
 
 namespace cirrovane::demo {
 namespace {
@@ -18,25 +16,12 @@ bool isPlainInShell(char letter) {
 
 }  // namespace
 
-bool isUTF8(std::string_view text) {
-  // Writing JSON refuses every text that is not.
-  try {
-    return !nlohmann::json(text).dump().empty();
-  } catch (const nlohmann::json::type_error&) {
-    return false;
-  }
-}
-
 std::string printable(std::string_view text) {
-  constexpr std::array<char, 16> kDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
-                                            '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'};
   std::string result;
   for (const char letter : text) {
     const auto byte = static_cast<unsigned char>(letter);
-    if (byte < 0x20 || byte == 0x7f) {
-      result += "\\x";
-      result += kDigits[byte >> 4];
-      result += kDigits[byte & 15];
+    if (byte < 0x20 || byte == 0x7F) {
+      appendEscaped(letter, result);
     } else {
       result += letter;
     }

@@ -5,8 +5,6 @@
 
 namespace cirrovane::demo {
 
-bool isUTF8(std::string_view text);
-
 /// A name for a message: its control characters escaped, so that it cannot play tricks on the terminal.
 std::string printable(std::string_view text);
 

@@ -3,12 +3,11 @@
 #include "base/ASCII.h"
 #include "demo/AtomicFile.h"
 #include "demo/Failure.h"
+#include "demo/FileContent.h"
 #include "demo/Text.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 #include <sys/stat.h>
 #include <utility>
@@ -43,11 +42,13 @@ std::filesystem::path watchlistPath(const std::filesystem::path& home) {
 }
 
 std::optional<Watchlist> readWatchlist(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  const std::optional<std::string> text = fileContent(path);
+  if (!text) {
+    return std::nullopt;
+  }
   Watchlist watchlist;
   try {
-    const json document = json::parse(text);
+    const json document = json::parse(*text);
     for (const json& entry : document.get_ref<const json::array_t&>()) {
       watchlist.push_back({entry.at("id"), entry.at("name"), entry.at("path")});
     }

@@ -19,7 +19,7 @@ using Watchlist = std::vector<WatchedFolder>;
 /// The file where the application of a user keeps its watchlist.
 std::filesystem::path watchlistPath(const std::filesystem::path& home);
 
-/// Absent when there is no such file, or the application would make nothing of it either.
+/// Absent when there is no such file, or the application would make nothing of its text either.
 std::optional<Watchlist> readWatchlist(const std::filesystem::path& path);
 
 /// Sorts by name as the application does, and keeps the file to its user.

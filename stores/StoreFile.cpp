@@ -1,5 +1,6 @@
 #include "stores/StoreFile.h"
 
+#include "base/BoundedRead.h"
 #include "base/Path.h"
 #include "core/FolderNaming.h"
 
@@ -23,7 +24,7 @@ std::optional<std::string> StoreFile::load() {
   if (!fileSystem_.exists(path_)) {
     return std::nullopt;
   }
-  Result<std::string> text = storage_.read(path_, kLargestStoreFile);
+  Result<std::string> text = storage_.read(path_, kBearableFileSize);
   if (!text) {
     markUnreadable();
     return std::nullopt;

@@ -4,7 +4,6 @@
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,9 +12,6 @@ namespace cirrovane {
 
 /// Where the system keeps a store's file of this name, for this user.
 std::string defaultStoragePath(const FileSystem& fileSystem, std::string_view fileName);
-
-/// A file above this size counts as unreadable: no store of ours comes near it.
-inline constexpr std::size_t kLargestStoreFile = std::size_t{64} << 20U;
 
 /// The one file of a store: read once, written whole after each change.
 class StoreFile {

@@ -1,13 +1,10 @@
 #include "platform/linux/MacRoot.h"
 
+#include "base/BoundedRead.h"
+#include "base/MacRootFacts.h"
 #include "base/Path.h"
-#include "platform/posix/FileDescriptor.h"
 
-#include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
 #include <optional>
 #include <pwd.h>
 #include <string_view>
@@ -24,107 +21,13 @@ using nlohmann::json;
 
 constexpr std::string_view kDefaultHome = "/Users/demo";
 
-bool isPath(const json& value) {
-  return value.is_string() && value.get_ref<const std::string&>().starts_with('/');
-}
-
-bool isListOfTexts(const json& value) {
-  return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_string(); });
-}
-
-bool isListOfNumbers(const json& value) {
-  return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_number(); });
-}
-
-bool isListOfObjects(const json& value) {
-  return value.is_array() && std::ranges::all_of(value, [](const json& entry) { return entry.is_object(); });
-}
-
-bool isObject(const json& value) {
-  return value.is_object();
-}
-bool isBoolean(const json& value) {
-  return value.is_boolean();
-}
-bool isText(const json& value) {
-  return value.is_string();
-}
-bool isNumber(const json& value) {
-  return value.is_number();
-}
-
-struct FactRule {
-  const char* key;
-  bool (*accepts)(const json&);
-  std::string_view wanted;
-};
-
-constexpr std::array<FactRule, 13> kFactRules = {{
-    {"home", isPath, "an absolute path"},
-    {"bundle", isObject, "an object"},
-    {"environment", isObject, "an object"},
-    {"ubiquityIdentityToken", isBoolean, "true or false"},
-    {"runningApplications", isListOfTexts, "a list of texts"},
-    {"volume", isObject, "an object"},
-    {"powerSources", isListOfObjects, "a list of objects"},
-    {"lowPowerMode", isBoolean, "true or false"},
-    {"thermalState", isText, "a text"},
-    {"loadAverages", isListOfNumbers, "a list of numbers"},
-    {"physicalMemory", isNumber, "a number"},
-    {"uptimeSeconds", isNumber, "a number"},
-    {"notificationAuthorization", isText, "a text"},
-}};
-
-/// What is wrong with the facts; absent when nothing is.
-std::optional<std::string> complaintAbout(const json& facts) {
-  if (facts.is_discarded()) {
-    return "it is not JSON";
-  }
-  if (!facts.is_object()) {
-    return "it is not a JSON object";
-  }
-  for (const FactRule& rule : kFactRules) {
-    const auto found = facts.find(rule.key);
-    if (found != facts.end() && !rule.accepts(*found)) {
-      return fmt::format("\"{}\" must be {}", rule.key, rule.wanted);
-    }
-  }
-  return std::nullopt;
-}
-
-/// Far beyond any description of a machine.
-constexpr off_t kLargestFacts = off_t{64} << 20U;
-
-/// The content of a regular file of bearable size. What else may lie at a path can block its reader or never end.
-std::optional<std::string> readRegularFile(const std::string& path) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status {};
-  if (!file.isOpen() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > kLargestFacts) {
-    return std::nullopt;
-  }
-  std::string text(static_cast<std::size_t>(status.st_size), '\0');
-  std::size_t used = 0;
-  while (used < text.size()) {
-    const ssize_t length = ::read(file.get(), text.data() + used, text.size() - used);
-    if (length < 0 && errno != EINTR) {
-      return std::nullopt;
-    }
-    if (length == 0) {
-      break;
-    }
-    used += length > 0 ? static_cast<std::size_t>(length) : 0;
-  }
-  text.resize(used);
-  return text;
-}
-
 /// A value that is discarded when the text is no JSON; absent when the file cannot be read.
 std::optional<json> readFacts(const std::string& path) {
-  const std::optional<std::string> text = readRegularFile(path);
-  if (!text) {
+  const BoundedRead file = readBounded(path, kBearableFileSize);
+  if (file.error != 0) {
     return std::nullopt;
   }
-  return json::parse(*text, nullptr, /*allow_exceptions=*/false);
+  return json::parse(file.content, nullptr, /*allow_exceptions=*/false);
 }
 
 bool isFolder(const std::string& path) {
@@ -164,7 +67,7 @@ Result<MacRoot> MacRoot::open(std::string path) {
     if (!facts) {
       return Failure{fmt::format("{} cannot be read.", root.factsPath())};
     }
-    if (const auto complaint = complaintAbout(*facts)) {
+    if (const auto complaint = complaintAboutFacts(*facts)) {
       return Failure{fmt::format("{} does not describe a machine: {}.", root.factsPath(), *complaint)};
     }
   }
@@ -179,7 +82,7 @@ bool MacRoot::describesHost() const {
 
 json MacRoot::facts() const {
   const std::optional<json> facts = readFacts(factsPath());
-  return facts && !complaintAbout(*facts) ? *facts : json::object();
+  return facts && !complaintAboutFacts(*facts) ? *facts : json::object();
 }
 
 std::optional<std::map<std::string, std::string>> MacRoot::environment() const {
@@ -223,7 +126,7 @@ std::string MacRoot::userDefaultsPath() const {
 }
 
 std::string MacRoot::factsPath() const {
-  return (path_ == "/" ? "" : path_) + "/machine.json";
+  return (path_ == "/" ? "" : path_) + "/" + std::string(kMacRootFactsFile);
 }
 
 }  // namespace cirrovane

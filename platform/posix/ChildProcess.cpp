@@ -1,7 +1,7 @@
 #include "platform/posix/ChildProcess.h"
 
+#include "base/FileDescriptor.h"
 #include "platform/Clock.h"
-#include "platform/posix/FileDescriptor.h"
 #include "platform/posix/LimitedChild.h"
 
 #include <algorithm>

@@ -1,14 +1,14 @@
 #include "platform/posix/PosixFileStorage.h"
 
+#include "base/BoundedRead.h"
 #include "platform/posix/DurableWriter.h"
-#include "platform/posix/FileDescriptor.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace cirrovane {
 namespace {
@@ -56,42 +56,11 @@ std::optional<Failure> PosixFileStorage::createFolders(const std::string& path, 
 }
 
 Result<std::string> PosixFileStorage::read(const std::string& path, std::size_t limit) const {
-  // Without O_NONBLOCK a FIFO in the file's place would keep us waiting for a writer.
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  struct stat status {};
-  if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
-    return failureOf(path, "read", errno);
+  BoundedRead file = readBounded(path, limit);
+  if (file.error != 0) {
+    return failureOf(path, "read", file.error);
   }
-  if (!S_ISREG(status.st_mode)) {
-    return failureOf(path, "read", EINVAL);
-  }
-  if (static_cast<std::size_t>(status.st_size) > limit) {
-    return failureOf(path, "read", EFBIG);
-  }
-  // One byte more than the file is said to have, to see it grow while it is read.
-  std::string content(static_cast<std::size_t>(status.st_size) + 1, '\0');
-  std::size_t length = 0;
-  while (true) {
-    const ssize_t got = ::read(file.get(), content.data() + length, content.size() - length);
-    if (got < 0 && errno == EINTR) {
-      continue;
-    }
-    if (got < 0) {
-      return failureOf(path, "read", errno);
-    }
-    if (got == 0) {
-      break;
-    }
-    length += static_cast<std::size_t>(got);
-    if (length > limit) {
-      return failureOf(path, "read", EFBIG);
-    }
-    if (length == content.size()) {
-      content.resize(content.size() * 2);
-    }
-  }
-  content.resize(length);
-  return content;
+  return std::move(file.content);
 }
 
 std::optional<Failure> PosixFileStorage::writeAtomically(const std::string& path, FileAccess access,

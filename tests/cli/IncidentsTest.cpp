@@ -1,4 +1,4 @@
-#include "platform/posix/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "tests/cli/Program.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/posix/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 

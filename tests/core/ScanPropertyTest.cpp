@@ -1,4 +1,5 @@
 #include "base/Path.h"
+#include "core/BlockerList.h"
 #include "core/FolderNaming.h"
 #include "core/ICloudScanEngine.h"
 #include "core/TrustScoring.h"

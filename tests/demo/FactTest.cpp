@@ -1,6 +1,7 @@
 #include "tests/demo/DemoMacFixture.h"
 
 #include <filesystem>
+#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 
@@ -74,10 +75,12 @@ TEST_F(FactTest, fact_handMadeMac_keepsItsOtherKeys) {
 
 TEST_F(FactTest, fact_unknownKey_refuses) {
   expectRefusal("thermalstate", "\"fair\"", "is no fact");
+  expectRefusal("a\n\x1b[1mb\x7f", "1", "\"a\\x0a\\x1b[1mb\\x7f\" is no fact of a machine.");
 }
 
 TEST_F(FactTest, fact_valueOfWrongType_refusesWithExample) {
-  expectRefusal("home", "\"Users/demo\"", "absolute path");
+  expectRefusal("home", "\"Users/demo\"",
+                "home must be an absolute path as a text, or null to remove it; for example \"/Users/demo\".");
   expectRefusal("lowPowerMode", "1", "true or false");
   expectRefusal("loadAverages", "[1, \"2\"]", "list of numbers");
   expectRefusal("powerSources", "{}", "for example");
@@ -105,6 +108,20 @@ TEST_F(FactTest, fact_brokenMachine_leavesItAndSaysSo) {
     EXPECT_THAT(result.err, HasSubstr("is not a JSON object"));
     EXPECT_EQ(readFile(file()), text);
   }
+}
+
+TEST_F(FactTest, fact_folderOrFIFOInPlaceOfTheMachine_saysSoAndDoesNotWait) {
+  const auto expectUnreadable = [this] {
+    const ChildResult result = demo({"fact", root(), "lowPowerMode", "true"});
+    EXPECT_EQ(result.exitStatus, 3);
+    EXPECT_THAT(result.err, HasSubstr("machine.json cannot be read: "));
+  };
+  std::filesystem::remove(file());
+  makeFolder(file());
+  expectUnreadable();
+  std::filesystem::remove(file());
+  ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
+  expectUnreadable();
 }
 
 }  // namespace

@@ -65,6 +65,14 @@ TEST_F(SettleTest, settle_settledMac_changesNothing) {
   EXPECT_EQ(treeContent(root()), before);
 }
 
+TEST_F(SettleTest, settle_folderInPlaceOfTheWatchlist_saysSo) {
+  std::filesystem::remove(watchlistFile());
+  makeFolder(watchlistFile());
+  const ChildResult result = demo({"settle", root()});
+  EXPECT_EQ(result.exitStatus, 3);
+  EXPECT_THAT(result.err, HasSubstr("watchlist.json cannot be read: "));
+}
+
 TEST_F(SettleTest, settle_addedFiles_settlesThemToo) {
   const std::string added = drive() + "/School/Added/Plain.txt";
   writeFile(added);

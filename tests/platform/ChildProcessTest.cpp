@@ -1,5 +1,5 @@
+#include "base/FileDescriptor.h"
 #include "platform/posix/ChildProcess.h"
-#include "platform/posix/FileDescriptor.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <atomic>

@@ -1,5 +1,5 @@
+#include "base/FileDescriptor.h"
 #include "platform/linux/ReadAheadWalk.h"
-#include "platform/posix/FileDescriptor.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,10 +1,10 @@
 #include "tests/platform/WalkedItems.h"
 
+#include "base/FileDescriptor.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/MacRoot.h"
 #include "platform/linux/Packages.h"
 #include "platform/linux/ReadAheadWalk.h"
-#include "platform/posix/FileDescriptor.h"
 
 #include <algorithm>
 #include <array>

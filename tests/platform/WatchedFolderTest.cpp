@@ -1,10 +1,10 @@
 // A watched folder that exists but cannot be listed must never look empty and safe.
 
+#include "base/FileDescriptor.h"
 #include "core/ICloudScanEngine.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/MacRoot.h"
 #include "platform/linux/ReadAheadWalk.h"
-#include "platform/posix/FileDescriptor.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,7 +1,7 @@
 // Saves without end in child processes that are killed at random moments: after each kill the file has to be one whole
 // document, the old or the new one.
 
-#include "platform/posix/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
 #include "stores/WatchlistStore.h"

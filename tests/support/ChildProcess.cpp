@@ -1,6 +1,6 @@
 #include "tests/support/ChildProcess.h"
 
-#include "platform/posix/FileDescriptor.h"
+#include "base/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>
