@@ -27,7 +27,7 @@ class UUID {
   const std::array<std::uint8_t, 16>& bytes() const { return bytes_; }
 
   friend constexpr bool operator==(const UUID&, const UUID&) = default;
-  // Not by a three-way comparison, which Apple's library has not for arrays.
+  // Apple's library lacks `<=>` for `std::array`.
   friend constexpr bool operator<(const UUID& lhs, const UUID& rhs) { return lhs.bytes_ < rhs.bytes_; }
 
  private:
