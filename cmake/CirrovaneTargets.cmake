@@ -16,9 +16,10 @@ endif()
 
 find_program(CIRROVANE_CCACHE ccache)
 if(CIRROVANE_CCACHE)
-  # What one build folder compiled serves the others: the folder's own path is left out of the key.
+  # What one build folder compiled serves the others: the folder's own path is left out of the key. Without the
+  # sloppiness nothing would be kept that uses precompiled headers; what it passes over does not occur here.
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_NOHASHDIR=1 "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}"
-      "${CIRROVANE_CCACHE}")
+      CCACHE_SLOPPINESS=pch_defines,time_macros "${CIRROVANE_CCACHE}")
 endif()
 
 # What our own sources are held to. Sources that a tool generates get the rest of the options alone.
@@ -73,6 +74,44 @@ function(cirrovane_library name)
   target_link_libraries(${target} PUBLIC ${arg_NEEDS} PRIVATE ${arg_USES} cirrovane_build_options)
 endfunction()
 
+# cirrovane_precompile(TARGET HEADERS...): compiles the headers once for all sources of the target. A source includes
+# what it uses all the same: clang-tidy, and the release, compile it without.
+function(cirrovane_precompile target)
+  if(NOT CMAKE_UNITY_BUILD)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+    # So that ccache sees which precompiled headers a source used.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+      $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+      # Through precompiled headers GCC 12 also reports the library's own overlaps that are not there. The release, which
+      # uses none, looks for real ones.
+      target_compile_options(${target} PRIVATE -Wno-array-bounds)
+    endif()
+  endif()
+endfunction()
+
+# cirrovane_joined_sources(RESULT SOURCES...): sources that each include some of the given ones, as CMake's unity build
+# makes them.
+function(cirrovane_joined_sources result)
+  set(joined "")
+  set(text "")
+  set(count 0)
+  foreach(source IN LISTS ARGN)
+    get_filename_component(path "${source}" ABSOLUTE)
+    string(APPEND text "#include \"${path}\"\n")
+    math(EXPR count "${count} + 1")
+    math(EXPR place "${count} % ${CMAKE_UNITY_BUILD_BATCH_SIZE}")
+    list(LENGTH ARGN total)
+    if(place EQUAL 0 OR count EQUAL total)
+      set(file "${CMAKE_CURRENT_BINARY_DIR}/joined_${count}.cpp")
+      file(CONFIGURE OUTPUT "${file}" CONTENT "${text}" @ONLY)
+      list(APPEND joined "${file}")
+      set(text "")
+    endif()
+  endforeach()
+  set(${result} "${joined}" PARENT_SCOPE)
+endfunction()
+
 # cirrovane_program(NAME SOURCES... [USES libraries...]): one executable under the build folder's bin/.
 function(cirrovane_program name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
@@ -93,10 +132,15 @@ function(cirrovane_test name)
   cirrovane_program(${name} SOURCES ${arg_SOURCES} USES ${arg_USES} cirrovane_test_support GTest::gmock GTest::gtest_main)
   # What is measured and shipped is optimised; a test is compiled more often than it is run.
   target_compile_options(${name} PRIVATE -O0)
+  # Most of its time goes to templates that the tests beside it need too.
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 5)
   target_compile_definitions(${name} PRIVATE
     CIRROVANE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     CIRROVANE_TEST_DIR="${PROJECT_BINARY_DIR}/test-files"
     CIRROVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  if(arg_LABEL MATCHES "^(unit|cli)$")
+    add_dependencies(unit_and_cli_programs ${name})
+  endif()
   if(arg_NEEDS_PROGRAMS)
     add_dependencies(${name} ${arg_NEEDS_PROGRAMS})
   endif()

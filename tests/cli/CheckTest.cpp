@@ -34,14 +34,6 @@ class Check : public testing::Test {
   const MacTree mac_;
 };
 
-std::set<std::string> keysOf(const json& object) {
-  std::set<std::string> keys;
-  for (const auto& [key, value] : object.items()) {
-    keys.insert(key);
-  }
-  return keys;
-}
-
 TEST_F(Check, cleanFolder_isSafeWithStatus0) {
   mac_.addFile("a");
   mac_.addFile("below/b", "isUploaded=true\ndownloadingStatus=current");
@@ -102,13 +94,13 @@ TEST_F(Check, JSON_hasEveryFieldOfAReportAndNothingAround) {
   EXPECT_THAT(result.out, AllOf(StartsWith("{\n  \""), testing::EndsWith("\n}\n")));
   const json found = parsed(result.out);
   EXPECT_EQ(keysOf(found),
-            (std::set<std::string>{"actions", "blockers", "folderHealth", "generatedAt", "localAvailabilityScore",
-                                   "metrics", "safeToClose", "score", "status", "summary"}));
+            (std::vector<std::string>{"actions", "blockers", "folderHealth", "generatedAt", "localAvailabilityScore",
+                                      "metrics", "safeToClose", "score", "status", "summary"}));
   EXPECT_EQ(keysOf(found["blockers"][0]),
-            (std::set<std::string>{"details", "filePath", "folderName", "id", "lastModified", "reason"}));
+            (std::vector<std::string>{"details", "filePath", "folderName", "id", "lastModified", "reason"}));
   EXPECT_EQ(keysOf(found["folderHealth"][0]),
-            (std::set<std::string>{"blockerCount", "folder", "id", "scannedFileCount", "score", "status"}));
-  EXPECT_EQ(keysOf(found["actions"][0]), (std::set<std::string>{"detail", "id", "rank", "title"}));
+            (std::vector<std::string>{"blockerCount", "folder", "id", "scannedFileCount", "score", "status"}));
+  EXPECT_EQ(keysOf(found["actions"][0]), (std::vector<std::string>{"detail", "id", "rank", "title"}));
   EXPECT_EQ(found["safeToClose"], false);
   EXPECT_THAT(found["generatedAt"].get<std::string>(),
               testing::MatchesRegex("20[0-9][0-9]-[0-9][0-9]-[0-9][0-9]T[0-9][0-9]:[0-9][0-9]:[0-9][0-9]Z"));

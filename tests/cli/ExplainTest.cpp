@@ -71,14 +71,6 @@ class Explain : public testing::Test {
   const HealthyMac mac_;
 };
 
-std::vector<std::string> keysOf(const json& object) {
-  std::vector<std::string> keys;
-  for (const auto& entry : object.items()) {
-    keys.push_back(entry.key());
-  }
-  return keys;
-}
-
 TEST_F(Explain, safeMacWithoutAPast_saysSoInText) {
   const ChildResult result = explain();
   EXPECT_EQ(result.exitStatus, 0);

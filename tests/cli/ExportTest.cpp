@@ -55,14 +55,6 @@ class Export : public testing::Test {
   const std::string file_ = folder_ / "packet.json";
 };
 
-std::vector<std::string> keysOf(const json& object) {
-  std::vector<std::string> keys;
-  for (const auto& entry : object.items()) {
-    keys.push_back(entry.key());
-  }
-  return keys;
-}
-
 TEST_F(Export, unsafeMac_isWrittenWithStatus0) {
   const ChildResult result = exportTo(file_);
   EXPECT_EQ(result.exitStatus, 0);

@@ -49,6 +49,14 @@ nlohmann::json parsed(const std::string& text) {
   return document;
 }
 
+std::vector<std::string> keysOf(const nlohmann::json& object) {
+  std::vector<std::string> keys;
+  for (const auto& entry : object.items()) {
+    keys.push_back(entry.key());
+  }
+  return keys;
+}
+
 MacTree::MacTree() : iCloudDrive_(root_ / ("Users/demo" + std::string(kICloudDriveSubpath))) {
   makeFolder(iCloudDrive_);
 }

@@ -30,6 +30,9 @@ std::vector<std::string> namesIn(const std::string& folder);
 /// The one JSON document in a program's output; fails the test, and is null, when it is none.
 nlohmann::json parsed(const std::string& text);
 
+/// An object's keys, in byte order.
+std::vector<std::string> keysOf(const nlohmann::json& object);
+
 /// A folder that stands for a Mac's disk, with iCloud Drive in the home folder.
 class MacTree {
  public:

@@ -33,14 +33,6 @@ class Status : public testing::Test {
   const HealthyMac mac_;
 };
 
-std::vector<std::string> keysOf(const json& object) {
-  std::vector<std::string> keys;
-  for (const auto& entry : object.items()) {
-    keys.push_back(entry.key());
-  }
-  return keys;
-}
-
 TEST_F(Status, healthyMac_isToldAsAlignedText) {
   const ChildResult result = mac_.run({"status"});
   EXPECT_EQ(result.exitStatus, 0);

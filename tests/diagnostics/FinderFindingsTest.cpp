@@ -23,14 +23,14 @@ class FinderFindings : public MachineTest {
   std::vector<WatchFolder> watchFolders_ = {existingFolder()};
 };
 
-const Row kScope = {info, "Finder/Files diagnostic scope",
-                    "Current checks validate path reachability and blocker visibility. Internal Finder or "
-                    "file-provider logs are not parsed yet."};
+const Row kFinderScope = {info, "Finder/Files diagnostic scope",
+                          "Current checks validate path reachability and blocker visibility. Internal Finder or "
+                          "file-provider logs are not parsed yet."};
 
 TEST_F(FinderFindings, healthyMac_givesThreeRowsInOrder) {
   EXPECT_THAT(rowsOf(findings()),
               ElementsAre(Row{ok, "Finder process", "Finder is running."},
-                          Row{ok, "Watchlist paths", "All watchlist paths are currently reachable."}, kScope));
+                          Row{ok, "Watchlist paths", "All watchlist paths are currently reachable."}, kFinderScope));
 }
 
 TEST_F(FinderFindings, everythingWrong_givesFourRowsInOrder) {
@@ -42,7 +42,8 @@ TEST_F(FinderFindings, everythingWrong_givesFourRowsInOrder) {
       ElementsAre(
           Row{warning, "Finder process", "Finder is not running; file-state indicators may be stale or unavailable."},
           Row{warning, "Missing watchlist paths", "1 watchlist paths are missing or moved."},
-          Row{warning, "Top blocker path", "Top blocker path is no longer available locally: /lost.txt"}, kScope));
+          Row{warning, "Top blocker path", "Top blocker path is no longer available locally: /lost.txt"},
+          kFinderScope));
 }
 
 TEST_F(FinderFindings, everyFinding_isOfFinderAndOfNow) {

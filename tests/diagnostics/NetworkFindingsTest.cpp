@@ -20,9 +20,10 @@ class NetworkFindings : public MachineTest {
   std::optional<Row> row(const std::string& title) const { return rowTitled(title, findings()); }
 };
 
-const Row kScope = {info, "Network scope",
-                    "Current checks cover reachability-class signals; deep throughput diagnostics remain optional and "
-                    "desktop-first."};
+const Row kNetworkScope = {
+    info, "Network scope",
+    "Current checks cover reachability-class signals; deep throughput diagnostics remain optional and "
+    "desktop-first."};
 const Row kReachable = {ok, "iCloud host reachability", "www.icloud.com appears reachable."};
 const Row kUnreachable = {warning, "iCloud host reachability",
                           "www.icloud.com appears not reachable from current network state."};
@@ -31,12 +32,13 @@ const Row kUnresolved = {warning, "DNS resolution", "DNS resolution returned no 
 
 TEST_F(NetworkFindings, healthyMac_givesFourRowsInOrder) {
   EXPECT_THAT(rowsOf(findings()),
-              ElementsAre(Row{ok, "Default route", "Default route present."}, kReachable, kResolved, kScope));
+              ElementsAre(Row{ok, "Default route", "Default route present."}, kReachable, kResolved, kNetworkScope));
 }
 
 TEST_F(NetworkFindings, everythingWrong_leavesTheRouteAndTheScope) {
   commands_ = FakeCommandRunner();
-  EXPECT_THAT(rowsOf(findings()), ElementsAre(Row{warning, "Default route", "Could not query default route."}, kScope));
+  EXPECT_THAT(rowsOf(findings()),
+              ElementsAre(Row{warning, "Default route", "Could not query default route."}, kNetworkScope));
 }
 
 TEST_F(NetworkFindings, everyFinding_isOfNetworkAndOfNow) {

@@ -32,14 +32,14 @@ class SystemFindings : public MachineTest {
 const Row kRecent = {ok, "Scan freshness", "Latest scan is recent (within 5 minutes)."};
 const Row kOld = {warning, "Scan freshness",
                   "Latest scan is older than 5 minutes. Run a fresh scan before high-stakes decisions."};
-const Row kScope = {info, "Diagnostic scope",
-                    "Checks are based on observable local signals and selected probes; this is not a complete "
-                    "kernel-level trace of every subsystem."};
+const Row kSystemScope = {info, "Diagnostic scope",
+                          "Checks are based on observable local signals and selected probes; this is not a complete "
+                          "kernel-level trace of every subsystem."};
 
 TEST_F(SystemFindings, healthyMac_givesThreeRowsInOrder) {
-  EXPECT_THAT(
-      rowsOf(findings()),
-      ElementsAre(kRecent, Row{ok, "Sleep/shutdown risk", "No pending uploads detected in current scan."}, kScope));
+  EXPECT_THAT(rowsOf(findings()),
+              ElementsAre(kRecent, Row{ok, "Sleep/shutdown risk", "No pending uploads detected in current scan."},
+                          kSystemScope));
 }
 
 TEST_F(SystemFindings, everythingWrong_givesThreeRowsInOrder) {
@@ -49,7 +49,7 @@ TEST_F(SystemFindings, everythingWrong_givesThreeRowsInOrder) {
               ElementsAre(kOld,
                           Row{warning, "Sleep/shutdown risk",
                               "Pending uploads exist. Avoid sleep/shutdown until trust returns safe."},
-                          kScope));
+                          kSystemScope));
 }
 
 TEST_F(SystemFindings, everyFinding_isOfSystemAndOfNow) {

@@ -12,13 +12,13 @@
 namespace cirrovane::test {
 namespace {
 
-using Row = RowListModel::Row;
+using ModelRow = RowListModel::Row;
 
 class RowListModelTest : public testing::Test {
  protected:
   /// Rows whose keys are the letters and whose values are the letters with the suffix.
-  static std::vector<Row> rows(const std::string& letters, const QString& suffix = {}) {
-    std::vector<Row> made;
+  static std::vector<ModelRow> rows(const std::string& letters, const QString& suffix = {}) {
+    std::vector<ModelRow> made;
     for (const char letter : letters) {
       made.push_back({QString(QLatin1Char(letter)), {QString(QLatin1Char(letter)) + suffix}});
     }
@@ -49,7 +49,7 @@ TEST_F(RowListModelTest, equalRows_changeNothing) {
 TEST_F(RowListModelTest, oneOtherValue_changesThatRowAlone) {
   model_.setRows(rows("abc"));
   const QSignalSpy changed(&model_, &RowListModel::dataChanged);
-  std::vector<Row> next = rows("abc");
+  std::vector<ModelRow> next = rows("abc");
   next[1].values = {QStringLiteral("B")};
   model_.setRows(next);
   ASSERT_EQ(changed.size(), 1);
