@@ -1,45 +1,51 @@
 """The same without a press of Rescan, by the timer alone and for every way in which a probe hangs. It takes minutes."""
 
-import pytest
-from test_trust import IGNORES_SIGTERM, settled
+from test_trust import IGNORES_SIGTERM
 
 # The refresh that the timer starts, and the scan's own time.
 UNTIL_NO = 95
 UNTIL_RECORDED = 35
-PROBES = ["usr/bin/pgrep", "usr/sbin/route", "usr/sbin/scutil", "usr/bin/dscacheutil", "usr/sbin/sysctl",
-          "usr/bin/which", "usr/bin/top", "usr/bin/vm_stat"]
+PGREP = ["usr/bin/pgrep"]
+EVERY_PROBE = [*PGREP, "usr/sbin/route", "usr/sbin/scutil", "usr/bin/dscacheutil", "usr/sbin/sysctl", "usr/bin/which",
+               "usr/bin/top", "usr/bin/vm_stat"]  # fmt: skip
 HANGS = "exec sleep 100000\n"
 # What it leaves behind holds the pipe and has left its group.
-FORKS_AWAY = "setsid sleep 300 &\nexec sleep 100000\n"
+FORKS_AWAY = "setsid sleep 200 &\nexec sleep 100000\n"
 
 
-def expect_no_and_record(application, mac, seconds=UNTIL_NO):
-    scans = len(mac.history)
-    application.node("label", "NO", seconds=seconds)
-    application.wait_until(lambda: len(mac.history) > scans, "the cycle in the history", seconds=UNTIL_RECORDED)
-    assert not mac.history[0]["safeToClose"]
+def expect_no_and_record(application, scans):
+    application.node("label", "NO", seconds=UNTIL_NO)
+    application.wait_until(lambda: len(application.mac.history) > scans, "the cycle in the history", UNTIL_RECORDED)
+    assert not application.mac.history[0]["safeToClose"]
 
 
-@pytest.mark.parametrize("script", [HANGS, IGNORES_SIGTERM, FORKS_AWAY], ids=["hangs", "ignores", "forks"])
-def test_pendingUploads_behindAHungProbe_turnTheVerdictByTheTimer(launch, mac, script):
-    application = settled(launch, mac)
-    mac.replace_command("usr/bin/pgrep", script)
-    mac.unsettle()
-    expect_no_and_record(application, mac)
-
-
-def test_everyProbeHangs_verdictTurnsByTheTimer(launch, mac):
-    application = settled(launch, mac)
-    for probe in PROBES:
-        mac.replace_command(probe, IGNORES_SIGTERM)
-    mac.unsettle()
-    expect_no_and_record(application, mac)
-    # And once more: a hung cycle is not the last one.
-    expect_no_and_record(application, mac)
+def test_pendingUploads_behindHungProbes_turnTheVerdictByTheTimer(launch, make_mac):
+    # Side by side, since each of them waits for its timer.
+    applications = []
+    for probes, script in [(PGREP, HANGS), (PGREP, IGNORES_SIGTERM), (PGREP, FORKS_AWAY), (EVERY_PROBE, HANGS)]:
+        mac = make_mac()
+        mac.settle()
+        applications.append((launch(on=mac).ready(), probes, script))
+    for application, _, _ in applications:
+        application.wait_scanned()
+        application.node("label", "YES")
+    scans = []
+    for application, probes, script in applications:
+        scans.append(len(application.mac.history))
+        for probe in probes:
+            application.mac.replace_command(probe, script)
+        application.mac.unsettle()
+    for (application, _, _), before in zip(applications, scans):
+        expect_no_and_record(application, before)
+    # A cycle with hung probes is not the last one.
+    for (application, _, _), before in zip(applications, scans):
+        application.wait_until(
+            lambda application=application, before=before: len(application.mac.history) > before + 1,
+            "the next cycle", UNTIL_NO + UNTIL_RECORDED)
 
 
 def test_probeHangsFromTheStart_verdictIsShownAndRecorded(launch, mac):
     mac.replace_command("usr/bin/dscacheutil", HANGS)
     application = launch().ready()
     application.node("label", "NO", seconds=10)
-    application.wait_until(lambda: mac.history, "the cycle in the history", seconds=UNTIL_RECORDED)
+    application.wait_until(lambda: mac.history, "the cycle in the history", UNTIL_RECORDED)
