@@ -132,7 +132,13 @@ class HeldScan:
 
     def let_go(self):
         # Held open for both, so that nobody waits at it any more.
-        self._open = self._open or os.open(self._gate, os.O_RDWR)
+        if self._open is None:
+            self._open = os.open(self._gate, os.O_RDWR)
+
+    def hold_again(self):
+        """From the next reading on."""
+        os.close(self._open)
+        self._open = None
 
     def close(self):
         self.let_go()

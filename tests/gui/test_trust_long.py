@@ -1,7 +1,10 @@
 """The same without a press of Rescan, by the timer alone and for every way in which a probe hangs. It takes minutes."""
 
+from test_tray import GREEN, YELLOW, expect_icon
 from test_trust import IGNORES_SIGTERM
 
+# After the beginning of the scan.
+UNTIL_STALE = 185
 # The refresh that the timer starts, and the scan's own time.
 UNTIL_NO = 95
 UNTIL_RECORDED = 35
@@ -49,3 +52,24 @@ def test_probeHangsFromTheStart_verdictIsShownAndRecorded(launch, mac):
     application = launch().ready()
     application.node("label", "NO", seconds=10)
     application.wait_until(lambda: mac.history, "the cycle in the history", UNTIL_RECORDED)
+
+
+def test_yesThatNoScanConfirmsAgain_growsStale(launch, desktop, mac, held):
+    mac.settle()
+    application = launch(**held.environment).ready()
+    held.let_go()
+    application.wait_scanned()
+    expect_icon(application, desktop, GREEN)
+    held.hold_again()
+    # The timer's scan hangs at the first file.
+    note = application.wait_until(
+        lambda: [node.name for node in application.all("label") if node.name.startswith("as of ")],
+        "the YES to grow stale", UNTIL_STALE)[0]
+    assert note.endswith(". The last scan is over 3 minutes old.")
+    assert application.node("label", "YES").description == note
+    application.node(None, "Yellow Needs Attention")
+    expect_icon(application, desktop, YELLOW)
+    held.let_go()
+    application.node(None, "Green Safe")
+    application.wait_for_none("label", note)
+    expect_icon(application, desktop, GREEN)
