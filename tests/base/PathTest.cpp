@@ -23,6 +23,7 @@ TEST(Path, parent_isWhatStandsBeforeTheLastSlash) {
 TEST(Path, trailingSlashes_goButTheRoots) {
   EXPECT_EQ(withoutTrailingSlash("/a/b//"), "/a/b");
   EXPECT_EQ(withoutTrailingSlash("/a"), "/a");
+  EXPECT_EQ(withoutTrailingSlash("/a//b///"), "/a//b");
   EXPECT_EQ(withoutTrailingSlash("///"), "/");
   EXPECT_EQ(withoutTrailingSlash("/"), "/");
   EXPECT_EQ(withoutTrailingSlash(""), "");

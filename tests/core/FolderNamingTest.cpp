@@ -1,4 +1,3 @@
-#include "base/Path.h"
 #include "core/FolderNaming.h"
 
 #include <gtest/gtest.h>
@@ -53,15 +52,6 @@ TEST(WatchFolderName, rootItself_isASlash) {
 
 TEST(WatchFolderName, noComponent_isFolder) {
   EXPECT_EQ(watchFolderName(""), "Folder");
-}
-
-TEST(WithoutTrailingSlash, eachForm_losesOnlyTheEnd) {
-  EXPECT_EQ(withoutTrailingSlash("/a/b/"), "/a/b");
-  EXPECT_EQ(withoutTrailingSlash("/a/b"), "/a/b");
-  EXPECT_EQ(withoutTrailingSlash("/a//b///"), "/a//b");
-  EXPECT_EQ(withoutTrailingSlash("/"), "/");
-  EXPECT_EQ(withoutTrailingSlash("//"), "/");
-  EXPECT_EQ(withoutTrailingSlash(""), "");
 }
 
 }  // namespace
