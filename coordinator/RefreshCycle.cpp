@@ -27,8 +27,8 @@ struct RefreshCycle::Cycle {
   std::vector<WatchFolder> folders;
   /// The verdict remembered before; absent when unknown.
   std::optional<bool> previousSafe;
+  Shared<SyncHealthReport> report;
   /// Each absent until its stage is over.
-  std::optional<Shared<SyncHealthReport>> report;
   std::optional<CollectedFindings> collected;
   std::optional<SystemStatusSnapshot> status;
 };
@@ -108,24 +108,25 @@ void RefreshCycle::finish() {
   if (environment_.cycleLimit != nullptr) {
     environment_.cycleLimit->stop();
   }
-  services_.historyStore->record(**cycle->report);
+  services_.historyStore->record(*cycle->report);
+  std::optional<CollectedFindings> collected = std::move(cycle->collected);
   std::vector<FindingKey> notReached;
-  if (cycle->collected) {
-    notReached = cycle->collected->notReached;
-    diagnostics_.set(withLastValues(std::move(*cycle->collected), diagnostics_.value()));
+  if (collected) {
+    notReached = collected->notReached;
+    diagnostics_.set(withLastValues(std::move(*collected), diagnostics_.value()));
     diagnosticsUpdatedAt_.set(environment_.clock.now());
   }
-  if (cycle->status) {
-    systemStatus_.set(std::move(*cycle->status));
+  if (std::optional<SystemStatusSnapshot> status = std::move(cycle->status)) {
+    systemStatus_.set(std::move(*status));
   }
-  if (cycle->collected) {
-    services_.incidentStore->merge(diagnostics_.value(), (*cycle->report)->generatedAt, notReached);
+  if (collected) {
+    services_.incidentStore->merge(diagnostics_.value(), cycle->report->generatedAt, notReached);
   }
   incidents_.set(services_.incidentStore->records());
   isScanning_.set(false);
   // Without the cycle itself, whose last holder's end is what drops its stages.
   environment_.executors.main.post([this, alive = std::weak_ptr(alive_), previousSafe = cycle->previousSafe,
-                                    report = *cycle->report, folders = std::move(cycle->folders)] {
+                                    report = cycle->report, folders = std::move(cycle->folders)] {
     if (!alive.expired()) {
       notify(previousSafe, report, folders);
     }
@@ -161,7 +162,7 @@ void RefreshCycle::showVerdict() {
   if (environment_.staleAlarm == nullptr) {
     return;
   }
-  if (shown.standing == VerdictStanding::confirmed) {
+  if (confirmation_ && shown.standing == VerdictStanding::confirmed) {
     environment_.staleAlarm->set(timeUntilStale(*confirmation_, environment_.monotonicClock) + kJustAfter,
                                  [this] { showVerdict(); });
   } else if (shown.standing == VerdictStanding::slept) {
