@@ -2,7 +2,7 @@
 // No order, no values, no paths.
 
 #include "base/FileDescriptor.h"
-#include "platform/linux/ICloudAttribute.h"
+#include "platform/linux/walk/ICloudAttribute.h"
 
 #include <array>
 #include <atomic>

@@ -2,7 +2,7 @@
 // the same length everywhere, so that the size of one path tells that of all.
 
 #include "base/FileDescriptor.h"
-#include "platform/linux/ICloudAttribute.h"
+#include "platform/linux/walk/ICloudAttribute.h"
 
 #include <cerrno>
 #include <charconv>

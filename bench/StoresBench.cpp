@@ -5,7 +5,7 @@
 #include "platform/Clock.h"
 #include "platform/linux/ICUCollation.h"
 #include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"

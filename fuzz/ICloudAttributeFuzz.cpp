@@ -2,7 +2,7 @@
 
 #include "base/UTF8.h"
 #include "fuzz/Require.h"
-#include "platform/linux/ICloudAttribute.h"
+#include "platform/linux/walk/ICloudAttribute.h"
 
 #include <cstddef>
 #include <cstdint>

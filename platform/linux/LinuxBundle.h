@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Bundle.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 
 #include <filesystem>
 #include <optional>

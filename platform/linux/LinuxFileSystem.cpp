@@ -1,7 +1,7 @@
 #include "platform/linux/LinuxFileSystem.h"
 
-#include "platform/linux/MachineFacts.h"
-#include "platform/linux/ReadAheadWalk.h"
+#include "platform/linux/macroot/MachineFacts.h"
+#include "platform/linux/walk/ReadAheadWalk.h"
 
 #include <filesystem>
 #include <sys/statvfs.h>

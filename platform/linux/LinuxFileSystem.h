@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 
 #include <memory>
 #include <optional>

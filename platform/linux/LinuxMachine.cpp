@@ -6,7 +6,7 @@
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/LinuxSystemInformation.h"
 #include "platform/linux/LinuxUserDefaults.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "platform/posix/PosixFileStorage.h"
 
 #include <utility>

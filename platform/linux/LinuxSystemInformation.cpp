@@ -1,7 +1,7 @@
 #include "platform/linux/LinuxSystemInformation.h"
 
-#include "platform/linux/HostPower.h"
-#include "platform/linux/MachineFacts.h"
+#include "platform/linux/host/HostPower.h"
+#include "platform/linux/macroot/MachineFacts.h"
 #include "platform/posix/HostLoad.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "platform/FileStorage.h"
 #include "platform/UserDefaults.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 
 #include <optional>
 #include <string>

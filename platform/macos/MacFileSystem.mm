@@ -1,12 +1,12 @@
 #include "platform/macos/MacFileSystem.h"
 
-#include "platform/macos/CollectedBatch.h"
-#include "platform/macos/FolderAlias.h"
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/ListingError.h"
-#include "platform/macos/RefusedWalk.h"
-#include "platform/macos/ResourceDictionary.h"
-#include "platform/macos/RootProbe.h"
+#include "platform/macos/plain/CollectedBatch.h"
+#include "platform/macos/plain/FolderAlias.h"
+#include "platform/macos/plain/ListingError.h"
+#include "platform/macos/plain/RefusedWalk.h"
+#include "platform/macos/plain/ResourceDictionary.h"
+#include "platform/macos/plain/RootProbe.h"
 
 #import <Foundation/Foundation.h>
 #include <cstddef>

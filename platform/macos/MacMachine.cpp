@@ -1,12 +1,12 @@
 #include "platform/Machine.h"
 #include "platform/macos/MacBundle.h"
 #include "platform/macos/MacCollation.h"
-#include "platform/macos/MacCommandRunner.h"
 #include "platform/macos/MacFileSystem.h"
 #include "platform/macos/MacSystemInformation.h"
 #include "platform/macos/MacTimeText.h"
 #include "platform/macos/MacUserDefaults.h"
 #include "platform/macos/SystemMaterialization.h"
+#include "platform/macos/plain/MacCommandRunner.h"
 #include "platform/posix/PosixFileStorage.h"
 
 namespace cirrovane {

@@ -1,7 +1,7 @@
 #include "platform/macos/MacNotificationCenter.h"
 
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/FrameworkNumbers.h"
+#include "platform/macos/plain/FrameworkNumbers.h"
 
 #import <Foundation/Foundation.h>
 #import <UserNotifications/UserNotifications.h>

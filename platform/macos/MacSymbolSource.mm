@@ -1,8 +1,8 @@
 #include "platform/macos/MacSymbolSource.h"
 
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/Owned.h"
-#include "platform/macos/SymbolPlacement.h"
+#include "platform/macos/plain/Owned.h"
+#include "platform/macos/plain/SymbolPlacement.h"
 
 #import <AppKit/AppKit.h>
 #import <CoreGraphics/CoreGraphics.h>

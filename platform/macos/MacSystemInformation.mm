@@ -1,9 +1,9 @@
 #include "platform/macos/MacSystemInformation.h"
 
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/FrameworkNumbers.h"
-#include "platform/macos/Owned.h"
-#include "platform/macos/PowerDescription.h"
+#include "platform/macos/plain/FrameworkNumbers.h"
+#include "platform/macos/plain/Owned.h"
+#include "platform/macos/plain/PowerDescription.h"
 #include "platform/posix/HostLoad.h"
 
 #import <AppKit/AppKit.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/macos/MaterializationPolicy.h"
+#include "platform/macos/plain/MaterializationPolicy.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #include "coordinator/AppUpdateService.h"
 #include "platform/linux/LinuxUserDefaults.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/support/FakeBundle.h"
 #include "tests/support/FakeTimeText.h"

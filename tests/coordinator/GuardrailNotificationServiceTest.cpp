@@ -1,7 +1,7 @@
 #include "coordinator/DefaultsKeys.h"
 #include "coordinator/GuardrailNotificationService.h"
 #include "platform/linux/LinuxUserDefaults.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/core/Builders.h"
 #include "tests/support/FakeBundle.h"

@@ -1,5 +1,5 @@
-#include "platform/macos/AlternativePlaces.h"
-#include "platform/macos/MacCommandRunner.h"
+#include "platform/macos/plain/AlternativePlaces.h"
+#include "platform/macos/plain/MacCommandRunner.h"
 
 #include <array>
 #include <set>

@@ -1,4 +1,4 @@
-#include "platform/macos/CollectedBatch.h"
+#include "platform/macos/plain/CollectedBatch.h"
 
 #include <map>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "platform/macos/FolderAlias.h"
+#include "platform/macos/plain/FolderAlias.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/macos/Owned.h"
+#include "platform/macos/plain/Owned.h"
 
 #include <utility>
 

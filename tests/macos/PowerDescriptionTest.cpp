@@ -1,4 +1,4 @@
-#include "platform/macos/PowerDescription.h"
+#include "platform/macos/plain/PowerDescription.h"
 
 #include <optional>
 

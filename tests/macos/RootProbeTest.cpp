@@ -1,5 +1,5 @@
 #include "core/ICloudScanEngine.h"
-#include "platform/macos/RootProbe.h"
+#include "platform/macos/plain/RootProbe.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"
 

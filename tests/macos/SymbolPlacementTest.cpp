@@ -1,4 +1,4 @@
-#include "platform/macos/SymbolPlacement.h"
+#include "platform/macos/plain/SymbolPlacement.h"
 
 #include <gtest/gtest.h>
 

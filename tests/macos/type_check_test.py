@@ -98,11 +98,11 @@ class TypeCheckTest(unittest.TestCase):
         self.assert_found("platform/macos/MacFileSystem.mm", "NSURL * _Nullable")
 
     def test_walk_that_does_not_tell_how_it_ended(self):
-        self.plant("platform/macos/RefusedWalk.h", ("  bool isComplete() const override { return false; }\n", ""))
-        self.assert_found("platform/macos/RootProbe.cpp", "unimplemented pure virtual method 'isComplete' in 'RefusedWalk'")
+        self.plant("platform/macos/plain/RefusedWalk.h", ("  bool isComplete() const override { return false; }\n", ""))
+        self.assert_found("platform/macos/plain/RootProbe.cpp", "unimplemented pure virtual method 'isComplete' in 'RefusedWalk'")
 
     def test_enumeration_that_grew(self):
-        self.plant("platform/macos/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isPackage,\n"))
+        self.plant("platform/macos/plain/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isPackage,\n"))
         self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isPackage' not handled in switch")
 
     def test_leaked_power_source_blob(self):

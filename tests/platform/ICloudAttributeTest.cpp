@@ -1,4 +1,4 @@
-#include "platform/linux/ICloudAttribute.h"
+#include "platform/linux/walk/ICloudAttribute.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "platform/Machine.h"
 #include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
-#include "platform/linux/HostPower.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/LinuxSystemInformation.h"
+#include "platform/linux/host/HostPower.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 

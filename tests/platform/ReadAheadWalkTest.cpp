@@ -1,5 +1,5 @@
 #include "base/FileDescriptor.h"
-#include "platform/linux/ReadAheadWalk.h"
+#include "platform/linux/walk/ReadAheadWalk.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 

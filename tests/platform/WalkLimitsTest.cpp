@@ -1,7 +1,7 @@
 // Trees of a size or depth that breaks a careless walk. Each is made once and walked in every way.
 
 #include "base/FileDescriptor.h"
-#include "platform/linux/ReadAheadWalk.h"
+#include "platform/linux/walk/ReadAheadWalk.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -2,9 +2,9 @@
 
 #include "base/FileDescriptor.h"
 #include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/MacRoot.h"
-#include "platform/linux/Packages.h"
-#include "platform/linux/ReadAheadWalk.h"
+#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/walk/Packages.h"
+#include "platform/linux/walk/ReadAheadWalk.h"
 
 #include <algorithm>
 #include <array>

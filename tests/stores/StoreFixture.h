@@ -2,7 +2,7 @@
 
 #include "platform/linux/ICUCollation.h"
 #include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/linux/FolderBatch.h"
-#include "platform/linux/WalkedFolder.h"
+#include "platform/linux/walk/FolderBatch.h"
+#include "platform/linux/walk/WalkedFolder.h"
 
 #include <condition_variable>
 #include <cstddef>

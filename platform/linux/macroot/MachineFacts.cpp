@@ -1,4 +1,4 @@
-#include "platform/linux/MachineFacts.h"
+#include "platform/linux/macroot/MachineFacts.h"
 
 #include <cmath>
 

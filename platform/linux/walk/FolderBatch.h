@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/linux/WalkedFolder.h"
+#include "platform/linux/walk/WalkedFolder.h"
 
 #include <cstddef>
 #include <deque>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/macos/ResourceDictionary.h"
+#include "platform/macos/plain/ResourceDictionary.h"
 
 #include <cstddef>
 #include <deque>

@@ -1,7 +1,7 @@
-#include "platform/macos/CollectedBatch.h"
+#include "platform/macos/plain/CollectedBatch.h"
 
 #include "base/Path.h"
-#include "platform/macos/FrameworkNumbers.h"
+#include "platform/macos/plain/FrameworkNumbers.h"
 
 #include <utility>
 

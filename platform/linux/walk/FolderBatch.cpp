@@ -1,8 +1,8 @@
-#include "platform/linux/FolderBatch.h"
+#include "platform/linux/walk/FolderBatch.h"
 
 #include "base/Path.h"
-#include "platform/linux/ICloudAttribute.h"
-#include "platform/linux/Packages.h"
+#include "platform/linux/walk/ICloudAttribute.h"
+#include "platform/linux/walk/Packages.h"
 
 #include <cerrno>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "platform/linux/ReadAheadWalk.h"
+#include "platform/linux/walk/ReadAheadWalk.h"
 
 #include <algorithm>
 #include <sched.h>

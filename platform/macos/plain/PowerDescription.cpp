@@ -1,6 +1,6 @@
-#include "platform/macos/PowerDescription.h"
+#include "platform/macos/plain/PowerDescription.h"
 
-#include "platform/macos/FrameworkNumbers.h"
+#include "platform/macos/plain/FrameworkNumbers.h"
 
 namespace cirrovane {
 

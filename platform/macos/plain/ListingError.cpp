@@ -1,4 +1,4 @@
-#include "platform/macos/ListingError.h"
+#include "platform/macos/plain/ListingError.h"
 
 namespace cirrovane {
 

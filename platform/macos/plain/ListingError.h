@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/macos/FolderAlias.h"
+#include "platform/macos/plain/FolderAlias.h"
 
 #include <optional>
 #include <string>

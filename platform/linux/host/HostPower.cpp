@@ -1,4 +1,4 @@
-#include "platform/linux/HostPower.h"
+#include "platform/linux/host/HostPower.h"
 
 #include <algorithm>
 #include <charconv>

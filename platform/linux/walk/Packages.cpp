@@ -1,4 +1,4 @@
-#include "platform/linux/Packages.h"
+#include "platform/linux/walk/Packages.h"
 
 #include "base/ASCII.h"
 

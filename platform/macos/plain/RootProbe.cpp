@@ -1,8 +1,8 @@
-#include "platform/macos/RootProbe.h"
+#include "platform/macos/plain/RootProbe.h"
 
 #include "base/FileDescriptor.h"
-#include "platform/macos/EmptyWalk.h"
-#include "platform/macos/RefusedWalk.h"
+#include "platform/macos/plain/EmptyWalk.h"
+#include "platform/macos/plain/RefusedWalk.h"
 
 #include <cerrno>
 #include <fcntl.h>

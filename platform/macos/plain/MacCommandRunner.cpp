@@ -1,4 +1,4 @@
-#include "platform/macos/MacCommandRunner.h"
+#include "platform/macos/plain/MacCommandRunner.h"
 
 #include "platform/posix/ChildProcess.h"
 

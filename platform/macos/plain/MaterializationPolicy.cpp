@@ -1,4 +1,4 @@
-#include "platform/macos/MaterializationPolicy.h"
+#include "platform/macos/plain/MaterializationPolicy.h"
 
 namespace cirrovane {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/WalkedFolder.h"
+#include "platform/linux/walk/WalkedFolder.h"
 
 #include <algorithm>
 #include <cerrno>

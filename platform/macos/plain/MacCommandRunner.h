@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/CommandRunner.h"
-#include "platform/macos/AlternativePlaces.h"
+#include "platform/macos/plain/AlternativePlaces.h"
 
 #include <optional>
 #include <span>

@@ -1,4 +1,4 @@
-#include "platform/macos/FrameworkNumbers.h"
+#include "platform/macos/plain/FrameworkNumbers.h"
 
 #include <cmath>
 

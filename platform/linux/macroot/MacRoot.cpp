@@ -1,4 +1,4 @@
-#include "platform/linux/MacRoot.h"
+#include "platform/linux/macroot/MacRoot.h"
 
 #include "base/BoundedRead.h"
 #include "base/MacRootFacts.h"

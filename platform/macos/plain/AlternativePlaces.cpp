@@ -1,4 +1,4 @@
-#include "platform/macos/AlternativePlaces.h"
+#include "platform/macos/plain/AlternativePlaces.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/macos/ResourceDictionary.h"
+#include "platform/macos/plain/ResourceDictionary.h"
 
 namespace cirrovane {
 
