@@ -45,8 +45,9 @@ class ItemBatch {
  public:
   virtual ~ItemBatch() = default;
   virtual std::span<const Item> items() const = 0;
-  /// Absolute path of the folder that holds all of the items, without a trailing slash. A walk tells a folder's items in
-  /// batches that follow one another.
+  /// Absolute path of the folder whose listing the items are, without a trailing slash. A walk tells a folder's items
+  /// in batches that follow one another. A folder that could not be opened for want of means is an item of its own
+  /// listing.
   virtual std::string folderPath() const = 0;
   /// Absolute path of an item of this batch. Made on demand, because hardly any item ever needs it.
   virtual std::string path(const Item& item) const = 0;
