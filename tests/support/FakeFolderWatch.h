@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace cirrovane {
+namespace cirrovane::test {
 
 /// Watches nothing: notes what it is asked for, and tells what a test has it tell, on the test's thread.
 class FakeFolderWatch final : public FolderWatch, private ListingObserver {
@@ -69,4 +69,4 @@ class FakeFolderWatch final : public FolderWatch, private ListingObserver {
   std::vector<std::string> listed_;
 };
 
-}  // namespace cirrovane
+}  // namespace cirrovane::test
