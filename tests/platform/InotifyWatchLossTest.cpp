@@ -6,8 +6,10 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
+#include <exception>
 #include <fstream>
 #include <functional>
+#include <iostream>
 #include <optional>
 #include <sched.h>
 #include <string>
@@ -169,6 +171,7 @@ TEST(UntoldFileSystem, type_isKnownByItsNumber) {
 class InotifyWatchInChild : public WatchedDisk {
  protected:
   static constexpr int kRefused = 1;
+  static constexpr int kThrew = 2;
 
   /// Runs the checks in a child that may mount and has limits of its own.
   void inChild(const std::function<int()>& check) {
@@ -176,16 +179,23 @@ class InotifyWatchInChild : public WatchedDisk {
     ASSERT_GE(child, 0);
     if (child == 0) {
       const uid_t user = getuid();
+      const gid_t group = getgid();
       if (unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) {
         _exit(kRefused);
       }
       std::ofstream("/proc/self/setgroups") << "deny";
       std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+      std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
       if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
         _exit(kRefused);
       }
-      const int result = check();
-      watch_.reset();
+      int result = kThrew;
+      try {
+        result = check();
+        watch_.reset();
+      } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+      }
       _exit(result);
     }
     int status = 0;
