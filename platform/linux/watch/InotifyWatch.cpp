@@ -199,11 +199,10 @@ void InotifyWatch::run() {
     } while (length > 0 && queued > 0);
     tellStanding();
     if (requests.wantsProof) {
-      // Only this thread tells of the standing, so that what was told last holds.
-      if (toldStanding_ && !*toldStanding_) {
-        listener_.proved();
+      if (toldWeakness_) {
+        listener_.stands(toldWeakness_);
       } else {
-        listener_.stands(toldStanding_.value_or(kNothingWatched));
+        listener_.proved();
       }
     }
   }
@@ -237,7 +236,7 @@ void InotifyWatch::begin(const std::vector<std::string>& folders) {
     News unheeded;
     followWays(unheeded);
   }
-  toldStanding_.reset();
+  hasToldStanding_ = false;
 }
 
 std::size_t InotifyWatch::readEvents(std::vector<char>& buffer, News& news) {
@@ -274,8 +273,9 @@ void InotifyWatch::tellStanding() {
     const std::lock_guard lock(foldersMutex_);
     weakness = weakness_;
   }
-  if (toldStanding_ != weakness) {
-    toldStanding_ = weakness;
+  if (!hasToldStanding_ || toldWeakness_ != weakness) {
+    hasToldStanding_ = true;
+    toldWeakness_ = weakness;
     listener_.stands(std::move(weakness));
   }
 }

@@ -101,8 +101,9 @@ class InotifyWatch final : public FolderWatch, private ListingObserver {
 
   // The thread's own.
   FileDescriptor mounts_;
-  /// The outer optional is absent while nothing has been told.
-  std::optional<std::optional<std::string>> toldStanding_;
+  /// Whether the standing was told since the start, and the weakness that was told with it.
+  bool hasToldStanding_ = false;
+  std::optional<std::string> toldWeakness_;
 
   std::thread thread_;
 };
