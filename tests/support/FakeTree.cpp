@@ -528,7 +528,7 @@ std::set<std::string> FakeTreeWatch::watched() const {
 void FakeTreeWatch::hear(const std::string& folder, const std::string& entry, bool isAfter) {
   const std::string touched = joined(folder, entry);
   if (!isAfter) {
-    touched_[touched] = tree_.identityOf(touched);
+    touched_[touched] = {tree_.identityOf(touched), tree_.isFolder(touched)};
     if (touched_.size() == 1) {
       ledTo_.clear();
       for (const std::string& watched : folders_) {
@@ -537,7 +537,8 @@ void FakeTreeWatch::hear(const std::string& folder, const std::string& entry, bo
     }
     return;
   }
-  const bool isAnother = touched_[touched] != tree_.identityOf(touched);
+  const auto [former, wasFolder] = touched_[touched];
+  const bool isAnother = former != tree_.identityOf(touched);
   touched_.erase(touched);
   for (std::size_t place = 0; place < folders_.size(); ++place) {
     const std::string& watched = folders_[place];
@@ -546,7 +547,9 @@ void FakeTreeWatch::hear(const std::string& folder, const std::string& entry, bo
       const std::string named =
           folder == *ledTo ? watched : joined(watched, folder.substr(ledTo->size() == 1 ? 1 : ledTo->size() + 1));
       if (watched_.contains(named)) {
-        changes_.push_back({named, entry});
+        // A system need not name an entry, unless a folder of that name may be another one by now.
+        const bool isNamed = wasFolder || ++toldCount_ % 4 != 0;
+        changes_.push_back({named, isNamed ? entry : ""});
       }
       if (isAnother) {
         lose(joined(named, entry));

@@ -11,6 +11,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace cirrovane::test {
@@ -140,8 +141,9 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   std::vector<std::string> folders_;
   /// Where each led before what is being done.
   std::vector<std::optional<std::string>> ledTo_;
-  /// The items by the paths that it touches.
-  std::map<std::string, const void*> touched_;
+  /// The items by the paths that it touches, and whether they were folders.
+  std::map<std::string, std::pair<const void*, bool>> touched_;
+  std::size_t toldCount_ = 0;
   std::map<std::string, int> watched_;
   std::vector<FolderChange> changes_;
 };
