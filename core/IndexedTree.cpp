@@ -220,7 +220,6 @@ std::map<std::string, IndexedTree::ToRead> IndexedTree::plan(std::span<const Fol
       if (!change.item.empty()) {
         what.items.push_back(change.item);
       }
-      isWhole = isWhole || (change.isDeep && change.folder == path_);
     } else if (isAtOrBelow(path_, change.folder)) {
       // The watched folder is an item of the one that changed, or lies below such an item.
       const bool isNamed = !change.item.empty() && isAtOrBelow(path_, itemPath(change.folder, change.item));
