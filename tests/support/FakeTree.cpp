@@ -457,6 +457,9 @@ void FakeTree::list(const Entry& folder, const std::string& path, bool isDeep, b
     return;
   }
   ++listingCount_;
+  if (onListing_) {
+    onListing_();
+  }
   if (observer != nullptr) {
     observer->beforeListing(path, -1);
   }

@@ -77,6 +77,8 @@ class FakeTree final : public FileSystem {
   void setBatchSize(std::size_t size) { batchSize_ = size; }
   /// How many folders were listed, by walks of any kind.
   std::size_t listingCount() const { return listingCount_; }
+  /// Called at each listing of a folder, such as to let time go by.
+  void setOnListing(std::function<void()> onListing) { onListing_ = std::move(onListing); }
 
   bool exists(const std::string& path) const override { return resolved(path).has_value(); }
   using FileSystem::enumerate;
@@ -103,6 +105,7 @@ class FakeTree final : public FileSystem {
   Listener listener_;
   std::size_t batchSize_ = 3;
   mutable std::size_t listingCount_ = 0;
+  std::function<void()> onListing_;
 };
 
 /// Whoever tells a test what changed in watched folders.
