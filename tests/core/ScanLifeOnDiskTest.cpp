@@ -87,7 +87,7 @@ TEST(ScanLifeOnDisk, toldByTheTest_agreesWithAFullScan) {
     DiskMirror mirror;
     tree.setMirror(&mirror);
     FakeTreeWatch watch(tree);
-    ScanLife life({tree, fileSystem, watch, home, true, [&] { return watch.watched(); }}, seed);
+    ScanLife life({tree, fileSystem, watch, home, true, [&] { return watch.held(); }}, seed);
     const bool hasLived = life.live(steps);
     tally = life.tally();
     return hasLived;

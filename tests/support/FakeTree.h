@@ -130,14 +130,15 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   ListingObserver& listings() override { return *this; }
   void forget(const std::string& folder) override;
   std::optional<std::vector<FolderChange>> take() override;
-  void beforeListing(const std::string& folder, int descriptor) override { watched_.insert({folder, descriptor}); }
+  void beforeListing(const std::string& folder, int) override {
+    told_.insert(folder);
+    held_.insert(folder);
+  }
 
-  /// The folders that are watched by now.
-  std::set<std::string> watched() const;
+  /// The folders that it was told of, and not told to forget.
+  const std::set<std::string>& held() const { return held_; }
 
  private:
-  /// What was watched there is elsewhere by now, or nowhere.
-  void lose(const std::string& folder) { forget(folder); }
   void hear(const std::string& folder, const std::string& entry, bool isAfter);
 
   FakeTree& tree_;
@@ -147,7 +148,9 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   /// The items by the paths that it touches, and whether they were folders.
   std::map<std::string, std::pair<const void*, bool>> touched_;
   std::size_t toldCount_ = 0;
-  std::map<std::string, int> watched_;
+  /// Those of which changes are told: not where what was watched is elsewhere by now, or nowhere.
+  std::set<std::string> told_;
+  std::set<std::string> held_;
   std::vector<FolderChange> changes_;
 };
 
