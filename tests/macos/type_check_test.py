@@ -134,5 +134,23 @@ class TypeCheckTest(unittest.TestCase):
                           "'isLowPowerModeEnabled' is only available on macOS 14.0 or newer")
 
 
+    def test_callback_of_another_signature(self):
+        self.plant("platform/macos/DispatchQueue.mm", ("std::size_t count, void* paths,", "int count, void* paths,"))
+        self.assert_found("platform/macos/DispatchQueue.mm", "no matching function for call to 'FSEventStreamCreate'")
+
+    def test_stream_that_may_not_have_been_made(self):
+        self.plant("platform/macos/DispatchQueue.mm",
+                   ("    if (system == nullptr) {\n      return nullptr;\n    }\n", ""))
+        self.assert_found("platform/macos/DispatchQueue.mm", "Nullable pointer is passed to a callee that requires a non-null 1st parameter")
+
+    def test_flag_with_another_number(self):
+        self.plant("platform/macos/plain/EventStream.h", ("kernelDropped = 0x4;", "kernelDropped = 0x10;"))
+        self.assert_found("platform/macos/DispatchQueue.mm", "static assertion failed")
+
+    def test_watch_that_does_not_prove(self):
+        self.plant("platform/macos/FSEventsWatch.mm", ("  void prove() override { watch_.prove(); }\n", ""))
+        self.assert_found("platform/macos/FSEventsWatch.mm", "unimplemented pure virtual method 'prove' in 'FSEventsWatch'")
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=0)

@@ -1,0 +1,68 @@
+#include "platform/macos/FSEventsWatch.h"
+
+#include "platform/macos/DispatchQueue.h"
+#include "platform/macos/FoundationText.h"
+#include "platform/macos/WorkspaceNotice.h"
+#include "platform/macos/plain/StreamedWatch.h"
+
+#import <Foundation/Foundation.h>
+#include <chrono>
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+namespace cirrovane {
+namespace {
+
+std::string withoutLinks(const std::string& path) {
+  char* found = realpath(path.c_str(), nullptr);
+  std::string real = found != nullptr ? found : path;
+  std::free(found);
+  return real;
+}
+
+bool isPackage(const std::string& path) {
+  NSURL* url = fileURLOf(path, /*isFolder=*/true);
+  NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:@[ NSURLIsPackageKey ] error:nil];
+  id value = values[NSURLIsPackageKey];
+  return [value isKindOfClass:[NSNumber class]] && static_cast<NSNumber*>(value).boolValue;
+}
+
+StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {
+  StreamSystem system;
+  // Not the queue itself: what is on it holds the system.
+  system.makeStream = [weak = std::weak_ptr(queue)](const std::vector<std::string>& paths,
+                                                    std::function<void(std::vector<StreamEvent>)> tell) {
+    const std::shared_ptr<DispatchQueue> held = weak.lock();
+    return held ? held->makeStream(paths, std::move(tell)) : nullptr;
+  };
+  system.withoutLinks = withoutLinks;
+  system.isPackage = isPackage;
+  return system;
+}
+
+class FSEventsWatch final : public FolderWatch {
+ public:
+  FSEventsWatch(FolderWatchListener& listener, const std::string& ownFolder,
+                const std::shared_ptr<DispatchQueue>& queue)
+      : watch_(listener, systemOn(queue), queue, ownFolder),
+        wake_(WorkspaceNotice::Event::machineWoke, watch_.wakeNotice()) {}
+
+  void start(const std::vector<std::string>& folders) override { watch_.start(folders); }
+  ListingObserver& listings() override { return watch_.listings(); }
+  void forget(const std::string& folder) override { watch_.forget(folder); }
+  void prove() override { watch_.prove(); }
+  std::vector<std::chrono::seconds> laterReadings() const override { return watch_.laterReadings(); }
+
+ private:
+  StreamedWatch watch_;
+  WorkspaceNotice wake_;
+};
+
+}  // namespace
+
+std::unique_ptr<FolderWatch> makeFSEventsWatch(FolderWatchListener& listener, const std::string& ownFolder) {
+  return std::make_unique<FSEventsWatch>(listener, ownFolder, std::make_shared<DispatchQueue>());
+}
+
+}  // namespace cirrovane
