@@ -1,7 +1,8 @@
 """The same without a press of Rescan, by the timer alone and for every way in which a probe hangs. It takes minutes."""
 
+from conftest import preloaded
 from test_tray import GREEN, YELLOW, expect_icon
-from test_trust import IGNORES_SIGTERM
+from test_trust import HANGS, IGNORES_SIGTERM
 
 # After the beginning of the scan.
 UNTIL_STALE = 185
@@ -11,7 +12,6 @@ UNTIL_RECORDED = 35
 PGREP = ["usr/bin/pgrep"]
 EVERY_PROBE = [*PGREP, "usr/sbin/route", "usr/sbin/scutil", "usr/bin/dscacheutil", "usr/sbin/sysctl", "usr/bin/which",
                "usr/bin/top", "usr/bin/vm_stat"]  # fmt: skip
-HANGS = "exec sleep 100000\n"
 # What it leaves behind holds the pipe and has left its group.
 FORKS_AWAY = "setsid sleep 200 &\nexec sleep 100000\n"
 
@@ -54,9 +54,9 @@ def test_probeHangsFromTheStart_verdictIsShownAndRecorded(launch, mac):
     application.wait_until(lambda: mac.history, "the cycle in the history", UNTIL_RECORDED)
 
 
-def test_yesThatNoScanConfirmsAgain_growsStale(launch, desktop, mac, held):
+def test_yesThatNoScanConfirmsAgain_growsStale(launch, desktop, mac, held, refused):
     mac.settle()
-    application = launch(**held.environment).ready()
+    application = launch(**preloaded(held.LIBRARY, refused.LIBRARY, **held.variables, **refused.variables)).ready()
     held.let_go()
     application.wait_scanned()
     expect_icon(application, desktop, GREEN)
