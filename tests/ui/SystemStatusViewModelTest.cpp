@@ -38,8 +38,8 @@ TEST_F(SystemStatusViewModelTest, beforeTheFirstSample_allIsUnknown) {
   EXPECT_THAT(texts(*page_->power()),
               ElementsAre("Battery|Unknown", "Charging|Unknown", "Low Power Mode|Off", "Uptime|0m"));
   EXPECT_THAT(texts(*page_->network()), ElementsAre("iCloud Reachability|Unknown"));
-  EXPECT_THAT(texts(*page_->live()), ElementsAre("State|Not live", "Reason|None", "Verdict Confirmed|Not scanned yet",
-                                                 "Changes Missed|0"));
+  EXPECT_THAT(texts(*page_->live()),
+              ElementsAre("State|Not live", "Reason|None", "Verdict Confirmed|Not scanned yet", "Changes Missed|0"));
   EXPECT_FALSE(page_->hasMemoryGauge());
 }
 
