@@ -66,10 +66,14 @@ ApplicationWindow {
     }
 
     menuBar: Loader {
-        active: window.hasMenuBar
-        sourceComponent: WindowMenuBar {
-            shell: window.shell
-            commands: window.commands
+        // By its file, since Qt 6.4 loads no component of this one here.
+        Component.onCompleted: {
+            if (window.hasMenuBar) {
+                setSource("WindowMenuBar.qml", {
+                    shell: window.shell,
+                    commands: window.commands
+                });
+            }
         }
     }
 

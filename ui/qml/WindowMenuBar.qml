@@ -29,7 +29,7 @@ MenuBar {
                         command: command
                     }));
                 } else {
-                    menu.addItem(separatorComponent.createObject(menu));
+                    menu.addItem(separatorComponent.createObject(menu.contentItem));
                 }
             }
             addMenu(menu);
