@@ -111,14 +111,10 @@ def test_icon_clicked_opensThePanelBesideIt(launch, desktop):
 def test_icon_clickedAgain_takesThePanelAway(launch, desktop):
     application = launch().ready()
     for _ in range(2):
-        open_by_click(application, desktop)
-        application.wait_until(lambda: desktop.active_window() in panels(application, desktop), "the panel to have the keyboard")
+        panel = open_by_click(application, desktop)
+        application.wait_until(lambda: desktop.active_window() == panel.id, "the panel to have the keyboard")
         click_icon(desktop)
-        application.wait_until(lambda: not panels(application, desktop), "the second click to take the panel away")
-
-
-def panels(application, desktop):
-    return [window.id for window in application.windows() if desktop.geometry(window)[2] == PANEL_WIDTH]
+        application.wait_until(lambda: len(application.windows()) == 1, "the second click to take the panel away")
 
 
 def test_panelAtTheStart_isAtTheRightEdgeEvenBeforeTheTrayHasTheIcon(launch, desktop):

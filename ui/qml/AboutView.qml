@@ -9,7 +9,7 @@ Sheet {
     required property string buildLabel
 
     title: "About Cirrovane"
-    height: Math.min(implicitHeight, (parent ? parent.height : 700) - 48)
+    height: Math.min(implicitContentHeight + topPadding + bottomPadding, (parent ? parent.height : 700) - 48)
     width: Math.min(420, (parent ? parent.width : 640) - 48)
 
     contentItem: ColumnLayout {

@@ -119,8 +119,9 @@ MenuBar {
         }
         background: Rectangle {
             radius: 5
-            color: command.highlighted ? Theme.controlPressed : "transparent"
+            color: command.highlighted && command.enabled ? Theme.controlPressed : "transparent"
         }
+        opacity: enabled ? 1 : 0.5
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
