@@ -414,6 +414,56 @@ class RunTest(ScriptTest):
         self.assertEqual(self.calls("tool"), [["check --json"]])
 
 
+class FirstHourTest(ScriptTest):
+    """Of the steps on a Mac: that they pass where all is well, and that one that is not is told."""
+
+    SCRIPT = SCRIPTS.parents[1] / "tests/macos/first-hour"
+    REFUSED = '"safeToClose" : false, "details" : "The folder exists but cannot be read."'
+
+    def setUp(self):
+        super().setUp()
+        self.app = self.folder / "Cirrovane.app"
+        self.tool = self.app / "Contents/MacOS/cirrovanectl"
+        self.tool.parent.mkdir(parents=True)
+        self.check(self.REFUSED, 1)
+        running = self.folder / "running"
+        # Nothing is refused to root, whom the tests may run as; the tool is played in any case.
+        self.play("id", "echo 501")
+        self.play("plutil", "echo 1.2")
+        self.play("codesign")
+        self.play("getconf", f'echo "{self.folder}"')
+        self.play("open", f"""[ "$1" != -n ] || exit 0
+            touch "{self.folder}/cirrovane-501-abc.lock"
+            sleep 60 </dev/null >/dev/null 2>&1 &
+            echo $! >"{running}" """)
+        self.play("pgrep", f'[ ! -e "{running}" ] || cat "{running}"')
+
+    def check(self, refused, status):
+        self.tool.write_text(
+            f"#!/bin/bash\n[ $1 = check ] || {{ echo 'Cirrovane 1.2'; exit; }}\n"
+            f"case $3 in */refused) echo '{refused}'; exit {status} ;; esac\n"
+            "echo '\"safeToClose\" : false'; exit 1\n"
+        )
+        self.tool.chmod(0o755)
+
+    def test_everythingAsItMustBe_passes(self):
+        result = self.run_script(self.SCRIPT, self.app)
+        self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
+        self.assertEqual(len(result.stdout.splitlines()), 9, result.stdout)
+
+    def test_refusalThatIsTakenForSafe_isTold(self):
+        self.check('"safeToClose" : true', 0)
+        result = self.run_script(self.SCRIPT, self.app)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("NOT AS IT MUST BE: a folder that may not be listed is a blocker", result.stdout)
+
+    def test_signatureThatDoesNotHold_isTold(self):
+        self.play("codesign", "exit 1")
+        result = self.run_script(self.SCRIPT, self.app)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("NOT AS IT MUST BE: the signature", result.stdout)
+
+
 if __name__ == "__main__":
     draw_icon = sys.argv.pop(1)
     unittest.main()
