@@ -27,9 +27,9 @@ ApplicationWindow {
     property var about: null
 
     // The text that had the keyboard last: a menu that opens takes the keyboard, and leaves the selection.
-    property Item text: null
+    property TextEdit text: null
     readonly property bool canCopy: (text?.selectedText ?? "") !== ""
-    onActiveFocusItemChanged: if (activeFocusItem?.selectedText !== undefined) text = activeFocusItem
+    onActiveFocusItemChanged: if (activeFocusItem instanceof TextEdit) text = activeFocusItem as TextEdit
 
     function showGuide() {
         guide = guide ?? guideComponent.createObject(contentItem);
