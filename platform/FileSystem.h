@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace cirrovane {
 
@@ -35,6 +36,8 @@ struct Item {
   std::string_view name;
   /// Absent when the item's values could not be read.
   std::optional<ResourceValues> values;
+  /// Whether it is a folder that a walk enters: one that is no package.
+  bool isEntered = false;
 };
 
 /// Items that the walk met one after another, with their values already read.
@@ -42,6 +45,10 @@ class ItemBatch {
  public:
   virtual ~ItemBatch() = default;
   virtual std::span<const Item> items() const = 0;
+  /// Absolute path of the folder whose listing the items are, without a trailing slash. A walk tells a folder's items
+  /// in batches that follow one another. A folder that could not be opened for want of means is an item of its own
+  /// listing.
+  virtual std::string folderPath() const = 0;
   /// Absolute path of an item of this batch. Made on demand, because hardly any item ever needs it.
   virtual std::string path(const Item& item) const = 0;
 };
@@ -55,6 +62,24 @@ class FolderWalk {
   /// After the end: whether the folder that the walk began at was listed to its own end. A folder below it that could
   /// not be listed does not count.
   virtual bool isComplete() const = 0;
+};
+
+/// Told of each folder of a walk before its entries are read, on any of the walk's threads.
+class ListingObserver {
+ public:
+  virtual ~ListingObserver() = default;
+  /// The folder's path as the walk names it, and a descriptor on which it is open; -1 where the walk has none.
+  virtual void beforeListing(const std::string& folder, int descriptor) = 0;
+};
+
+/// What a walk covers, and who is told of it.
+struct WalkRequest {
+  /// Without a trailing slash.
+  std::string folder;
+  /// Whether it goes on into the folders below, or tells the folder's own entries alone.
+  bool isDeep = true;
+  /// May be nullptr; outlives the walk.
+  ListingObserver* observer = nullptr;
 };
 
 /// Sizes of the volume that holds a folder, in bytes; absent when the system does not give them.
@@ -75,7 +100,14 @@ class FileSystem {
   /// A walk over the items below the folder, recursive, without hidden items and without the contents of packages.
   /// What cannot be listed below it is passed over. nullptr when no walk can be made, which counts as a folder that
   /// cannot be listed.
-  virtual std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const = 0;
+  virtual std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const = 0;
+  /// The same over all below the folder, with nobody told.
+  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const { return enumerate(WalkRequest{folder}); }
+
+  /// Those of the named entries of a folder that exist and that a walk would show, in the order given, with their
+  /// values; nullptr when none does.
+  virtual std::unique_ptr<ItemBatch> readItems(const std::string& folder,
+                                               const std::vector<std::string>& names) const = 0;
 
   virtual VolumeCapacities volumeCapacities(const std::string& folder) const = 0;
 

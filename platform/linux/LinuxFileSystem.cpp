@@ -8,6 +8,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace cirrovane {
@@ -17,6 +18,31 @@ namespace {
 bool isAddressable(const std::string& path) {
   return path.find('\0') == std::string::npos;
 }
+
+/// Entries of one folder that were asked for by name.
+class NamedItems final : public ItemBatch {
+ public:
+  explicit NamedItems(const std::string& folder) : folder_{nullptr, folder} {}
+
+  void read(const std::vector<std::string>& names) {
+    FolderDescriptors descriptors(/*capacity=*/1);
+    const FolderDescriptors::Opened opened = descriptors.open(folder_);
+    if (opened.result != FolderOpening::opened) {
+      return;
+    }
+    const int descriptor = opened.descriptor->get();
+    batch_.takeNames(folder_, descriptor, names);
+    batch_.readValues(descriptor, fmt::format("/proc/self/fd/{}/", descriptor));
+  }
+
+  std::span<const Item> items() const override { return batch_.items(); }
+  std::string folderPath() const override { return batch_.folderPath(); }
+  std::string path(const Item& item) const override { return batch_.path(item); }
+
+ private:
+  WalkedFolder folder_;
+  FolderBatch batch_;
+};
 
 VolumeCapacities hostCapacities(const std::string& folder) {
   struct statvfs volume {};
@@ -36,14 +62,29 @@ bool LinuxFileSystem::exists(const std::string& path) const {
   return isAddressable(path) && access(path.c_str(), F_OK) == 0;
 }
 
-std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const std::string& folder) const {
+std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const WalkRequest& request) const {
+  const std::string& folder = request.folder;
   if (!isAddressable(folder)) {
     return nullptr;
+  }
+  WalkOptions options;
+  options.isDeep = request.isDeep;
+  options.observer = request.observer;
+  if (!request.isDeep) {
+    // One folder of usual size is read sooner than a thread is started.
+    options.threadCount = 0;
   }
   // The reading threads change their working directory, against which a relative path would lose its meaning.
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
-  return std::make_unique<ReadAheadWalk>(error ? folder : absolute.native());
+  return std::make_unique<ReadAheadWalk>(error ? folder : absolute.native(), options);
+}
+
+std::unique_ptr<ItemBatch> LinuxFileSystem::readItems(const std::string& folder,
+                                                      const std::vector<std::string>& names) const {
+  auto batch = std::make_unique<NamedItems>(folder);
+  batch->read(names);
+  return batch->items().empty() ? nullptr : std::move(batch);
 }
 
 VolumeCapacities LinuxFileSystem::volumeCapacities(const std::string& folder) const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace cirrovane {
 
@@ -15,7 +16,9 @@ class LinuxFileSystem final : public FileSystem {
   explicit LinuxFileSystem(const MacRoot& root) : root_(root) {}
 
   bool exists(const std::string& path) const override;
-  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  using FileSystem::enumerate;
+  std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const override;
+  std::unique_ptr<ItemBatch> readItems(const std::string& folder, const std::vector<std::string>& names) const override;
   VolumeCapacities volumeCapacities(const std::string& folder) const override;
   std::string homeDirectory() const override { return root_.homeDirectory(); }
   std::optional<std::string> applicationSupportDirectory() const override {

@@ -14,7 +14,9 @@ namespace cirrovane {
 class MacFileSystem final : public FileSystem {
  public:
   bool exists(const std::string& path) const override;
-  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  using FileSystem::enumerate;
+  std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const override;
+  std::unique_ptr<ItemBatch> readItems(const std::string& folder, const std::vector<std::string>& names) const override;
   VolumeCapacities volumeCapacities(const std::string& folder) const override;
   std::string homeDirectory() const override;
   std::optional<std::string> applicationSupportDirectory() const override;

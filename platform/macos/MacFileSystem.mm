@@ -1,5 +1,6 @@
 #include "platform/macos/MacFileSystem.h"
 
+#include "base/Path.h"
 #include "platform/macos/FoundationText.h"
 #include "platform/macos/plain/CollectedBatch.h"
 #include "platform/macos/plain/FolderAlias.h"
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <sys/stat.h>
 #include <utility>
 
 namespace cirrovane {
@@ -27,6 +29,8 @@ NSURLResourceKey foundationKey(ResourceKey key) {
       return NSURLIsDirectoryKey;
     case ResourceKey::isRegularFile:
       return NSURLIsRegularFileKey;
+    case ResourceKey::isPackage:
+      return NSURLIsPackageKey;
     case ResourceKey::isUbiquitousItem:
       return NSURLIsUbiquitousItemKey;
     case ResourceKey::contentModificationDate:
@@ -129,13 +133,16 @@ ListingError listingErrorOf(NSURL* _Nullable given, NSError* error) {
 
 /// What cannot be listed is passed over; but of the folder itself it is noted that its items were kept from us.
 NSDirectoryEnumerator<NSURL*>* enumeratorOf(const FolderAlias& folder, NSArray<NSURLResourceKey>* keys,
-                                            const std::shared_ptr<WalkFindings>& findings) {
+                                            const std::shared_ptr<WalkFindings>& findings, bool isDeep) {
   NSURL* root = fileURLOf(folder.real, /*isFolder=*/true);
   if (root == nil) {
     return nil;
   }
-  const NSDirectoryEnumerationOptions options =
+  NSDirectoryEnumerationOptions options =
       NSDirectoryEnumerationSkipsHiddenFiles | NSDirectoryEnumerationSkipsPackageDescendants;
+  if (!isDeep) {
+    options |= NSDirectoryEnumerationSkipsSubdirectoryDescendants;
+  }
   // Copies, since the block would keep no more of a reference than the reference.
   const std::shared_ptr<WalkFindings> noted = findings;
   const FolderAlias walked = folder;
@@ -148,6 +155,24 @@ NSDirectoryEnumerator<NSURL*>* enumeratorOf(const FolderAlias& folder, NSArray<N
                                             }
                                             return YES;
                                           }];
+}
+
+/// Reads the item's values into the batch; false for an item of another folder than the batch's.
+bool addItem(CollectedBatch& batch, NSURL* url, const FolderAlias& folder, NSArray<NSURLResourceKey>* keys,
+             const StatusTexts& statusTexts) {
+  NSString* path = url.path;
+  std::string asked = path != nil ? folder.asAsked(bytesOf(path)) : std::string();
+  if (batch.size() > 0 && parentPath(asked) != batch.folderPath()) {
+    return false;
+  }
+  NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:keys error:nil];
+  if (values == nil) {
+    batch.add(std::move(asked), nullptr);
+  } else {
+    const FoundationResources dictionary(values, statusTexts);
+    batch.add(std::move(asked), &dictionary);
+  }
+  return true;
 }
 
 class MacFolderWalk final : public FolderWalk {
@@ -171,10 +196,14 @@ class MacFolderWalk final : public FolderWalk {
     }
     @autoreleasepool {
       while (batch_.size() < kBatchSize && enumerator_ != nil) {
-        if (NSURL* url = [enumerator_ nextObject]) {
-          take(url);
-        } else {
+        NSURL* url = waiting_ != nil ? waiting_ : [enumerator_ nextObject];
+        waiting_ = nil;
+        if (url == nil) {
           enumerator_ = nil;
+        } else if (!addItem(batch_, url, folder_, keys_, statusTexts_)) {
+          // The first of another folder, which begins a batch of its own.
+          waiting_ = url;
+          break;
         }
       }
     }
@@ -184,20 +213,9 @@ class MacFolderWalk final : public FolderWalk {
   bool isComplete() const override { return !findings_->isCutShort; }
 
  private:
-  void take(NSURL* url) {
-    NSString* path = url.path;
-    NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:keys_ error:nil];
-    std::string asked = path != nil ? folder_.asAsked(bytesOf(path)) : std::string();
-    if (values == nil) {
-      batch_.add(std::move(asked), nullptr);
-    } else {
-      const FoundationResources dictionary(values, statusTexts_);
-      batch_.add(std::move(asked), &dictionary);
-    }
-  }
-
   FolderAlias folder_;
   NSDirectoryEnumerator<NSURL*>* enumerator_;
+  NSURL* _Nullable waiting_ = nil;
   NSArray<NSURLResourceKey>* keys_;
   std::shared_ptr<WalkFindings> findings_;
   const MaterializationCalls& materialization_;
@@ -225,26 +243,54 @@ bool MacFileSystem::exists(const std::string& path) const {
   }
 }
 
-std::unique_ptr<FolderWalk> MacFileSystem::enumerate(const std::string& folder) const {
+std::unique_ptr<FolderWalk> MacFileSystem::enumerate(const WalkRequest& request) const {
   const NoMaterialization guard(materialization_);
   if (!guard.isInForce()) {
     return std::make_unique<RefusedWalk>();
   }
   @autoreleasepool {
     // The enumerator takes a link for an item, and a folder reached by a link for an empty one.
-    FolderAlias alias{folder, withoutLinks(folder)};
+    FolderAlias alias{request.folder, withoutLinks(request.folder)};
     // Before the enumerator, whose errors do not tell a folder that is only in the cloud from one that is kept from us.
     if (std::unique_ptr<FolderWalk> walk = walkWithoutItems(probeRoot(alias.real))) {
       return walk;
     }
     NSArray<NSURLResourceKey>* keys = foundationKeys();
     const auto findings = std::make_shared<WalkFindings>();
-    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias, keys, findings);
+    NSDirectoryEnumerator<NSURL*>* enumerator = enumeratorOf(alias, keys, findings, request.isDeep);
     if (enumerator == nil) {
       return nullptr;
     }
+    if (request.observer != nullptr) {
+      request.observer->beforeListing(request.folder, -1);
+    }
     return std::make_unique<MacFolderWalk>(std::move(alias), enumerator, keys, findings, materialization_);
   }
+}
+
+std::unique_ptr<ItemBatch> MacFileSystem::readItems(const std::string& folder,
+                                                    const std::vector<std::string>& names) const {
+  const NoMaterialization guard(materialization_);
+  auto batch = std::make_unique<CollectedBatch>();
+  @autoreleasepool {
+    const FolderAlias alias{folder, folder};
+    const StatusTexts statusTexts;
+    for (const std::string& name : names) {
+      std::string path = folder;
+      path.append("/").append(name);
+      struct stat status {};
+      if (name.starts_with('.') || lstat(path.c_str(), &status) != 0) {
+        continue;
+      }
+      NSURL* url = guard.isInForce() ? fileURLOf(path, /*isFolder=*/false) : nil;
+      if (url == nil) {
+        batch->add(std::move(path), nullptr);
+      } else {
+        addItem(*batch, url, alias, foundationKeys(), statusTexts);
+      }
+    }
+  }
+  return batch->size() > 0 ? std::move(batch) : nullptr;
 }
 
 VolumeCapacities MacFileSystem::volumeCapacities(const std::string& folder) const {

@@ -28,8 +28,12 @@ class ProbedFileSystem final : public FileSystem {
  public:
   explicit ProbedFileSystem(OpenCall open) : open_(std::move(open)) {}
   bool exists(const std::string& /*path*/) const override { return true; }
-  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override {
-    return walkWithoutItems(probeRoot(folder, open_));
+  std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const override {
+    return walkWithoutItems(probeRoot(request.folder, open_));
+  }
+  std::unique_ptr<ItemBatch> readItems(const std::string& /*folder*/,
+                                       const std::vector<std::string>& /*names*/) const override {
+    return nullptr;
   }
   VolumeCapacities volumeCapacities(const std::string& /*folder*/) const override { return {}; }
   std::string homeDirectory() const override { return "/Users/test"; }

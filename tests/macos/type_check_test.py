@@ -102,8 +102,8 @@ class TypeCheckTest(unittest.TestCase):
         self.assert_found("platform/macos/plain/RootProbe.cpp", "unimplemented pure virtual method 'isComplete' in 'RefusedWalk'")
 
     def test_enumeration_that_grew(self):
-        self.plant("platform/macos/plain/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isPackage,\n"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isPackage' not handled in switch")
+        self.plant("platform/macos/plain/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isAlias,\n"))
+        self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isAlias' not handled in switch")
 
     def test_leaked_power_source_blob(self):
         self.plant("platform/macos/MacSystemInformation.mm",

@@ -42,7 +42,11 @@ class WalkedFileSystem final : public FileSystem {
 
   WalkedFileSystem(const MacRoot& root, Start start) : files_(root), start_(std::move(start)) {}
   bool exists(const std::string& path) const override { return files_.exists(path); }
-  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override { return start_(folder); }
+  std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const override { return start_(request.folder); }
+  std::unique_ptr<ItemBatch> readItems(const std::string& folder,
+                                       const std::vector<std::string>& names) const override {
+    return files_.readItems(folder, names);
+  }
   VolumeCapacities volumeCapacities(const std::string& folder) const override {
     return files_.volumeCapacities(folder);
   }

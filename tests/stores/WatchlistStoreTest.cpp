@@ -198,7 +198,11 @@ TEST_F(WatchlistStoreTest, noApplicationSupport_usesTheHomeFolder) {
   class Elsewhere final : public FileSystem {
    public:
     bool exists(const std::string&) const override { return false; }
-    std::unique_ptr<FolderWalk> enumerate(const std::string&) const override { return nullptr; }
+    std::unique_ptr<FolderWalk> enumerate(const WalkRequest& /*request*/) const override { return nullptr; }
+    std::unique_ptr<ItemBatch> readItems(const std::string& /*folder*/,
+                                         const std::vector<std::string>& /*names*/) const override {
+      return nullptr;
+    }
     VolumeCapacities volumeCapacities(const std::string& /*folder*/) const override { return {}; }
     std::string homeDirectory() const override { return "/Users/a"; }
     std::optional<std::string> applicationSupportDirectory() const override { return std::nullopt; }

@@ -47,7 +47,9 @@ class FakeFileSystem final : public FileSystem {
 
   bool exists(const std::string& path) const override { return existing_.contains(path); }
   /// nullptr for a folder that was only made to exist.
-  std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const override;
+  using FileSystem::enumerate;
+  std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const override;
+  std::unique_ptr<ItemBatch> readItems(const std::string& folder, const std::vector<std::string>& names) const override;
   VolumeCapacities volumeCapacities(const std::string& folder) const override {
     const auto found = capacities_.find(folder);
     return found == capacities_.end() ? VolumeCapacities() : found->second;

@@ -112,6 +112,23 @@ FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int desc
   return Listing::hasMore;
 }
 
+void FolderBatch::takeNames(const WalkedFolder& folder, int descriptor, const std::vector<std::string>& names) {
+  becomeEmpty();
+  folder_ = &folder;
+  for (const std::string& name : names) {
+    // Only a name: nothing that leads elsewhere.
+    if (name.empty() || name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
+      continue;
+    }
+    const auto status = statItem(descriptor, name.c_str());
+    if (!status && (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG)) {
+      continue;
+    }
+    const std::string& kept = texts_.emplace_back(name);
+    addEntry(descriptor, kept, status && S_ISDIR(status->st_mode) ? DT_DIR : DT_REG);
+  }
+}
+
 void FolderBatch::becomeEmpty() {
   unreadable_ = nullptr;
   items_.clear();
@@ -144,6 +161,7 @@ void FolderBatch::addEntry(int descriptor, std::string_view name, unsigned char 
   }
   item.values->isDirectory = type == DT_DIR;
   if (type == DT_DIR && !isPackageName(name)) {
+    item.isEntered = true;
     foldersToEnter_.push_back(name);
   }
 }

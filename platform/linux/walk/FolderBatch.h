@@ -32,6 +32,7 @@ class FolderBatch final : public ItemBatch {
   FolderBatch();
 
   std::span<const Item> items() const override { return items_; }
+  std::string folderPath() const override { return pathOf(unreadable_ != nullptr ? *unreadable_ : *folder_); }
   std::string path(const Item& item) const override {
     return unreadable_ != nullptr ? pathOf(*unreadable_) : pathOf(*folder_, item.name);
   }
@@ -41,6 +42,9 @@ class FolderBatch final : public ItemBatch {
 
   /// Forgets the last use and reads the next entries of the folder from the descriptor's position, without hidden ones.
   Listing readNames(const WalkedFolder& folder, int descriptor, const ListingCall& list);
+
+  /// Makes the batch hold those of the named entries of the folder that exist, without hidden ones.
+  void takeNames(const WalkedFolder& folder, int descriptor, const std::vector<std::string>& names);
 
   /// Makes the batch hold nothing.
   void becomeEmpty();
@@ -65,7 +69,7 @@ class FolderBatch final : public ItemBatch {
   std::vector<char> entries_;
   std::vector<Item> items_;
   std::vector<std::string_view> foldersToEnter_;
-  /// Error texts of the items.
+  /// Error texts of the items, and names that are in no listing.
   std::deque<std::string> texts_;
   std::vector<char> attribute_;
 };

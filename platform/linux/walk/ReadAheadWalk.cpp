@@ -91,7 +91,7 @@ void ReadAheadWalk::readStretch(Lock& lock, bool hasWorkingDirectory) {
   const FolderDescriptors::Descriptor descriptor = slot->descriptor;
   lock.lock();
 
-  for (const std::string_view name : batch->foldersToEnter()) {
+  for (const std::string_view name : options_.isDeep ? batch->foldersToEnter() : std::vector<std::string_view>()) {
     slot->subfolders.push_back(&folders_.emplace_back(WalkedFolder{slot->folder, std::string(name)}));
   }
   const auto batchSlot = placeBatch(slot, std::move(batch));
@@ -133,6 +133,9 @@ FolderBatch::Listing ReadAheadWalk::listNames(Slot& slot, FolderBatch& batch) {
       return FolderBatch::Listing::failed;
     }
     slot.descriptor = std::move(opened.descriptor);
+    if (options_.observer != nullptr) {
+      options_.observer->beforeListing(pathOf(*slot.folder), slot.descriptor->get());
+    }
   }
   return batch.readNames(*slot.folder, slot.descriptor->get(), options_.list);
 }

@@ -28,6 +28,10 @@ struct WalkOptions {
   std::size_t openFolderCapacity = FolderDescriptors::reasonableCapacity();
   /// Lists the folders' entries.
   ListingCall list = getdents64;
+  /// Whether folders below are entered.
+  bool isDeep = true;
+  /// Told of each folder before its first entry is read; may be nullptr.
+  ListingObserver* observer = nullptr;
 };
 
 /// A walk whose names and values are read ahead by threads of its own, while its order stays that of one reader: a

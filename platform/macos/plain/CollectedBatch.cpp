@@ -16,6 +16,7 @@ void CollectedBatch::add(std::string path, const ResourceDictionary* dictionary)
   }
   ResourceValues& values = item.values.emplace();
   values.isDirectory = dictionary->boolean(ResourceKey::isDirectory).value_or(false);
+  item.isEntered = values.isDirectory && !dictionary->boolean(ResourceKey::isPackage).value_or(false);
   values.isUbiquitousItem = dictionary->boolean(ResourceKey::isUbiquitousItem).value_or(false);
   if (values.isDirectory || !values.isUbiquitousItem) {
     // Nobody looks at the rest of a folder or of an item that the cloud knows nothing of.
@@ -36,6 +37,10 @@ void CollectedBatch::clear() {
   items_.clear();
   paths_.clear();
   texts_.clear();
+}
+
+std::string CollectedBatch::folderPath() const {
+  return std::string(parentPath(paths_.front()));
 }
 
 std::string CollectedBatch::path(const Item& item) const {

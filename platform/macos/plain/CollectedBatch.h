@@ -24,6 +24,8 @@ class CollectedBatch final : public ItemBatch {
   std::size_t size() const { return items_.size(); }
 
   std::span<const Item> items() const override { return items_; }
+  /// Of a batch of one folder's items.
+  std::string folderPath() const override;
   std::string path(const Item& item) const override;
 
  private:

@@ -13,6 +13,7 @@ namespace cirrovane {
 enum class ResourceKey {
   isDirectory,
   isRegularFile,
+  isPackage,
   isUbiquitousItem,
   contentModificationDate,
   ubiquitousItemIsUploaded,
@@ -24,9 +25,10 @@ enum class ResourceKey {
 };
 
 /// All of them.
-inline constexpr std::array<ResourceKey, 10> kResourceKeys = {
+inline constexpr std::array<ResourceKey, 11> kResourceKeys = {
     ResourceKey::isDirectory,
     ResourceKey::isRegularFile,
+    ResourceKey::isPackage,
     ResourceKey::isUbiquitousItem,
     ResourceKey::contentModificationDate,
     ResourceKey::ubiquitousItemIsUploaded,

@@ -141,6 +141,7 @@ typedef NSString* NSURLUbiquitousItemDownloadingStatus __attribute__((swift_wrap
 
 SDK_EXTERN NSURLResourceKey const NSURLIsDirectoryKey;
 SDK_EXTERN NSURLResourceKey const NSURLIsRegularFileKey;
+SDK_EXTERN NSURLResourceKey const NSURLIsPackageKey;
 SDK_EXTERN NSURLResourceKey const NSURLIsUbiquitousItemKey;
 SDK_EXTERN NSURLResourceKey const NSURLContentModificationDateKey;
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemIsUploadedKey;
@@ -171,6 +172,7 @@ SDK_EXTERN NSURLUbiquitousItemDownloadingStatus const NSURLUbiquitousItemDownloa
 @end
 
 typedef NS_OPTIONS(NSUInteger, NSDirectoryEnumerationOptions) {
+  NSDirectoryEnumerationSkipsSubdirectoryDescendants = 1UL << 0,
   NSDirectoryEnumerationSkipsPackageDescendants = 1UL << 1,
   NSDirectoryEnumerationSkipsHiddenFiles = 1UL << 2,
 };
