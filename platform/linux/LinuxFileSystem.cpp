@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxFileSystem.h"
 
+#include "base/Path.h"
 #include "platform/linux/macroot/MachineFacts.h"
 #include "platform/linux/walk/LinuxWalk.h"
 #include "platform/posix/walk/NamedItems.h"
@@ -13,11 +14,6 @@
 
 namespace cirrovane {
 namespace {
-
-/// The system would take the path to end at a NUL and answer for another item.
-bool isAddressable(const std::string& path) {
-  return path.find('\0') == std::string::npos;
-}
 
 VolumeCapacities hostCapacities(const std::string& folder) {
   struct statvfs volume {};
