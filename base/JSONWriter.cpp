@@ -118,13 +118,16 @@ void JSONWriter::close(char bracket) {
 
 void JSONWriter::separate() {
   if (!isFirst_) {
-    buffer_ += ',';
+    buffer_ += layout_ == JSONLayout::pretty ? "," : ", ";
   }
   startLine();
   isFirst_ = false;
 }
 
 void JSONWriter::startLine() {
+  if (layout_ == JSONLayout::line) {
+    return;
+  }
   buffer_ += '\n';
   buffer_.append(depth_ * 2, ' ');
 }

@@ -17,12 +17,17 @@ namespace cirrovane {
 template <class Value>
 class Shared;
 
+/// How a JSON document stands on the page: the form of files and answers, or one line, for a stream of documents.
+enum class JSONLayout : std::uint8_t { pretty, line };
+
 /// Writes the one JSON form of everything that leaves the program: two spaces a level, dates as ISO 8601, an invalid
 /// UTF-8 sequence as U+FFFD. It streams, so that a large report costs no second copy of itself in memory. Records come
 /// out with their keys sorted.
 class JSONWriter {
  public:
-  explicit JSONWriter(ByteSink sink) : sink_(std::move(sink)) { buffer_.reserve(kFlushSize + kFlushSize / 4); }
+  explicit JSONWriter(ByteSink sink, JSONLayout layout = JSONLayout::pretty) : sink_(std::move(sink)), layout_(layout) {
+    buffer_.reserve(kFlushSize + kFlushSize / 4);
+  }
 
   JSONWriter(const JSONWriter&) = delete;
   JSONWriter& operator=(const JSONWriter&) = delete;
@@ -100,6 +105,7 @@ class JSONWriter {
   void flush();
 
   ByteSink sink_;
+  JSONLayout layout_;
   std::string buffer_;
   std::size_t depth_ = 0;
   bool isFirst_ = true;

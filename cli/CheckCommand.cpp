@@ -1,16 +1,16 @@
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
+#include "cli/LiveSession.h"
 #include "cli/ReportText.h"
-#include "core/FolderNaming.h"
+#include "cli/WatchLine.h"
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -19,11 +19,9 @@ namespace cirrovane {
 namespace {
 
 using Seconds = std::chrono::duration<double>;
-using std::chrono::steady_clock;
 
 /// Beyond this a number of seconds means "for ever", and would not fit the clock's arithmetic.
 constexpr Seconds kLongestTime{1e9};
-constexpr Seconds kDefaultInterval{5};
 /// Scans follow each other no faster, whatever the user asks for: the machine has other things to do.
 constexpr Seconds kShortestInterval{0.01};
 
@@ -32,46 +30,57 @@ struct CheckOptions {
   bool waits = false;
   /// Seconds; absent for no limit.
   std::optional<double> timeout;
-  double interval = kDefaultInterval.count();
+  /// Seconds; absent where full scans come at the verdict's own pace.
+  std::optional<double> interval;
 };
 
-steady_clock::duration asDuration(double seconds) {
-  return std::chrono::duration_cast<steady_clock::duration>(std::min(Seconds(seconds), kLongestTime));
+struct WatchOptions {
+  std::vector<std::string> folders;
+  /// Seconds; absent for no limit.
+  std::optional<double> timeout;
+};
+
+std::optional<std::chrono::nanoseconds> asDuration(std::optional<double> seconds) {
+  if (!seconds) {
+    return std::nullopt;
+  }
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(std::min(Seconds(*seconds), kLongestTime));
 }
 
-std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments) {
-  UUIDGenerator makeID;
-  std::vector<WatchFolder> folders;
-  for (const std::string& argument : arguments) {
-    const std::string path = absolutePath(argument);
-    folders.push_back({makeID(), watchFolderName(path), path});
+void writeReport(const SyncHealthReport& report, CommandContext& context) {
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, report);
+  } else {
+    context.out.write(reportText(report, TextStyle(context.out.isColoured())));
   }
-  return folders;
 }
 
-/// The folders are asked for before each scan, because the watchlist may change while we wait.
-SyncHealthReport scanUntilSafe(const CheckOptions& options, const std::function<std::vector<WatchFolder>()>& folders,
-                               const CommandContext& context) {
-  std::optional<steady_clock::time_point> deadline;
-  if (options.timeout) {
-    deadline = steady_clock::now() + asDuration(*options.timeout);
+ExitStatus statusOf(const SyncHealthReport& report) {
+  return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
+}
+
+ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
+  LivePace pace{.isWaiting = true, .interval = asDuration(options.interval)};
+  if (pace.interval) {
+    pace.interval = std::max(*pace.interval, std::chrono::duration_cast<std::chrono::nanoseconds>(kShortestInterval));
   }
-  while (true) {
-    SyncHealthReport report = context.scan(folders());
-    const auto now = steady_clock::now();
-    if (report.safeToClose || !options.waits || (deadline && now >= *deadline)) {
-      return report;
+  LiveSession session(context, options.folders, pace);
+  std::string lastSummary;
+  session.run(asDuration(options.timeout), [&] {
+    if (!session.verdict().report().value()) {
+      return false;
     }
-    auto pause = asDuration(std::max(options.interval, kShortestInterval.count()));
-    if (deadline) {
-      pause = std::min(pause, *deadline - now);
+    const SyncHealthReport& report = **session.verdict().report().value();
+    const bool isOver = report.safeToClose || session.isTimeUp();
+    if (!isOver && context.err.isTerminal() && std::exchange(lastSummary, report.summary) != report.summary) {
+      context.err.write(fmt::format("Not safe yet. {} Waiting.\n", report.summary));
     }
-    if (context.err.isTerminal()) {
-      context.err.write(
-          fmt::format("Not safe yet. {} Looking again in {:.3g} s.\n", report.summary, Seconds(pause).count()));
-    }
-    std::this_thread::sleep_for(pause);
-  }
+    return isOver;
+  });
+  const SyncHealthReport& report = **session.verdict().report().value();
+  writeReport(report, context);
+  session.leave(statusOf(report));
+  return statusOf(report);
 }
 
 // The parser's own ranges let "nan" pass, which is no time to wait, and name their limits with hundreds of digits.
@@ -85,16 +94,33 @@ std::string complaintAboutInterval(const std::string& text) {
 }
 
 ExitStatus check(const CheckOptions& options, CommandContext& context) {
-  const auto folders = [&] {
-    return options.folders.empty() ? context.openWatchlist()->folders() : namedFolders(options.folders);
-  };
-  const SyncHealthReport report = scanUntilSafe(options, folders, context);
-  if (context.wantsJSON) {
-    writeJSONDocument(context.out, report);
-  } else {
-    context.out.write(reportText(report, TextStyle(context.out.isColoured())));
+  if (options.waits) {
+    return waitUntilSafe(options, context);
   }
-  return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
+  const SyncHealthReport report =
+      context.scan(options.folders.empty() ? context.openWatchlist()->folders() : namedFolders(options.folders));
+  writeReport(report, context);
+  return statusOf(report);
+}
+
+ExitStatus watch(const WatchOptions& options, CommandContext& context) {
+  LiveSession session(context, options.folders, {.isWaiting = true, .interval = std::nullopt});
+  std::optional<WatchLine> last;
+  session.endOnSignalsAndClosedOutput();
+  session.run(asDuration(options.timeout), [&] {
+    if (!session.isReady()) {
+      return false;
+    }
+    const WatchLine line = watchLine(session.verdict(), context.machine.clock());
+    if (!last || !line.saysTheSame(*last)) {
+      context.out.write(context.wantsJSON ? lineOfJSON(line) : lineOfText(line, TextStyle(context.out.isColoured())));
+      last = line;
+    }
+    return session.isTimeUp();
+  });
+  const ExitStatus status = last && last->safeToClose ? ExitStatus::done : ExitStatus::notSafe;
+  session.leave(status);
+  return status;
 }
 
 }  // namespace
@@ -109,7 +135,7 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
                                  "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
                                  "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
   addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = isFolderArgument}, options->folders);
-  CLI::Option& wait = addFlag(command, "--wait", options->waits, "Scan again until it is safe, or time is up");
+  CLI::Option& wait = addFlag(command, "--wait", options->waits, "Wait until it is safe, or time is up");
   addArgument(command,
               {.name = "--timeout",
                .help = "With --wait: give up after S seconds (default: never)",
@@ -119,7 +145,7 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
               options->timeout);
   addArgument(command,
               {.name = "--interval",
-               .help = "With --wait: seconds between two scans (default: 5)",
+               .help = "With --wait: scan everything again every S seconds (default: when the files ask for it)",
                .valueName = "S",
                .complaint = complaintAboutInterval,
                .neededOption = &wait},
@@ -127,6 +153,29 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
   addJSONOption(command, chosen);
   onChosen(command, [&chosen, options] {
     chosen.run = [options](CommandContext& context) { return check(*options, context); };
+  });
+}
+
+void addWatchCommand(CLI::App& app, ChosenCommand& chosen) {
+  const auto options = std::make_shared<WatchOptions>();
+  CLI::App& command =
+      addCommand(app, "watch", "Say whether it is safe to close, now and at every change",
+                 "Without a FOLDER, the watchlist is followed. Nothing is recorded. Ends with the exit\n"
+                 "status of the last verdict.\n\n"
+                 "Examples:\n"
+                 "  cirrovanectl watch\n"
+                 "  cirrovanectl watch ~/Documents/Clients --timeout 60\n"
+                 "  cirrovanectl watch --json | jq --unbuffered .safeToClose");
+  addArgument(command, {.name = "FOLDER", .help = "Folders to watch", .complaint = isFolderArgument}, options->folders);
+  addArgument(command,
+              {.name = "--timeout",
+               .help = "End after S seconds (default: never)",
+               .valueName = "S",
+               .complaint = complaintAboutTimeout},
+              options->timeout);
+  addFlag(command, "--json", chosen.wantsJSON, "Print one JSON object a line instead of text");
+  onChosen(command, [&chosen, options] {
+    chosen.run = [options](CommandContext& context) { return watch(*options, context); };
   });
 }
 

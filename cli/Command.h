@@ -54,6 +54,7 @@ struct ChosenCommand {
 
 /// A command's part in the command line: adds its subcommand, which sets `chosen` when the user asks for it.
 void addCheckCommand(CLI::App& app, ChosenCommand& chosen);
+void addWatchCommand(CLI::App& app, ChosenCommand& chosen);
 void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen);
 void addHistoryCommand(CLI::App& app, ChosenCommand& chosen);
 void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen);

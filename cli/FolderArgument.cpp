@@ -1,5 +1,8 @@
 #include "cli/FolderArgument.h"
 
+#include "base/UUID.h"
+#include "core/FolderNaming.h"
+
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -53,6 +56,16 @@ std::string absolutePath(std::string_view argument) {
         "A relative path has no meaning here, because the working directory cannot be told: " + error.message() + ".");
   }
   return absolutePath(argument, workingDirectory.native());
+}
+
+std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments) {
+  UUIDGenerator makeID;
+  std::vector<WatchFolder> folders;
+  for (const std::string& argument : arguments) {
+    const std::string path = absolutePath(argument);
+    folders.push_back({makeID(), watchFolderName(path), path});
+  }
+  return folders;
 }
 
 }  // namespace cirrovane

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/WatchFolder.h"
+
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace cirrovane {
 
@@ -11,5 +14,8 @@ std::string absolutePath(std::string_view argument, std::string_view workingDire
 
 /// The same against the process's own working directory. Throws when a relative argument finds none.
 std::string absolutePath(std::string_view argument);
+
+/// The folders that arguments mean, named as the watchlist would name them.
+std::vector<WatchFolder> namedFolders(const std::vector<std::string>& arguments);
 
 }  // namespace cirrovane

@@ -84,6 +84,7 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addCheckCommand(app, chosen);
   addExplainCommand(app, chosen);
   addRefreshCommand(app, chosen);
+  addWatchCommand(app, chosen);
   addWatchlistCommand(app, chosen);
   addHistoryCommand(app, chosen);
   addIncidentsCommand(app, chosen);

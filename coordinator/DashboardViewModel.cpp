@@ -23,13 +23,13 @@ void DashboardViewModel::surfaceAppeared() {
     hasStartedAutoRefresh_ = true;
     configureRefreshTimer();
   }
-  refresh();
+  refresh(CycleCause::regular);
 }
 
 void DashboardViewModel::configureRefreshTimer() {
   environment_.refreshTimer.start(kRefreshInterval, [this, owner = std::weak_ptr(alive_)] {
     if (!owner.expired()) {
-      refresh();
+      refresh(CycleCause::regular);
     }
   });
 }

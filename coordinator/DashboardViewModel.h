@@ -51,6 +51,9 @@ class DashboardViewModel {
   /// The latest report's verdict and what it is worth now.
   const ShownVerdict& verdict() const { return cycle_.verdict().value(); }
   const Published<ShownVerdict>& publishedVerdict() const { return cycle_.verdict(); }
+  /// How the report stands to what happens in the watched folders.
+  const Liveness& liveness() const { return cycle_.liveness().value(); }
+  const Published<Liveness>& publishedLiveness() const { return cycle_.liveness(); }
   /// Whether a refresh is under way.
   bool isScanning() const { return cycle_.isScanning().value(); }
   const Published<bool>& publishedIsScanning() const { return cycle_.isScanning(); }
@@ -76,7 +79,7 @@ class DashboardViewModel {
   // Actions
 
   /// Begins a refresh and returns; does nothing while one is under way.
-  void refresh() { cycle_.refresh(); }
+  void refresh(CycleCause cause = CycleCause::asked) { cycle_.refresh(cause); }
   /// To be called each time that a surface appears: refreshes, and from the first time on every 90 seconds.
   void surfaceAppeared();
   /// Lets the user pick a folder, watches it, and refreshes.

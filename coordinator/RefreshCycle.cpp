@@ -12,9 +12,12 @@ namespace {
 constexpr std::chrono::milliseconds kJustAfter{1};
 
 /// What the stages off the main thread hand over. Each value is written by one stage and taken by the next.
-struct Findings {
+struct Scanned {
   Confirmation confirmation;
   Shared<SyncHealthReport> report;
+};
+
+struct Findings {
   std::unique_ptr<ProbeRunner> probes;
   CollectedFindings collected;
   SystemStatusSnapshot status;
@@ -38,7 +41,11 @@ RefreshCycle::RefreshCycle(Services services, const RefreshEnvironment& environm
       environment_(environment),
       report_(Shared<SyncHealthReport>(SyncHealthReport::empty())),
       isScanning_(false),
-      systemStatus_(SystemStatusSnapshot::empty()) {}
+      systemStatus_(SystemStatusSnapshot::empty()) {
+  if (environment_.live != nullptr) {
+    followLive();
+  }
+}
 
 RefreshCycle::~RefreshCycle() {
   if (environment_.cycleLimit != nullptr) {
@@ -49,7 +56,21 @@ RefreshCycle::~RefreshCycle() {
   }
 }
 
-void RefreshCycle::refresh() {
+void RefreshCycle::followLive() {
+  LiveVerdict& live = *environment_.live;
+  liveSubscriptions_.push_back(live.report().afterChange([this](const std::optional<Shared<SyncHealthReport>>& report) {
+    if (report) {
+      show(*report);
+    }
+  }));
+  liveSubscriptions_.push_back(live.liveness().afterChange([this](const Liveness& liveness) {
+    liveness_.set(liveness);
+    showVerdict();
+  }));
+  live.onTurned([this] { refresh(CycleCause::regular); });
+}
+
+void RefreshCycle::refresh(CycleCause cause) {
   if (isScanning_.value()) {
     return;
   }
@@ -58,21 +79,50 @@ void RefreshCycle::refresh() {
   cycle_->folders = services_.watchlist->folders();
   cycle_->previousSafe = environment_.userDefaults.boolean(kLastKnownSafeToCloseKey);
 
+  if (environment_.live == nullptr) {
+    scan();
+    return;
+  }
+  environment_.live->cycleBegan();
+  environment_.live->obtain(
+      cycle_->folders, cause,
+      [this, owner = std::weak_ptr(cycle_)](const Shared<SyncHealthReport>& report, const Confirmation& confirmation) {
+        if (!owner.expired()) {
+          publishReport(report, confirmation);
+          collect(report);
+        }
+      });
+}
+
+void RefreshCycle::scan() {
+  const RefreshExecutors& executors = environment_.executors;
+  const auto scanned = std::make_shared<Scanned>();
+  runStages(
+      {
+          {executors.scan,
+           [scanned, folders = cycle_->folders, engine = services_.engine, &clock = environment_.clock,
+            &monotonicClock = environment_.monotonicClock] {
+             scanned->confirmation = confirmationNow(clock, monotonicClock);
+             scanned->report = Shared<SyncHealthReport>(engine->scan(folders));
+           }},
+          {executors.main,
+           [scanned, this] {
+             publishReport(scanned->report, scanned->confirmation);
+             collect(scanned->report);
+           }},
+      },
+      cycle_);
+}
+
+void RefreshCycle::collect(const Shared<SyncHealthReport>& report) {
   const RefreshExecutors& executors = environment_.executors;
   const auto found = std::make_shared<Findings>();
   found->probes = services_.makeProbes();
   runStages(
       {
-          {executors.scan,
-           [found, folders = cycle_->folders, engine = services_.engine, &clock = environment_.clock,
-            &monotonicClock = environment_.monotonicClock] {
-             found->confirmation = confirmationNow(clock, monotonicClock);
-             found->report = Shared<SyncHealthReport>(engine->scan(folders));
-           }},
-          {executors.main, [found, this] { publishReport(found->report, found->confirmation); }},
           {executors.diagnostics,
-           [found, folders = cycle_->folders, service = services_.diagnosticsService] {
-             found->collected = service->collect(*found->probes, *found->report, folders);
+           [found, report, folders = cycle_->folders, service = services_.diagnosticsService] {
+             found->collected = service->collect(*found->probes, *report, folders);
            }},
           {executors.main, [found, this] { cycle_->collected = std::move(found->collected); }},
           {executors.status,
@@ -88,17 +138,27 @@ void RefreshCycle::refresh() {
 
 void RefreshCycle::publishReport(const Shared<SyncHealthReport>& report, const Confirmation& confirmation) {
   cycle_->report = report;
-  if (!confirmation_ || confirmation.sinceBoot >= confirmation_->sinceBoot) {
+  const bool isNewer = !confirmation_ || confirmation.sinceBoot >= confirmation_->sinceBoot;
+  // A live verdict has shown it, and perhaps a newer one since.
+  if (environment_.live == nullptr && isNewer) {
     confirmation_ = confirmation;
-    Shared<SyncHealthReport> previous = report_.value();
-    report_.set(report);
-    // The release of a large report takes its time, which nobody has to wait for on the scan's own executor.
-    environment_.executors.scan.post([released = std::move(previous)] {});
-    showVerdict();
+    show(report);
   }
   if (environment_.cycleLimit != nullptr) {
     environment_.cycleLimit->start(kLongestCollection, [this] { finish(); });
   }
+}
+
+void RefreshCycle::show(const Shared<SyncHealthReport>& report) {
+  Shared<SyncHealthReport> previous = report_.value();
+  report_.set(report);
+  // The release of a large report takes its time, which nobody has to wait for on the scan's own executor.
+  environment_.executors.scan.post([released = std::move(previous)] {});
+  showVerdict();
+}
+
+std::optional<Confirmation> RefreshCycle::confirmation() const {
+  return environment_.live != nullptr ? environment_.live->confirmation() : confirmation_;
 }
 
 void RefreshCycle::finish() {
@@ -107,6 +167,9 @@ void RefreshCycle::finish() {
   cycle_ = nullptr;
   if (environment_.cycleLimit != nullptr) {
     environment_.cycleLimit->stop();
+  }
+  if (environment_.live != nullptr) {
+    environment_.live->cycleEnded(cycle->report->safeToClose);
   }
   services_.historyStore->record(*cycle->report);
   std::optional<CollectedFindings> collected = std::move(cycle->collected);
@@ -148,22 +211,23 @@ void RefreshCycle::notify(std::optional<bool> previousSafe, const Shared<SyncHea
 }
 
 void RefreshCycle::refreshIfOutdated(const std::vector<WatchFolder>& scannedFolders) {
-  const bool hasSlept = standingOf(confirmation_, environment_.monotonicClock) == VerdictStanding::slept;
+  const bool hasSlept = standingOf(confirmation(), environment_.monotonicClock) == VerdictStanding::slept;
   if (hasSlept || services_.watchlist->folders() != scannedFolders) {
     refresh();
   }
 }
 
 void RefreshCycle::showVerdict() {
-  const ShownVerdict shown = shownVerdict(*report_.value(), confirmation_, environment_.monotonicClock);
+  const std::optional<Confirmation> confirmed = confirmation();
+  const ShownVerdict shown = shownVerdict(*report_.value(), confirmed, environment_.monotonicClock);
   if (shown != verdict_.value()) {
     verdict_.set(shown);
   }
   if (environment_.staleAlarm == nullptr) {
     return;
   }
-  if (confirmation_ && shown.standing == VerdictStanding::confirmed) {
-    environment_.staleAlarm->set(timeUntilStale(*confirmation_, environment_.monotonicClock) + kJustAfter,
+  if (confirmed && shown.standing == VerdictStanding::confirmed) {
+    environment_.staleAlarm->set(timeUntilStale(*confirmed, environment_.monotonicClock) + kJustAfter,
                                  [this] { showVerdict(); });
   } else if (shown.standing == VerdictStanding::slept) {
     refresh();

@@ -2,6 +2,7 @@
 
 #include "base/Published.h"
 #include "base/Shared.h"
+#include "coordinator/LiveVerdict.h"
 #include "coordinator/Services.h"
 #include "coordinator/VerdictStanding.h"
 #include "core/SyncHealthReport.h"
@@ -43,6 +44,8 @@ struct RefreshEnvironment {
   Timer* cycleLimit = nullptr;
   /// Tells when a YES grows stale. nullptr where nobody looks at a verdict for that long.
   Alarm* staleAlarm = nullptr;
+  /// Gives the reports, and follows the files between refreshes. nullptr where each refresh is all that is asked for.
+  LiveVerdict* live = nullptr;
 };
 
 /// The refresh: its stages, the published results of the latest one, and the packet made of them. Main thread only. It
@@ -60,10 +63,12 @@ class RefreshCycle {
 
   // What is published: observers are told before each change and after it.
 
-  /// Of the latest scan, as soon as that is over.
+  /// Of the latest scan, as soon as that is over, or of what changed since.
   const Published<Shared<SyncHealthReport>>& report() const { return report_; }
   /// The latest report's verdict and what it is worth now.
   const Published<ShownVerdict>& verdict() const { return verdict_; }
+  /// How the report stands to what happens in the watched folders.
+  const Published<Liveness>& liveness() const { return liveness_; }
   /// Whether a refresh is under way.
   const Published<bool>& isScanning() const { return isScanning_; }
   /// Of the latest refresh, in the order of presentation.
@@ -82,7 +87,7 @@ class RefreshCycle {
   const IncidentStore& incidentStore() const { return *services_.incidentStore; }
 
   /// Begins a refresh and returns; does nothing while one is under way.
-  void refresh();
+  void refresh(CycleCause cause = CycleCause::asked);
 
   /// Resolves an active incident, or reopens a resolved one.
   void toggleResolved(const IncidentRecord& record);
@@ -95,6 +100,16 @@ class RefreshCycle {
  private:
   struct Cycle;
 
+  /// Shows what the live verdict shows, from now on.
+  void followLive();
+  /// Shows a report in place of the one before.
+  void show(const Shared<SyncHealthReport>& report);
+  /// Up to when the shown report is known to hold; absent before the first.
+  std::optional<Confirmation> confirmation() const;
+  /// Scans, and publishes the report.
+  void scan();
+  /// What follows a report: findings, status, and the end.
+  void collect(const Shared<SyncHealthReport>& report);
   void publishReport(const Shared<SyncHealthReport>& report, const Confirmation& confirmation);
   /// Publishes what has arrived besides the report, and ends the cycle.
   void finish();
@@ -111,6 +126,7 @@ class RefreshCycle {
 
   Published<Shared<SyncHealthReport>> report_;
   Published<ShownVerdict> verdict_;
+  Published<Liveness> liveness_;
   Published<bool> isScanning_;
   Published<std::vector<DiagnosticFinding>> diagnostics_;
   Published<std::optional<Time>> diagnosticsUpdatedAt_;
@@ -118,6 +134,8 @@ class RefreshCycle {
   Published<std::vector<IncidentRecord>> incidents_;
   /// Of the published report; absent before the first.
   std::optional<Confirmation> confirmation_;
+
+  std::vector<Subscription> liveSubscriptions_;
 
   /// The cycle under way; nullptr between two. Its stages are dropped as soon as it goes.
   std::shared_ptr<Cycle> cycle_;

@@ -31,7 +31,8 @@ class FolderWatchListener {
   virtual void changed(std::vector<FolderChange> changes) = 0;
   /// Anything below any watched folder may have changed; the reason in words for people.
   virtual void lost(std::string reason) = 0;
-  /// From now on changes are told (absent), or they cannot be, with the reason in words for people.
+  /// From now on changes are told (absent), or not all of them, with the reason in words for people. A walk that began
+  /// after the watch stood misses nothing. After a reason, what can be told still is; only `start` begins anew.
   virtual void stands(std::optional<std::string> reasonAgainst) = 0;
   /// The system has answered `prove`: every change until that call has been told.
   virtual void proved() = 0;

@@ -7,6 +7,7 @@
 #include "platform/CommandRunner.h"
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
+#include "platform/FolderWatch.h"
 #include "platform/SystemInformation.h"
 #include "platform/TimeText.h"
 #include "platform/UserDefaults.h"
@@ -34,6 +35,8 @@ class Machine {
   /// What the described machine's user says to notifications: "notDetermined", "authorized" or "denied"; absent where
   /// the system asks the user itself.
   virtual std::optional<std::string> notificationAuthorization() const = 0;
+  /// A watch that tells this listener, which outlives it, as the machine does. It begins with `FolderWatch::start`.
+  virtual std::unique_ptr<FolderWatch> makeFolderWatch(FolderWatchListener& listener) = 0;
 };
 
 /// Whether a folder can stand for a machine on this system, beside the machine itself.

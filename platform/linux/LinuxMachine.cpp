@@ -7,8 +7,12 @@
 #include "platform/linux/LinuxSystemInformation.h"
 #include "platform/linux/LinuxUserDefaults.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/watch/InotifyWatch.h"
 #include "platform/posix/PosixFileStorage.h"
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace cirrovane {
@@ -29,6 +33,9 @@ class LinuxMachine final : public Machine {
   const Bundle& bundle() const override { return bundle_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
   std::optional<std::string> notificationAuthorization() const override { return root_.notificationAuthorization(); }
+  std::unique_ptr<FolderWatch> makeFolderWatch(FolderWatchListener& listener) override {
+    return std::make_unique<InotifyWatch>(listener);
+  }
 
  private:
   MacRoot root_;

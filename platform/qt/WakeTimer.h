@@ -1,12 +1,14 @@
 #pragma once
 
+#include "platform/WakeNotice.h"
+
 #include <QSocketNotifier>
 #include <functional>
 
 namespace cirrovane {
 
-/// Calls a function on the main thread when the machine wakes from sleep, and also when its clock is set: Linux tells
-/// the two in one breath. To be made when there is an application object; wakes the process at no other time.
+/// Calls a function on the main thread when the machine wakes from sleep, and also when its clock is set. To be made
+/// when there is an application object; wakes the process at no other time.
 class WakeTimer {
  public:
   explicit WakeTimer(std::function<void()> woke);
@@ -16,10 +18,7 @@ class WakeTimer {
   WakeTimer& operator=(const WakeTimer&) = delete;
 
  private:
-  void arm() const;
-
-  std::function<void()> woke_;
-  int timer_;
+  WakeNotice notice_;
   QSocketNotifier notifier_;
 };
 

@@ -1,4 +1,4 @@
-#include "platform/qt/ThreadExecutor.h"
+#include "platform/posix/ThreadExecutor.h"
 
 #include <condition_variable>
 #include <deque>

@@ -1,4 +1,4 @@
-#include "platform/qt/ThreadExecutor.h"
+#include "platform/posix/ThreadExecutor.h"
 
 #include <array>
 #include <chrono>

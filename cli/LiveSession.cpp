@@ -1,0 +1,134 @@
+#include "cli/LiveSession.h"
+
+#include "base/Path.h"
+#include "cli/FolderArgument.h"
+#include "core/FolderNaming.h"
+#include "stores/StoreFile.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+
+namespace cirrovane {
+namespace {
+
+constexpr std::string_view kWatchlistFile = "watchlist.json";
+
+}  // namespace
+
+/// Tells when the watchlist's file may have changed.
+class LiveSession::WatchlistFollower final : public FolderWatchListener {
+ public:
+  WatchlistFollower(Machine& machine, Executor& loop, std::function<void()> changed)
+      : loop_(loop), changed_(std::move(changed)), watch_(machine.makeFolderWatch(*this)) {
+    const std::string file = defaultStoragePath(machine.fileSystem(), kWatchlistFile);
+    if (watch_ != nullptr) {
+      const std::string folder(parentPath(file));
+      watch_->start({folder});
+      watch_->listings().beforeListing(folder, -1);
+    }
+  }
+
+  void changed(std::vector<FolderChange> changes) override {
+    const auto concernsFile = [](const FolderChange& change) {
+      return change.item.empty() || change.item == kWatchlistFile;
+    };
+    if (std::ranges::any_of(changes, concernsFile)) {
+      loop_.post(changed_);
+    }
+  }
+  void lost(std::string /*reason*/) override { loop_.post(changed_); }
+  void stands(std::optional<std::string> /*reasonAgainst*/) override {}
+  void proved() override {}
+
+ private:
+  Executor& loop_;
+  std::function<void()> changed_;
+  std::unique_ptr<FolderWatch> watch_;
+};
+
+LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>& folders, LivePace pace)
+    : context_(context),
+      given_(namedFolders(folders)),
+      loop_(context.machine.monotonicClock()),
+      alarm_(loop_.makeAlarm()),
+      timeout_(loop_.makeAlarm()),
+      verdict_({context.machine.fileSystem(), context.machine.clock(), &progress_},
+               {{loop_, scan_, updates_},
+                context.machine.clock(),
+                context.machine.monotonicClock(),
+                *alarm_,
+                [&context](FolderWatchListener& listener) { return context.machine.makeFolderWatch(listener); }},
+               pace) {
+  if (wakeNotice_.descriptor() >= 0) {
+    loop_.watchDescriptor(wakeNotice_.descriptor(), [this] {
+      if (wakeNotice_.take()) {
+        loop_.ringAlarms();
+      }
+    });
+  }
+  subscriptions_.push_back(verdict_.report().afterChange([this](const auto&) { lookSoon(); }));
+  subscriptions_.push_back(verdict_.liveness().afterChange([this](const auto&) { lookSoon(); }));
+}
+
+LiveSession::~LiveSession() = default;
+
+void LiveSession::endOnSignalsAndClosedOutput() {
+  quits_.emplace(loop_);
+  loop_.watchForClosing(STDOUT_FILENO, [this] { loop_.quit(); });
+}
+
+void LiveSession::run(std::optional<std::chrono::nanoseconds> timeout, std::function<bool()> look) {
+  look_ = std::move(look);
+  if (timeout) {
+    timeout_->set(*timeout, [this] {
+      isTimeUp_ = true;
+      this->look();
+    });
+  }
+  progressLine_.emplace(progress_, context_.err);
+  if (given_.empty()) {
+    follower_ = std::make_unique<WatchlistFollower>(context_.machine, loop_, [this] {
+      std::vector<WatchFolder> folders = currentFolders();
+      if (folders != verdict_.folders()) {
+        verdict_.follow(std::move(folders));
+      }
+    });
+  }
+  verdict_.follow(currentFolders());
+  loop_.run();
+  progressLine_.reset();
+}
+
+void LiveSession::leave(ExitStatus status) const {
+  if (scan_.isBusy() || updates_.isBusy()) {
+    std::_Exit(static_cast<int>(status));
+  }
+}
+
+std::vector<WatchFolder> LiveSession::currentFolders() const {
+  return given_.empty() ? context_.openWatchlist()->folders() : given_;
+}
+
+void LiveSession::lookSoon() {
+  // Once for all that changes at one stroke.
+  if (!std::exchange(isLookPosted_, true)) {
+    loop_.post([this] {
+      isLookPosted_ = false;
+      look();
+    });
+  }
+}
+
+void LiveSession::look() {
+  if (verdict_.report().value()) {
+    progressLine_.reset();
+  }
+  if (look_()) {
+    loop_.quit();
+  }
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "cli/Command.h"
+#include "cli/ProgressLine.h"
+#include "coordinator/LiveVerdict.h"
+#include "core/ScanProgress.h"
+#include "platform/WakeNotice.h"
+#include "platform/posix/EventLoop.h"
+#include "platform/posix/ThreadExecutor.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cirrovane {
+
+/// The live verdict of one command that waits at a terminal: over the folders it was given, or over the watchlist,
+/// whose changes it follows.
+class LiveSession {
+ public:
+  /// `folders` as arguments; none for the watchlist.
+  LiveSession(CommandContext& context, const std::vector<std::string>& folders, LivePace pace);
+  ~LiveSession();
+
+  LiveSession(const LiveSession&) = delete;
+  LiveSession& operator=(const LiveSession&) = delete;
+
+  const LiveVerdict& verdict() const { return verdict_; }
+  /// Whether the first report is there and the watch has answered.
+  bool isReady() const { return verdict_.report().value().has_value() && verdict_.hasWatchAnswered(); }
+  bool isTimeUp() const { return isTimeUp_; }
+
+  /// Also ends when a signal asks for it, or nobody reads the answer any more.
+  void endOnSignalsAndClosedOutput();
+  /// Runs until `look`, which is called after every change and when the time is up, says that it is over.
+  void run(std::optional<std::chrono::nanoseconds> timeout, std::function<bool()> look);
+
+  /// Ends the process with the status if work is under way that would hold up its end.
+  void leave(ExitStatus status) const;
+
+ private:
+  class WatchlistFollower;
+
+  std::vector<WatchFolder> currentFolders() const;
+  void lookSoon();
+  void look();
+
+  CommandContext& context_;
+  std::vector<WatchFolder> given_;
+  ScanProgress progress_;
+  std::optional<ProgressLine> progressLine_;
+  EventLoop loop_;
+  std::optional<QuitOnSignals> quits_;
+  ThreadExecutor scan_;
+  ThreadExecutor updates_;
+  std::unique_ptr<Alarm> alarm_;
+  std::unique_ptr<Alarm> timeout_;
+  WakeNotice wakeNotice_;
+  LiveVerdict verdict_;
+  std::unique_ptr<WatchlistFollower> follower_;
+  std::vector<Subscription> subscriptions_;
+  std::function<bool()> look_;
+  bool isLookPosted_ = false;
+  bool isTimeUp_ = false;
+};
+
+}  // namespace cirrovane

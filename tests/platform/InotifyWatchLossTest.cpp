@@ -1,0 +1,272 @@
+// What breaks a watch, and that it says so.
+
+#include "platform/linux/watch/UntoldFileSystem.h"
+#include "tests/platform/WatchedDisk.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <exception>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <optional>
+#include <sched.h>
+#include <string>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cirrovane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Optional;
+
+constexpr const char* kNoMoreFolders = "The system watches no more folders (fs.inotify.max_user_watches).";
+
+class InotifyWatchLoss : public WatchedDisk {};
+
+bool standsAgain(const NotedFolderNews::News& told) {
+  return !told.standings.empty() && !told.standings.back();
+}
+
+int numberIn(const std::string& path) {
+  int number = 0;
+  std::ifstream(path) >> number;
+  return number;
+}
+
+TEST_F(InotifyWatchLoss, moreEventsThanTheSystemHolds_areALoss) {
+  makeFolder(at("w/a"));
+  writeFile(at("w/one"));
+  writeFile(at("w/two"));
+  std::atomic<bool> isHeld = false;
+  std::atomic<bool> mayGoOn = false;
+  noted_.beforeChange = [&] {
+    isHeld = true;
+    isHeld.notify_all();
+    mayGoOn.wait(false);
+  };
+  watch({at("w")});
+  writeFile(at("w/first"));
+  isHeld.wait(false);
+  // Two files in turns: equal events that follow one another are one to the system.
+  const int most = numberIn("/proc/sys/fs/inotify/max_queued_events");
+  ASSERT_GT(most, 0);
+  for (int count = 0; count <= most; count += 2) {
+    chmod(at("w/one").c_str(), 0600);
+    chmod(at("w/two").c_str(), 0600);
+  }
+  // What comes after that, the system tells nobody.
+  renameItem(at("w"), at("elsewhere"));
+  makeFolder(at("w/a"));
+  mayGoOn = true;
+  mayGoOn.notify_all();
+  EXPECT_THAT(news().losses, ElementsAre("More changed at once than the system can tell."));
+  walk(at("w"));
+  EXPECT_TRUE(tellsOfFileIn("w/a"));
+  writeFile(at("elsewhere/a/file"));
+  EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(InotifyWatchLoss, noMoreWatches_endTheStandingUntilTheNextStart) {
+  makeFolder(at("w/a/b"));
+  std::atomic<int> left = 1000;
+  InotifyCalls calls;
+  calls.addWatch = [&](int instance, const char* path, std::uint32_t mask) {
+    if (--left < 0) {
+      errno = ENOSPC;
+      return -1;
+    }
+    return inotify_add_watch(instance, path, mask);
+  };
+  watch({at("w")}, calls);
+  makeFolder(at("w/new"));
+  news();
+  left = 0;
+  walk(at("w/new"));
+  EXPECT_THAT(news().standings, testing::Each(std::optional<std::string>(kNoMoreFolders)));
+  // What can be told still is.
+  writeFile(at("w/a/b/file"));
+  EXPECT_THAT(texts(news().changes), ElementsAre("w/a/b file"));
+
+  left = 1000;
+  watch_->start({at("w")});
+  EXPECT_TRUE(noted_.waitUntil(standsAgain));
+  walk(at("w"));
+  EXPECT_TRUE(tellsOfFileIn("w/new"));
+}
+
+TEST_F(InotifyWatchLoss, noMoreWatches_onTheWay_refuseTheStanding) {
+  makeFolder(at("w"));
+  InotifyCalls calls;
+  calls.addWatch = [](int, const char*, std::uint32_t) {
+    errno = ENOSPC;
+    return -1;
+  };
+  EXPECT_THAT(watch({at("w")}, calls).standings, testing::Each(std::optional<std::string>(kNoMoreFolders)));
+}
+
+TEST_F(InotifyWatchLoss, noMoreInstances_refuseTheStandingUntilTheNextStart) {
+  makeFolder(at("w"));
+  bool isRefused = true;
+  InotifyCalls calls;
+  calls.makeInstance = [&](int flags) {
+    if (isRefused) {
+      errno = EMFILE;
+      return -1;
+    }
+    return inotify_init1(flags);
+  };
+  EXPECT_THAT(watch({at("w")}, calls).standings.at(0),
+              Optional(std::string("The system watches for no more programs (fs.inotify.max_user_instances).")));
+  isRefused = false;
+  watch_->start({at("w")});
+  EXPECT_TRUE(noted_.waitUntil(standsAgain));
+}
+
+TEST_F(InotifyWatchLoss, folderThatVanishesFromTheSystem_isAReason) {
+  makeFolder(at("w"));
+  InotifyCalls calls;
+  calls.addWatch = [](int, const char*, std::uint32_t) {
+    errno = ENOMEM;
+    return -1;
+  };
+  EXPECT_THAT(watch({at("w")}, calls).standings.at(0), Optional(HasSubstr("cannot be watched")));
+}
+
+TEST_F(InotifyWatchLoss, networkVolume_belowTheFolder_isAReason) {
+  makeFolder(at("w"));
+  InotifyCalls calls;
+  calls.fileSystemStatus = [](int descriptor, struct statfs* result) {
+    const int status = fstatfs(descriptor, result);
+    result->f_type = 0x6969;
+    return status;
+  };
+  EXPECT_THAT(watch({at("w")}, calls).standings.at(0),
+              Optional(HasSubstr("NFS, whose changes the system does not tell")));
+}
+
+TEST(UntoldFileSystem, type_isKnownByItsNumber) {
+  EXPECT_EQ(untoldFileSystem(0x6969), "NFS");
+  EXPECT_EQ(untoldFileSystem(0xFF534D42), "CIFS");
+  EXPECT_EQ(untoldFileSystem(static_cast<std::int32_t>(0xFF534D42)), "CIFS");
+  EXPECT_EQ(untoldFileSystem(0xFE534D42), "SMB");
+  EXPECT_EQ(untoldFileSystem(0x65735546), "FUSE");
+  EXPECT_EQ(untoldFileSystem(0x01021997), "9P");
+  EXPECT_EQ(untoldFileSystem(0xEF53), std::nullopt);      // ext4
+  EXPECT_EQ(untoldFileSystem(0x9123683E), std::nullopt);  // btrfs
+  EXPECT_EQ(untoldFileSystem(0x01021994), std::nullopt);  // tmpfs
+}
+
+/// What a child of one thread of its own finds: 0, or the line of the check that failed.
+class InotifyWatchInChild : public WatchedDisk {
+ protected:
+  static constexpr int kRefused = 1;
+  static constexpr int kThrew = 2;
+
+  /// Runs the checks in a child that may mount and has limits of its own.
+  void inChild(const std::function<int()>& check) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      const uid_t user = getuid();
+      const gid_t group = getgid();
+      if (unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) {
+        _exit(kRefused);
+      }
+      std::ofstream("/proc/self/setgroups") << "deny";
+      std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+      std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
+      if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+        _exit(kRefused);
+      }
+      int result = kThrew;
+      try {
+        result = check();
+        watch_.reset();
+      } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+      }
+      _exit(result);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status)) << status;
+    // Where the system gives no such rights, what stands in for its refusals above has to do.
+    EXPECT_TRUE(WEXITSTATUS(status) == 0 || (WEXITSTATUS(status) == kRefused && geteuid() != 0))
+        << "line " << WEXITSTATUS(status) + 100;
+  }
+};
+
+#define CHECK_IN_CHILD(condition) \
+  if (!(condition)) {             \
+    return __LINE__ - 100;        \
+  }                               \
+  static_cast<void>(0)
+
+TEST_F(InotifyWatchInChild, volume_mountedAndUnmountedBelow_isALossEachTime) {
+  makeFolder(at("w/volume"));
+  makeFolder(at("w/beside"));
+  inChild([&] {
+    watch({at("w")});
+    CHECK_IN_CHILD(tellsOfFileIn("w/volume"));
+    CHECK_IN_CHILD(mount("tmpfs", at("w/volume").c_str(), "tmpfs", 0, nullptr) == 0);
+    CHECK_IN_CHILD(!news().losses.empty());
+    walk(at("w"));
+    CHECK_IN_CHILD(tellsOfFileIn("w/volume"));
+    CHECK_IN_CHILD(umount(at("w/volume").c_str()) == 0);
+    CHECK_IN_CHILD(!news().losses.empty());
+    walk(at("w"));
+    CHECK_IN_CHILD(tellsOfFileIn("w/volume"));
+    CHECK_IN_CHILD(tellsOfFileIn("w/beside"));
+    return 0;
+  });
+}
+
+TEST_F(InotifyWatchInChild, watchedFolder_onAVolumeThatIsUnmounted_isALoss) {
+  makeFolder(at("volume"));
+  inChild([&] {
+    CHECK_IN_CHILD(mount("tmpfs", at("volume").c_str(), "tmpfs", 0, nullptr) == 0);
+    makeFolder(at("volume/w"));
+    watch({at("volume/w")});
+    CHECK_IN_CHILD(tellsOfFileIn("volume/w"));
+    CHECK_IN_CHILD(umount(at("volume").c_str()) == 0);
+    CHECK_IN_CHILD(!news().losses.empty());
+    makeFolder(at("volume/w"));
+    CHECK_IN_CHILD(news().changes == (std::vector<FolderChange>{{at("volume/w"), {}, true}}));
+    walk(at("volume/w"));
+    CHECK_IN_CHILD(tellsOfFileIn("volume/w"));
+    return 0;
+  });
+}
+
+TEST_F(InotifyWatchInChild, limitOfTheSystem_isTheReason) {
+  makeFolder(at("w/1/2/3/4/5/6/7/8/9"));
+  inChild([&] {
+    std::ofstream("/proc/sys/user/max_inotify_watches") << 15;
+    CHECK_IN_CHILD(numberIn("/proc/sys/user/max_inotify_watches") == 15);
+    const auto refused = watch({at("w")});
+    CHECK_IN_CHILD(refused.standings.back() == kNoMoreFolders);
+    std::ofstream("/proc/sys/user/max_inotify_watches") << 1000;
+    watch_->start({at("w")});
+    CHECK_IN_CHILD(noted_.waitUntil(standsAgain));
+    walk(at("w"));
+    CHECK_IN_CHILD(news().proofs == 1);
+    CHECK_IN_CHILD(tellsOfFileIn("w/1/2/3/4/5/6/7/8/9"));
+    return 0;
+  });
+}
+
+}  // namespace
+}  // namespace cirrovane::test
