@@ -220,7 +220,6 @@ std::map<std::string, IndexedTree::ToRead> IndexedTree::plan(std::span<const Fol
       if (!change.item.empty()) {
         what.items.push_back(change.item);
       }
-      isWhole = isWhole || (change.isDeep && change.folder == path_);
     } else if (isAtOrBelow(path_, change.folder)) {
       // The watched folder is an item of the one that changed, or lies below such an item.
       const bool isNamed = !change.item.empty() && isAtOrBelow(path_, itemPath(change.folder, change.item));
@@ -241,17 +240,19 @@ bool IndexedTree::readDeep(IndexedFolder& folder, IndexReading& reading) {
   std::string currentPath = start;
   WalkOutcome outcome;
   if (&folder != &root_ || exists_) {
-    outcome = walkFolder(reading.fileSystem, WalkRequest{start, true, reading.observer}, reading.progress,
-                         [&](const ItemBatch& batch) {
-                           if (std::string path = batch.folderPath(); path != currentPath) {
-                             close(*current);
-                             IndexedFolder* found = find(path);
-                             current = found != nullptr ? found : &folder;
-                             currentPath = std::move(path);
-                             open(*current);
-                           }
-                           return takeBatch(*current, batch, nullptr);
-                         });
+    outcome = walkFolder(
+        reading.fileSystem, WalkRequest{start, true, reading.observer}, reading.progress, [&](const ItemBatch& batch) {
+          if (std::string path = batch.folderPath(); path != currentPath) {
+            close(*current);
+            // Mostly one step down, which must not cost the whole way in a tree of any depth.
+            IndexedFolder* found =
+                parentPath(path) == currentPath ? findByName(current->subfolders, lastPathComponent(path)) : find(path);
+            current = found != nullptr ? found : &folder;
+            currentPath = std::move(path);
+            open(*current);
+          }
+          return takeBatch(*current, batch, nullptr);
+        });
   }
   close(*current);
   if (&folder == &root_) {
