@@ -14,6 +14,8 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kSetByHand{500};
 /// The alarm is set even where nothing is due, because it is how waking from sleep is noticed.
 constexpr std::chrono::hours kLongestAlarm{1};
+/// A watch that takes longer to stand is not waited for.
+constexpr std::chrono::seconds kLongestStart{1};
 /// So that what an alarm rings for is due when it rings.
 constexpr std::chrono::milliseconds kJustAfter{1};
 
@@ -97,11 +99,11 @@ std::optional<Confirmation> LiveVerdict::confirmation() const {
 }
 
 void LiveVerdict::follow(std::vector<WatchFolder> folders) {
-  if (watch_ == nullptr || pathsOf(folders) != pathsOf(folders_)) {
-    folders_ = std::move(folders);
+  const bool isNew = watch_ == nullptr || pathsOf(folders) != pathsOf(folders_);
+  folders_ = std::move(folders);
+  if (isNew) {
     startWatch();
   }
-  folders_ = std::move(folders);
   rescan();
 }
 
@@ -148,6 +150,8 @@ void LiveVerdict::startWatch() {
     watch_ = std::shared_ptr<FolderWatch>(watching, watching->watch.get());
   }
   awaitsStand_ = watch_ != nullptr;
+  watchStarted_ = now();
+  isScannedSinceStart_ = false;
   reasonAgainst_ = watch_ != nullptr ? "" : "This system does not tell of changes.";
   if (watch_ != nullptr) {
     watch_->start(pathsOf(folders_));
@@ -171,10 +175,10 @@ void LiveVerdict::lost(const std::string& reason) {
 }
 
 void LiveVerdict::stands(const std::optional<std::string>& reasonAgainst) {
-  const bool cameBackByItself = !reasonAgainst && !reasonAgainst_.empty() && !awaitsStand_;
+  const bool cameLate = !reasonAgainst && (awaitsStand_ || !reasonAgainst_.empty()) && isScannedSinceStart_;
   awaitsStand_ = false;
   reasonAgainst_ = reasonAgainst.value_or("");
-  if (cameBackByItself) {
+  if (cameLate) {
     loss_ = "The watch had to begin anew.";
   }
   if (reasonAgainst && unproved_) {
@@ -274,6 +278,15 @@ std::optional<Uptime> LiveVerdict::scanDueAt() const {
   if (isScanning_ || unproved_) {
     return std::nullopt;
   }
+  std::optional<Uptime> due = scanWantedAt();
+  if (due && awaitsStand_) {
+    // What is walked before the watch stands is not watched.
+    due = std::max(*due, watchStarted_ + kLongestStart);
+  }
+  return due;
+}
+
+std::optional<Uptime> LiveVerdict::scanWantedAt() const {
   std::optional<Uptime> due;
   if (wantsScan_ || !nextTakers_.empty()) {
     takeEarlier(due, Uptime(0));
@@ -295,13 +308,15 @@ std::optional<Uptime> LiveVerdict::scanDueAt() const {
 }
 
 void LiveVerdict::startScan() {
-  isScanning_ = true;
-  wantsScan_ = false;
-  wantsYes_ = false;
-  if (!reasonAgainst_.empty() && watch_ != nullptr) {
+  if (!reasonAgainst_.empty() && watch_ != nullptr && isScannedSinceStart_) {
     // Whatever kept it from standing may be over.
     startWatch();
+    return;
   }
+  isScanning_ = true;
+  isScannedSinceStart_ = true;
+  wantsScan_ = false;
+  wantsYes_ = false;
   loss_.clear();
   hasSlept_ = false;
   suspects_.clear();
@@ -314,6 +329,7 @@ void LiveVerdict::startScan() {
     duringScan_.add(changes);
   }
   duringScan_.add(held_);
+  scanned_ = pathsOf(folders_);
   index_.scan(folders_, watch_, [this](Uptime duration) { finishScan(duration); });
 }
 
@@ -321,7 +337,8 @@ void LiveVerdict::finishScan(Uptime duration) {
   scanDuration_ = duration;
   // All of it is in what the scan's own report will say.
   pending_.clear();
-  const bool compares = hasIndex_ && loss_.empty() && reasonAgainst_.empty();
+  const bool compares = hasIndex_ && loss_.empty() && reasonAgainst_.empty() && scanned_ == indexed_;
+  indexed_ = scanned_;
   inReading_.push_back(std::exchange(duringScan_, {}));
   index_.adopt(inReading_.back(), compares, watch_, [this](const LiveReading& reading) { takeScan(reading); });
 }

@@ -125,6 +125,7 @@ class LiveVerdict {
   void takeScan(const LiveReading& reading);
   void conclude(const Shared<SyncHealthReport>& report);
   std::optional<Uptime> scanDueAt() const;
+  std::optional<Uptime> scanWantedAt() const;
 
   void publish(const Shared<SyncHealthReport>& report);
   void keep(const LiveReading& reading);
@@ -153,6 +154,8 @@ class LiveVerdict {
   /// Shared with the readings under way. nullptr where the system has none, or none was started.
   std::shared_ptr<FolderWatch> watch_;
   bool awaitsStand_ = true;
+  Uptime watchStarted_{0};
+  bool isScannedSinceStart_ = false;
   /// Why changes are not told; empty while they are.
   std::string reasonAgainst_;
   /// Why everything may have changed since the last full scan began; empty while nothing did.
@@ -179,6 +182,9 @@ class LiveVerdict {
   std::vector<LaterReading> laterReadings_;
 
   bool hasIndex_ = false;
+  /// The folders of the index, and of the full scan that is under way or was last.
+  std::vector<std::string> indexed_;
+  std::vector<std::string> scanned_;
   bool isScanning_ = false;
   bool wantsScan_ = false;
   bool wantsYes_ = false;

@@ -92,11 +92,13 @@ std::optional<SyncHealthReport> ScanIndex::glance(std::span<const FolderChange> 
       tree->takeItems(*folder, names, batch.get(), reading);
     }
   }
+  isChangedByGlance_ = isChangedByGlance_ || reading.isChanged;
   return reading.isBlockedAnew ? std::optional(reportAt(now)) : std::nullopt;
 }
 
 UpdateResult ScanIndex::update(std::span<const FolderChange> changes, ListingObserver* observer) {
   IndexReading reading{*fileSystem_, nullptr, observer};
+  reading.isChanged = std::exchange(isChangedByGlance_, false);
   for (const std::unique_ptr<IndexedTree>& tree : trees_) {
     tree->update(changes, reading);
   }

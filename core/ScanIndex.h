@@ -81,6 +81,8 @@ class ScanIndex {
   std::vector<std::unique_ptr<IndexedTree>> trees_;
   /// How many blocked items stand before the next to be told.
   std::size_t nextBlocked_ = 0;
+  /// Whether a glance has changed something that no update has told of yet.
+  bool isChangedByGlance_ = false;
 };
 
 }  // namespace cirrovane

@@ -119,6 +119,17 @@ TEST_F(ScanIndexOverATree, glance_atWhatIsKnown_hasNothingToSay) {
   EXPECT_EQ(index.glance(changes), std::nullopt);
 }
 
+TEST_F(ScanIndexOverATree, updateAfterAGlanceThatTookABlockerAway_tellsOfTheChange) {
+  tree.makeFile(work + "/A/one.txt", pending());
+  ScanIndex index = scan();
+  tree.makeFile(work + "/A/one.txt", clean());
+  const std::vector<FolderChange> changes{{work + "/A", "one.txt"}};
+  EXPECT_EQ(index.glance(changes), std::nullopt);
+  EXPECT_TRUE(index.update(changes).isChanged);
+  EXPECT_FALSE(index.update(changes).isChanged);
+  expectAgreement(index);
+}
+
 TEST_F(ScanIndexOverATree, glance_atWhatNoScanShows_hasNothingToSay) {
   tree.makeFolder(work + "/Book.pages");
   ScanIndex index = scan();
