@@ -65,9 +65,9 @@ std::string MacFileSystem::homeDirectory() const {
 
 std::optional<std::string> MacFileSystem::applicationSupportDirectory() const {
   @autoreleasepool {
-    NSURL* _Nullable url = [NSFileManager.defaultManager URLsForDirectory:NSApplicationSupportDirectory
-                                                                inDomains:NSUserDomainMask]
-                               .firstObject;
+    NSURL* url = [NSFileManager.defaultManager URLsForDirectory:NSApplicationSupportDirectory
+                                                      inDomains:NSUserDomainMask]
+                     .firstObject;
     return url != nil ? std::optional(pathOf(url)) : std::nullopt;
   }
 }

@@ -85,11 +85,6 @@ class TypeCheckTest(unittest.TestCase):
                     "virtual bool exists(const std::string& path) = 0;"))
         self.assert_found("platform/macos/MacFileSystem.mm", "marked 'override' hides virtual member function")
 
-    def test_path_of_url_that_may_be_nil(self):
-        self.plant("platform/macos/MacFileSystem.mm",
-                   ("url != nil ? std::optional(pathOf(url)) : std::nullopt", "std::optional(pathOf(url))"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "from nullable pointer 'NSURL * _Nullable __strong'")
-
     def test_executable_that_may_have_no_url(self):
         self.plant("platform/macos/MacBundle.mm",
                    ("executable != nil ? pathOf(executable) : std::string()", "pathOf(executable)"))
