@@ -90,13 +90,16 @@ class MacWalkReader final : public WalkReader {
     path += path.ends_with('/') ? "" : "/";
     const std::size_t prefixLength = path.size();
     const TextKeeper keep = [&](std::string text) { return batch.keep(std::move(text)); };
+    const auto read = [&](ResourceValues& values) {
+      return parts_->calls->readCloudState(path, values.isDirectory, [&](const ResourceDictionary& dictionary) {
+        addCloudState(dictionary, keep, values);
+      });
+    };
     for (const std::size_t position : toAsk_) {
       Item& item = batch.itemsToFill()[position];
       path.resize(prefixLength);
       path += item.name;
-      const bool isRead = parts_->calls->readCloudState(
-          path, item.values->isDirectory,
-          [&](const ResourceDictionary& dictionary) { addCloudState(dictionary, keep, *item.values); });
+      const bool isRead = item.values && read(*item.values);
       if (!isRead) {
         item.values.reset();
       }
