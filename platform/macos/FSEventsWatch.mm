@@ -1,13 +1,17 @@
 #include "platform/macos/FSEventsWatch.h"
 
+#include "base/Path.h"
 #include "platform/macos/DispatchQueue.h"
 #include "platform/macos/FoundationText.h"
+#include "platform/macos/PackageType.h"
 #include "platform/macos/WorkspaceNotice.h"
+#include "platform/macos/plain/PackageExtensions.h"
 #include "platform/macos/plain/StreamedWatch.h"
 
 #import <Foundation/Foundation.h>
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -21,13 +25,6 @@ std::string withoutLinks(const std::string& path) {
   return real;
 }
 
-bool isPackage(const std::string& path) {
-  NSURL* url = fileURLOf(path, /*isFolder=*/true);
-  NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:@[ NSURLIsPackageKey ] error:nil];
-  id value = values[NSURLIsPackageKey];
-  return [value isKindOfClass:[NSNumber class]] && static_cast<NSNumber*>(value).boolValue;
-}
-
 StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {
   StreamSystem system;
   // Not the queue itself: what is on it holds the system.
@@ -37,7 +34,10 @@ StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {
     return held ? held->makeStream(paths, std::move(tell)) : nullptr;
   };
   system.withoutLinks = withoutLinks;
-  system.isPackage = isPackage;
+  // As the walk has it, so that what is told and what is walked are the same.
+  system.isPackage = [extensions = std::make_shared<PackageExtensions>(isPackageExtension)](const std::string& path) {
+    return extensions->isPackageName(lastPathComponent(path));
+  };
   return system;
 }
 
