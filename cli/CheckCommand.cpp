@@ -65,14 +65,17 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
     pace.interval = std::max(*pace.interval, std::chrono::duration_cast<std::chrono::nanoseconds>(kShortestInterval));
   }
   LiveSession session(context, options.folders, pace);
-  std::string lastSummary;
+  // Kept, so that no later report can lie where it lay.
+  std::optional<Shared<SyncHealthReport>> told;
   session.run(asDuration(options.timeout), [&] {
     if (!session.verdict().report().value()) {
       return false;
     }
-    const SyncHealthReport& report = **session.verdict().report().value();
+    const Shared<SyncHealthReport>& shown = *session.verdict().report().value();
+    const SyncHealthReport& report = *shown;
     const bool isOver = report.safeToClose || session.isTimeUp();
-    if (!isOver && context.err.isTerminal() && std::exchange(lastSummary, report.summary) != report.summary) {
+    if (!isOver && context.err.isTerminal() && (!told || &**told != &report)) {
+      told = shown;
       context.err.write(fmt::format("Not safe yet. {} Waiting.\n", report.summary));
     }
     return isOver;

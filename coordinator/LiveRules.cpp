@@ -45,6 +45,18 @@ std::string_view rawValue(LivenessState state) {
   return "notLive";
 }
 
+std::string_view livenessLabel(LivenessState state) {
+  switch (state) {
+    case LivenessState::live:
+      return "Live";
+    case LivenessState::catchingUp:
+      return "Catching up";
+    case LivenessState::notLive:
+      break;
+  }
+  return "Not live";
+}
+
 Uptime scanDue(ScanCause cause, const LastScan& last) {
   const bool isShort = cause == ScanCause::cycleWhileLive && last.duration < kLongScan;
   if (!last.end || isShort) {

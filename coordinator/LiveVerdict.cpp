@@ -317,8 +317,7 @@ void LiveVerdict::startScan() {
   isScannedSinceStart_ = true;
   wantsScan_ = false;
   wantsYes_ = false;
-  loss_.clear();
-  hasSlept_ = false;
+  lossMended_ = std::exchange(loss_, {});
   suspects_.clear();
   takers_ = std::exchange(nextTakers_, {});
   scanBegan_ = confirmationNow(environment_.clock, environment_.monotonicClock);
@@ -337,7 +336,8 @@ void LiveVerdict::finishScan(Uptime duration) {
   scanDuration_ = duration;
   // All of it is in what the scan's own report will say.
   pending_.clear();
-  const bool compares = hasIndex_ && loss_.empty() && reasonAgainst_.empty() && scanned_ == indexed_;
+  const bool compares =
+      hasIndex_ && loss_.empty() && lossMended_.empty() && reasonAgainst_.empty() && scanned_ == indexed_;
   indexed_ = scanned_;
   inReading_.push_back(std::exchange(duringScan_, {}));
   index_.adopt(inReading_.back(), compares, watch_, [this](const LiveReading& reading) { takeScan(reading); });
@@ -348,6 +348,8 @@ void LiveVerdict::takeScan(const LiveReading& reading) {
   isScanning_ = false;
   hasIndex_ = true;
   isDoubted_ = false;
+  lossMended_.clear();
+  hasSlept_ = hasSlept_ && !loss_.empty();
   wantsYes_ = false;
   held_.clear();
   lastScan_ = {now(), scanDuration_};
@@ -394,8 +396,8 @@ Liveness LiveVerdict::currentLiveness() const {
   if (isDoubted_) {
     return notLive("A scan found a change that had not been told.");
   }
-  if (!loss_.empty()) {
-    return catchingUp(loss_);
+  if (!loss_.empty() || !lossMended_.empty()) {
+    return catchingUp(loss_.empty() ? lossMended_ : loss_);
   }
   const std::optional<Uptime> oldest = oldestUnreported();
   if (oldest && now() - *oldest > kCatchUp) {

@@ -160,6 +160,8 @@ class LiveVerdict {
   std::string reasonAgainst_;
   /// Why everything may have changed since the last full scan began; empty while nothing did.
   std::string loss_;
+  /// The loss that the full scan under way makes good.
+  std::string lossMended_;
   Suspects suspects_;
   /// Whether the watch has missed a change, and no full scan has agreed with it since.
   bool isDoubted_ = false;

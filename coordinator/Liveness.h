@@ -18,6 +18,8 @@ enum class LivenessState : std::uint8_t {
 
 /// The state's name in JSON.
 std::string_view rawValue(LivenessState state);
+/// The state in words for people: "Live", "Catching up", "Not live".
+std::string_view livenessLabel(LivenessState state);
 
 struct Liveness {
   LivenessState state = LivenessState::notLive;

@@ -380,13 +380,21 @@ void IndexedTree::drop(Subfolders subfolders) {
 }
 
 void IndexedTree::tellGone(const Subfolders& former, const IndexedFolder& now, IndexReading& reading) const {
+  const IndexedFolder nothing;
   std::vector<std::pair<const IndexedFolder*, const IndexedFolder*>> pairs;
   const auto compare = [&](const Subfolders& before, const IndexedFolder& after) {
     for (const std::unique_ptr<IndexedFolder>& subfolder : before) {
       if (const IndexedFolder* same = findByName(after.subfolders, subfolder->name)) {
         pairs.emplace_back(subfolder.get(), same);
       } else {
-        reading.gone.push_back(pathOf(*subfolder));
+        std::string path = pathOf(*subfolder);
+        const bool isKept =
+            std::ranges::any_of(reading.watched, [&](const std::string& folder) { return isAtOrBelow(folder, path); });
+        if (isKept) {
+          pairs.emplace_back(subfolder.get(), &nothing);
+        } else {
+          reading.gone.push_back(std::move(path));
+        }
       }
     }
   };

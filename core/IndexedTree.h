@@ -44,7 +44,9 @@ struct IndexReading {
   ScanProgress* progress = nullptr;
   /// May be nullptr.
   ListingObserver* observer = nullptr;
-  /// Folders that are no longer there; none lies below another.
+  /// The watched folders, without a trailing slash.
+  std::vector<std::string> watched = {};
+  /// Folders that are no longer there and that no watched folder is or lies below; none lies below another.
   std::vector<std::string> gone = {};
   /// Uploads that go on since before then are stalled.
   Time staleBefore = {};
@@ -82,6 +84,11 @@ class IndexedTree {
   void addTo(ReportDraft& report) const;
   /// The folders in which something is noted; their order means nothing.
   const std::set<IndexedFolder*>& notedFolders() const { return notedFolders_; }
+
+  /// Tells as gone what the former index of the same watched folder held and this one does not.
+  void tellGoneSince(const IndexedTree& former, IndexReading& reading) const {
+    former.tellGone(former.root_.subfolders, root_, reading);
+  }
 
   /// Folders in which the two differ.
   std::vector<std::string> differences(const IndexedTree& other) const;

@@ -97,7 +97,7 @@ std::optional<SyncHealthReport> ScanIndex::glance(std::span<const FolderChange> 
 }
 
 UpdateResult ScanIndex::update(std::span<const FolderChange> changes, ListingObserver* observer) {
-  IndexReading reading{*fileSystem_, nullptr, observer};
+  IndexReading reading = readingFor(observer);
   reading.isChanged = std::exchange(isChangedByGlance_, false);
   for (const std::unique_ptr<IndexedTree>& tree : trees_) {
     tree->update(changes, reading);
@@ -105,11 +105,17 @@ UpdateResult ScanIndex::update(std::span<const FolderChange> changes, ListingObs
   return resultOf(std::move(reading));
 }
 
+IndexReading ScanIndex::readingFor(ListingObserver* observer) const {
+  IndexReading reading{*fileSystem_, nullptr, observer};
+  for (const std::unique_ptr<IndexedTree>& tree : trees_) {
+    reading.watched.push_back(tree->path());
+  }
+  return reading;
+}
+
 UpdateResult ScanIndex::resultOf(IndexReading reading) const {
   std::erase_if(reading.gone, [&](const std::string& path) {
-    return std::ranges::any_of(trees_, [&](const std::unique_ptr<IndexedTree>& tree) {
-      return isAtOrBelow(tree->path(), path) || tree->holds(path);
-    });
+    return std::ranges::any_of(trees_, [&](const std::unique_ptr<IndexedTree>& tree) { return tree->holds(path); });
   });
   std::ranges::sort(reading.gone);
   const auto surplus = std::ranges::unique(reading.gone);
@@ -174,7 +180,7 @@ std::vector<FolderChange> ScanIndex::blockedItems(std::size_t most) {
 
 UpdateResult ScanIndex::readBlockedAgain(std::size_t most, ListingObserver* observer) {
   const std::vector<FolderChange> blocked = blockedItems(most);
-  IndexReading reading{*fileSystem_, nullptr, observer};
+  IndexReading reading = readingFor(observer);
   std::vector<FolderChange> toList;
   for (const FolderChange& change : blocked) {
     if (change.item.empty()) {
@@ -194,6 +200,16 @@ UpdateResult ScanIndex::readBlockedAgain(std::size_t most, ListingObserver* obse
     tree->update(toList, reading);
   }
   return resultOf(std::move(reading));
+}
+
+std::vector<std::string> ScanIndex::goneSince(const ScanIndex& former) const {
+  IndexReading reading = readingFor(nullptr);
+  for (std::size_t place = 0; place < std::min(trees_.size(), former.trees_.size()); ++place) {
+    if (trees_[place]->path() == former.trees_[place]->path()) {
+      trees_[place]->tellGoneSince(*former.trees_[place], reading);
+    }
+  }
+  return resultOf(std::move(reading)).gone;
 }
 
 std::vector<std::string> ScanIndex::differences(const ScanIndex& other, std::span<const FolderChange> except) const {

@@ -23,7 +23,8 @@ struct IndexReading;
 
 /// What came of reading a part of the watched folders again.
 struct UpdateResult {
-  /// Folders that are no longer part of any watched tree; none lies below another.
+  /// Folders that are no longer part of any watched tree; none lies below another, and no watched folder is or lies
+  /// below one.
   std::vector<std::string> gone;
   /// Whether anything differs from before; false where the report would say the same, but for what time alone brings.
   bool isChanged = false;
@@ -65,6 +66,10 @@ class ScanIndex {
   /// Reads the next blocked items again, by themselves where that suffices.
   UpdateResult readBlockedAgain(std::size_t most, ListingObserver* observer = nullptr);
 
+  /// The folders that went since an index of the same watched folders was made, as an `update` of that one would have
+  /// told them.
+  std::vector<std::string> goneSince(const ScanIndex& former) const;
+
   /// Folders in which the two differ, but for those that the changes touch. The order of items is no difference.
   std::vector<std::string> differences(const ScanIndex& other, std::span<const FolderChange> except) const;
 
@@ -72,6 +77,7 @@ class ScanIndex {
   ScanIndex(const FileSystem& fileSystem, const Clock& clock, std::chrono::microseconds staleUploadThreshold);
 
   SyncHealthReport reportAt(Time now) const;
+  IndexReading readingFor(ListingObserver* observer) const;
   UpdateResult resultOf(IndexReading reading) const;
 
   const FileSystem* fileSystem_;

@@ -42,6 +42,12 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
     : machine_(machine),
       desktop_(desktop),
       panels_(machine.fileSystem().homeDirectory()),
+      live_({machine.fileSystem(), machine.clock()},
+            {{mainExecutor_, scanExecutor_, updatesExecutor_},
+             machine.clock(),
+             machine.monotonicClock(),
+             liveAlarm_,
+             [&machine](FolderWatchListener& listener) { return machine.makeFolderWatch(listener); }}),
       dashboard_(makeWindowServices(machine, desktop.notificationCenter()),
                  {{mainExecutor_, scanExecutor_, diagnosticsExecutor_, statusExecutor_},
                   machine.fileStorage(),
@@ -49,7 +55,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                   machine.clock(),
                   machine.monotonicClock(),
                   &cycleLimit_,
-                  &staleAlarm_},
+                  &staleAlarm_,
+                  &live_},
                  {refreshTimer_, panels_, desktop.workspace(), machine.fileSystem(), machine.timeText()}),
       updates_(machine.bundle(), machine.userDefaults(), desktop.workspace(), machine.timeText(), machine.clock(),
                [&desktop] { return desktop.makeUpdater(); }),
@@ -58,7 +65,10 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
       snapshot_(dashboard_, updates_, machine.timeText()),
       tools_{makeToolInstaller(machine), clipboard_, desktop.workspace(), mainExecutor_},
       pageContext_({dashboard_, machine.timeText(), settings_, tools_}) {
-  desktop_.onWake([this] { staleAlarm_.ring(); });
+  desktop_.onWake([this] {
+    live_.wake();
+    staleAlarm_.ring();
+  });
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
@@ -185,7 +195,8 @@ void CirrovaneApp::placePanel() {
 }
 
 bool CirrovaneApp::isBusy() const {
-  return scanExecutor_.isBusy() || diagnosticsExecutor_.isBusy() || statusExecutor_.isBusy();
+  return scanExecutor_.isBusy() || diagnosticsExecutor_.isBusy() || statusExecutor_.isBusy() ||
+         updatesExecutor_.isBusy();
 }
 
 }  // namespace cirrovane

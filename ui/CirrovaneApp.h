@@ -2,6 +2,7 @@
 
 #include "coordinator/AppUpdateService.h"
 #include "coordinator/DashboardViewModel.h"
+#include "coordinator/LiveVerdict.h"
 #include "platform/Desktop.h"
 #include "platform/Machine.h"
 #include "platform/posix/ThreadExecutor.h"
@@ -65,11 +66,14 @@ class CirrovaneApp : public QObject {
   ThreadExecutor scanExecutor_;
   ThreadExecutor diagnosticsExecutor_;
   ThreadExecutor statusExecutor_;
+  ThreadExecutor updatesExecutor_;
   QtTimer refreshTimer_;
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
+  QtAlarm liveAlarm_;
   QtPanels panels_;
   QtClipboard clipboard_;
+  LiveVerdict live_;
   DashboardViewModel dashboard_;
   AppUpdateService updates_;
   AppSettings settings_;

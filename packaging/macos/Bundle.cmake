@@ -6,7 +6,10 @@ add_custom_command(OUTPUT "${icon}"
   COMMAND "${make_icns}" "$<TARGET_FILE:draw_icon>" "${icon}"
   DEPENDS draw_icon "${make_icns}"
   VERBATIM)
-target_sources(cirrovane PRIVATE "${icon}")
+# Only a Mac can run the program that draws it.
+if(CMAKE_HOST_APPLE)
+  target_sources(cirrovane PRIVATE "${icon}")
+endif()
 set_source_files_properties("${icon}" PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
 
 set_target_properties(cirrovane PROPERTIES

@@ -1,4 +1,5 @@
 #include "platform/Machine.h"
+#include "platform/macos/FSEventsWatch.h"
 #include "platform/macos/MacBundle.h"
 #include "platform/macos/MacCollation.h"
 #include "platform/macos/MacFileSystem.h"
@@ -25,6 +26,14 @@ class MacMachine final : public Machine {
   const Bundle& bundle() const override { return bundle_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
   std::optional<std::string> notificationAuthorization() const override { return std::nullopt; }
+  std::unique_ptr<FolderWatch> makeFolderWatch(FolderWatchListener& listener) override {
+    // Where the stores are too. The watch itself says where the folder cannot be had.
+    const std::string own = fileSystem_.applicationSupportDirectory().value_or(fileSystem_.homeDirectory() +
+                                                                               "/Library/Application Support") +
+                            "/com.quillmere.Cirrovane";
+    static_cast<void>(fileStorage_.createFolders(own, FileAccess::privateToUser));
+    return makeFSEventsWatch(listener, own);
+  }
 
  private:
   MacFileSystem fileSystem_;

@@ -109,13 +109,7 @@ class SystemWalkCalls final : public MacWalkCalls {
     return real;
   }
 
-  bool isPackageExtension(std::string_view extension) const override {
-    @autoreleasepool {
-      NSString* text = textOf(extension);
-      UTType* type = text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil;
-      return [type conformsToType:UTTypePackage];
-    }
-  }
+  bool isPackageExtension(std::string_view extension) const override { return isSystemPackageExtension(extension); }
 
   bool readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const override {
     @autoreleasepool {
@@ -138,6 +132,14 @@ class SystemWalkCalls final : public MacWalkCalls {
 };
 
 }  // namespace
+
+bool isSystemPackageExtension(std::string_view extension) {
+  @autoreleasepool {
+    NSString* text = textOf(extension);
+    UTType* type = text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil;
+    return [type conformsToType:UTTypePackage];
+  }
+}
 
 std::shared_ptr<const MacWalkCalls> systemWalkCalls() {
   @autoreleasepool {

@@ -60,6 +60,9 @@ class ScanLife {
   const auto& pick(const Range& range) {
     return range[below(std::size(range))];
   }
+  std::string pick(const std::vector<std::string>& texts, const std::string& otherwise) {
+    return texts.empty() ? otherwise : pick(texts);
+  }
 
   std::string anyName();
   std::string anyFolder();
@@ -70,7 +73,9 @@ class ScanLife {
 
   void grow(const std::string& folder, std::size_t depth);
   void happen();
+  void changeUntold();
   void watchAnew();
+  ScanIndex scan();
   void setClock();
 
   void takeChanges();

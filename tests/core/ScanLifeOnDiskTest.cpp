@@ -3,6 +3,7 @@
 #include "tests/core/ScanLife.h"
 #include "tests/core/ScanLives.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>
@@ -87,7 +88,7 @@ TEST(ScanLifeOnDisk, toldByTheTest_agreesWithAFullScan) {
     DiskMirror mirror;
     tree.setMirror(&mirror);
     FakeTreeWatch watch(tree);
-    ScanLife life({tree, fileSystem, watch, home, true, [&] { return watch.watched(); }}, seed);
+    ScanLife life({tree, fileSystem, watch, home, true, [&] { return watch.held(); }}, seed);
     const bool hasLived = life.live(steps);
     tally = life.tally();
     return hasLived;

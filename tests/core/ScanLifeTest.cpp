@@ -25,7 +25,7 @@ TEST(ScanLifeInMemory, toldByTheTree_agreesWithAFullScan) {
       tree.makeFolder(home);
     }
     FakeTreeWatch watch(tree);
-    ScanLife life({tree, tree, watch, home, false, [&] { return watch.watched(); }}, seed);
+    ScanLife life({tree, tree, watch, home, false, [&] { return watch.held(); }}, seed);
     const bool hasLived = life.live(steps);
     tally = life.tally();
     return hasLived;

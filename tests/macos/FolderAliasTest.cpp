@@ -18,6 +18,14 @@ TEST(FolderAlias, whatIsNotBelow_keepsItsPath) {
   EXPECT_EQ(kAlias.realPathOf(""), "");
 }
 
+TEST(FolderAlias, itemByItsRealPath_isBelowTheFolderThatWasAskedFor) {
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files/a/b"), "/tmp/files/a/b");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files"), "/tmp/files");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/filestore/a"), "/private/tmp/filestore/a");
+  EXPECT_EQ(kAlias.asAsked("/tmp/files/a"), "/tmp/files/a");
+  EXPECT_EQ((FolderAlias{"/link", "/"}.asAsked("/a")), "/link/a");
+}
+
 TEST(FolderAlias, slashesAtTheEnd_comeOnlyOnce) {
   for (const FolderAlias& alias :
        {FolderAlias{"/link/", "/a/"}, FolderAlias{"/link", "/a/"}, FolderAlias{"/link/", "/a"}}) {

@@ -2,21 +2,19 @@
 
 #include "platform/linux/watch/UntoldFileSystem.h"
 #include "tests/platform/WatchedDisk.h"
+#include "tests/support/ChildProcess.h"
 
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
-#include <exception>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
-#include <functional>
-#include <iostream>
 #include <optional>
-#include <sched.h>
 #include <string>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -30,6 +28,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::Optional;
 
 constexpr const char* kNoMoreFolders = "The system watches no more folders (fs.inotify.max_user_watches).";
@@ -169,103 +168,88 @@ TEST(UntoldFileSystem, type_isKnownByItsNumber) {
   EXPECT_EQ(untoldFileSystem(0x01021994), std::nullopt);  // tmpfs
 }
 
-/// What a child of one thread of its own finds: 0, or the line of the check that failed.
-class InotifyWatchInChild : public WatchedDisk {
+/// Runs each test in a process of its own that may mount and has limits of its own.
+class InotifyWatchInNamespace : public WatchedDisk {
  protected:
-  static constexpr int kRefused = 1;
-  static constexpr int kThrew = 2;
-
-  /// Runs the checks in a child that may mount and has limits of its own.
-  void inChild(const std::function<int()>& check) {
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      const uid_t user = getuid();
-      const gid_t group = getgid();
-      if (unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) {
-        _exit(kRefused);
-      }
-      std::ofstream("/proc/self/setgroups") << "deny";
-      std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
-      std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
-      if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
-        _exit(kRefused);
-      }
-      int result = kThrew;
-      try {
-        result = check();
-        watch_.reset();
-      } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
-      }
-      _exit(result);
+  /// Whether this is the test program itself, which has run the test in a process with such rights.
+  static bool hasRunInside() {
+    if (std::getenv(kIsInside) != nullptr) {
+      return false;
     }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status)) << status;
-    // Where the system gives no such rights, what stands in for its refusals above has to do.
-    EXPECT_TRUE(WEXITSTATUS(status) == 0 || (WEXITSTATUS(status) == kRefused && geteuid() != 0))
-        << "line " << WEXITSTATUS(status) + 100;
+    const std::vector<std::string> ownNamespace = {"--mount", "--user", "--map-root-user"};
+    std::vector<std::string> probe = ownNamespace;
+    probe.emplace_back("/bin/true");
+    if (runProgram("/usr/bin/unshare", probe).exitStatus != 0) {
+      // Where the system gives no such rights, the calls that refuse above have to do.
+      EXPECT_NE(geteuid(), 0U);
+      return true;
+    }
+    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    std::vector<std::string> again = ownNamespace;
+    again.insert(again.end(), {std::filesystem::read_symlink("/proc/self/exe").native(),
+                               std::string("--gtest_filter=") + test->test_suite_name() + "." + test->name()});
+    const ChildResult result =
+        runProgram("/usr/bin/unshare", again, {.workingDirectory = {}, .environment = {{kIsInside, "1"}}});
+    EXPECT_EQ(result.exitStatus, 0) << result.out << result.err;
+    EXPECT_THAT(result.out, HasSubstr("[  PASSED  ] 1 test."));
+    return true;
   }
+
+ private:
+  static constexpr const char* kIsInside = "CIRROVANE_TEST_IN_NAMESPACE";
 };
 
-#define CHECK_IN_CHILD(condition) \
-  if (!(condition)) {             \
-    return __LINE__ - 100;        \
-  }                               \
-  static_cast<void>(0)
-
-TEST_F(InotifyWatchInChild, volume_mountedAndUnmountedBelow_isALossEachTime) {
+TEST_F(InotifyWatchInNamespace, volume_mountedAndUnmountedBelow_isALossEachTime) {
   makeFolder(at("w/volume"));
   makeFolder(at("w/beside"));
-  inChild([&] {
-    watch({at("w")});
-    CHECK_IN_CHILD(tellsOfFileIn("w/volume"));
-    CHECK_IN_CHILD(mount("tmpfs", at("w/volume").c_str(), "tmpfs", 0, nullptr) == 0);
-    CHECK_IN_CHILD(!news().losses.empty());
-    walk(at("w"));
-    CHECK_IN_CHILD(tellsOfFileIn("w/volume"));
-    CHECK_IN_CHILD(umount(at("w/volume").c_str()) == 0);
-    CHECK_IN_CHILD(!news().losses.empty());
-    walk(at("w"));
-    CHECK_IN_CHILD(tellsOfFileIn("w/volume"));
-    CHECK_IN_CHILD(tellsOfFileIn("w/beside"));
-    return 0;
-  });
+  if (hasRunInside()) {
+    return;
+  }
+  watch({at("w")});
+  EXPECT_TRUE(tellsOfFileIn("w/volume"));
+  ASSERT_EQ(mount("tmpfs", at("w/volume").c_str(), "tmpfs", 0, nullptr), 0);
+  EXPECT_THAT(news().losses, Not(IsEmpty()));
+  walk(at("w"));
+  EXPECT_TRUE(tellsOfFileIn("w/volume"));
+  ASSERT_EQ(umount(at("w/volume").c_str()), 0);
+  EXPECT_THAT(news().losses, Not(IsEmpty()));
+  walk(at("w"));
+  EXPECT_TRUE(tellsOfFileIn("w/volume"));
+  EXPECT_TRUE(tellsOfFileIn("w/beside"));
 }
 
-TEST_F(InotifyWatchInChild, watchedFolder_onAVolumeThatIsUnmounted_isALoss) {
+TEST_F(InotifyWatchInNamespace, watchedFolder_onAVolumeThatIsUnmounted_isALoss) {
   makeFolder(at("volume"));
-  inChild([&] {
-    CHECK_IN_CHILD(mount("tmpfs", at("volume").c_str(), "tmpfs", 0, nullptr) == 0);
-    makeFolder(at("volume/w"));
-    watch({at("volume/w")});
-    CHECK_IN_CHILD(tellsOfFileIn("volume/w"));
-    CHECK_IN_CHILD(umount(at("volume").c_str()) == 0);
-    CHECK_IN_CHILD(!news().losses.empty());
-    makeFolder(at("volume/w"));
-    CHECK_IN_CHILD(news().changes == (std::vector<FolderChange>{{at("volume/w"), {}, true}}));
-    walk(at("volume/w"));
-    CHECK_IN_CHILD(tellsOfFileIn("volume/w"));
-    return 0;
-  });
+  if (hasRunInside()) {
+    return;
+  }
+  ASSERT_EQ(mount("tmpfs", at("volume").c_str(), "tmpfs", 0, nullptr), 0);
+  makeFolder(at("volume/w"));
+  watch({at("volume/w")});
+  EXPECT_TRUE(tellsOfFileIn("volume/w"));
+  ASSERT_EQ(umount(at("volume").c_str()), 0);
+  EXPECT_THAT(news().losses, Not(IsEmpty()));
+  makeFolder(at("volume/w"));
+  EXPECT_THAT(news().changes, ElementsAre(FolderChange{at("volume/w"), {}, true}));
+  walk(at("volume/w"));
+  EXPECT_TRUE(tellsOfFileIn("volume/w"));
 }
 
-TEST_F(InotifyWatchInChild, limitOfTheSystem_isTheReason) {
+TEST_F(InotifyWatchInNamespace, limitOfTheSystem_isTheReason) {
   makeFolder(at("w/1/2/3/4/5/6/7/8/9"));
-  inChild([&] {
-    std::ofstream("/proc/sys/user/max_inotify_watches") << 15;
-    CHECK_IN_CHILD(numberIn("/proc/sys/user/max_inotify_watches") == 15);
-    const auto refused = watch({at("w")});
-    CHECK_IN_CHILD(refused.standings.back() == kNoMoreFolders);
-    std::ofstream("/proc/sys/user/max_inotify_watches") << 1000;
-    watch_->start({at("w")});
-    CHECK_IN_CHILD(noted_.waitUntil(standsAgain));
-    walk(at("w"));
-    CHECK_IN_CHILD(news().proofs == 1);
-    CHECK_IN_CHILD(tellsOfFileIn("w/1/2/3/4/5/6/7/8/9"));
-    return 0;
-  });
+  if (hasRunInside()) {
+    return;
+  }
+  std::ofstream("/proc/sys/user/max_inotify_watches") << 15;
+  ASSERT_EQ(numberIn("/proc/sys/user/max_inotify_watches"), 15);
+  const auto refused = watch({at("w")});
+  EXPECT_EQ(refused.standings.back(), kNoMoreFolders);
+  std::ofstream("/proc/sys/user/max_inotify_watches") << 1000;
+  watch_->start({at("w")});
+  EXPECT_TRUE(noted_.waitUntil(standsAgain));
+  walk(at("w"));
+  EXPECT_EQ(news().proofs, 1);
+  EXPECT_TRUE(tellsOfFileIn("w/1/2/3/4/5/6/7/8/9"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "platform/posix/walk/WalkedFolder.h"
 #include "tests/macos/EntryPacker.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "base/FileDescriptor.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

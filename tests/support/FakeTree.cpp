@@ -38,6 +38,10 @@ bool isBelow(const std::string& path, const std::string& folder) {
   return folder == "/" ? path != "/" : path.starts_with(folder + "/");
 }
 
+void eraseBelow(std::set<std::string>& paths, const std::string& folder) {
+  std::erase_if(paths, [&](const std::string& path) { return path == folder || isBelow(path, folder); });
+}
+
 /// Some order that is neither that of the names nor that of their making.
 std::size_t placeOf(const std::string& name) {
   std::size_t place = 7;
@@ -457,6 +461,9 @@ void FakeTree::list(const Entry& folder, const std::string& path, bool isDeep, b
     return;
   }
   ++listingCount_;
+  if (onListing_) {
+    onListing_();
+  }
   if (observer != nullptr) {
     observer->beforeListing(path, -1);
   }
@@ -504,25 +511,18 @@ FakeTreeWatch::FakeTreeWatch(FakeTree& tree) : tree_(tree) {
 
 void FakeTreeWatch::start(const std::vector<std::string>& folders) {
   folders_ = folders;
-  watched_.clear();
+  told_.clear();
+  held_.clear();
   changes_.clear();
 }
 
 void FakeTreeWatch::forget(const std::string& folder) {
-  std::erase_if(watched_,
-                [&](const auto& watched) { return watched.first == folder || isBelow(watched.first, folder); });
+  eraseBelow(told_, folder);
+  eraseBelow(held_, folder);
 }
 
 std::optional<std::vector<FolderChange>> FakeTreeWatch::take() {
   return std::exchange(changes_, {});
-}
-
-std::set<std::string> FakeTreeWatch::watched() const {
-  std::set<std::string> paths;
-  for (const auto& [path, descriptor] : watched_) {
-    paths.insert(path);
-  }
-  return paths;
 }
 
 void FakeTreeWatch::hear(const std::string& folder, const std::string& entry, bool isAfter) {
@@ -546,13 +546,13 @@ void FakeTreeWatch::hear(const std::string& folder, const std::string& entry, bo
     if (ledTo && (folder == *ledTo || isBelow(folder, *ledTo))) {
       const std::string named =
           folder == *ledTo ? watched : joined(watched, folder.substr(ledTo->size() == 1 ? 1 : ledTo->size() + 1));
-      if (watched_.contains(named)) {
+      if (told_.contains(named)) {
         // A system need not name an entry, unless a folder of that name may be another one by now.
         const bool isNamed = wasFolder || ++toldCount_ % 4 != 0;
         changes_.push_back({named, isNamed ? entry : ""});
       }
       if (isAnother) {
-        lose(joined(named, entry));
+        eraseBelow(told_, joined(named, entry));
       }
     }
     // The folder itself, one above it or a link on the way.
@@ -560,7 +560,7 @@ void FakeTreeWatch::hear(const std::string& folder, const std::string& entry, bo
         (ledTo && (*ledTo + "/").starts_with(touched + "/"))) {
       changes_.push_back({watched, "", true});
       if (isAnother) {
-        lose(watched);
+        eraseBelow(told_, watched);
       }
     }
   }

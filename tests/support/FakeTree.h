@@ -77,6 +77,8 @@ class FakeTree final : public FileSystem {
   void setBatchSize(std::size_t size) { batchSize_ = size; }
   /// How many folders were listed, by walks of any kind.
   std::size_t listingCount() const { return listingCount_; }
+  /// Called at each listing of a folder, such as to let time go by.
+  void setOnListing(std::function<void()> onListing) { onListing_ = std::move(onListing); }
 
   bool exists(const std::string& path) const override { return resolved(path).has_value(); }
   using FileSystem::enumerate;
@@ -103,6 +105,7 @@ class FakeTree final : public FileSystem {
   Listener listener_;
   std::size_t batchSize_ = 3;
   mutable std::size_t listingCount_ = 0;
+  std::function<void()> onListing_;
 };
 
 /// Whoever tells a test what changed in watched folders.
@@ -127,14 +130,15 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   ListingObserver& listings() override { return *this; }
   void forget(const std::string& folder) override;
   std::optional<std::vector<FolderChange>> take() override;
-  void beforeListing(const std::string& folder, int descriptor) override { watched_.insert({folder, descriptor}); }
+  void beforeListing(const std::string& folder, int) override {
+    told_.insert(folder);
+    held_.insert(folder);
+  }
 
-  /// The folders that are watched by now.
-  std::set<std::string> watched() const;
+  /// The folders that it was told of, and not told to forget.
+  const std::set<std::string>& held() const { return held_; }
 
  private:
-  /// What was watched there is elsewhere by now, or nowhere.
-  void lose(const std::string& folder) { forget(folder); }
   void hear(const std::string& folder, const std::string& entry, bool isAfter);
 
   FakeTree& tree_;
@@ -144,7 +148,9 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   /// The items by the paths that it touches, and whether they were folders.
   std::map<std::string, std::pair<const void*, bool>> touched_;
   std::size_t toldCount_ = 0;
-  std::map<std::string, int> watched_;
+  /// Those of which changes are told: not where what was watched is elsewhere by now, or nowhere.
+  std::set<std::string> told_;
+  std::set<std::string> held_;
   std::vector<FolderChange> changes_;
 };
 

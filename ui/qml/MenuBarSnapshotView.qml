@@ -62,6 +62,13 @@ ColumnLayout {
     Caption {
         text: view.snapshot.scores
     }
+    AppText {
+        text: view.snapshot.liveness
+        visible: text.length > 0
+        color: Theme.dimmedText
+        font.pixelSize: Theme.captionSize
+        Layout.fillWidth: true
+    }
     ColumnLayout {
         visible: view.snapshot.hasTopBlocker
         spacing: 2

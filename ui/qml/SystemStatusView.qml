@@ -121,6 +121,14 @@ PremiumTabScaffold {
         }
     }
     PremiumCard {
+        heading: "Live Verdict"
+        showsHeading: true
+
+        Rows {
+            values: status.live
+        }
+    }
+    PremiumCard {
         heading: "Optional Sensors"
         showsHeading: true
 

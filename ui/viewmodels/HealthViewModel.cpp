@@ -23,6 +23,7 @@ HealthViewModel::HealthViewModel(QObject* parent) : PageViewModel(parent), metri
 void HealthViewModel::begin() {
   follow(dashboard().publishedReport());
   follow(dashboard().publishedVerdict());
+  follow(dashboard().publishedLiveness());
   follow(dashboard().watchlist().publishedFolders());
 }
 
@@ -39,6 +40,7 @@ void HealthViewModel::update() {
                               .actions = {},
                               .summary = {}};
   verdict_ = dashboard().verdict();
+  liveness_ = dashboard().liveness();
   showMetrics();
 }
 
@@ -80,6 +82,10 @@ QString HealthViewModel::verdictState() const {
 
 QString HealthViewModel::verdictNote() const {
   return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText());
+}
+
+QString HealthViewModel::liveness() const {
+  return livenessText(verdict_, liveness_);
 }
 
 int HealthViewModel::uploadTrust() const {

@@ -19,6 +19,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
   Q_PROPERTY(QString verdictState READ verdictState NOTIFY changed)
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY changed)
+  Q_PROPERTY(QString liveness READ liveness NOTIFY changed)
   Q_PROPERTY(int uploadTrust READ uploadTrust NOTIFY changed)
   Q_PROPERTY(int localAvailability READ localAvailability NOTIFY changed)
   Q_PROPERTY(QString localState READ localState NOTIFY changed)
@@ -39,6 +40,8 @@ class HealthViewModel : public cirrovane::PageViewModel {
   QString verdictState() const;
   /// Since when, and why, nobody vouches for a YES any more; empty while it holds, and for a NO.
   QString verdictNote() const;
+  /// "Live", "Catching up" or "Not live", and why; empty before the first scan.
+  QString liveness() const;
   /// 0 to 100.
   int uploadTrust() const;
   /// 0 to 100.
@@ -60,6 +63,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
   // Of the report without its blockers: a page that held on to an old report would have to release it.
   SyncHealthReport summary_ = SyncHealthReport::empty();
   ShownVerdict verdict_;
+  Liveness liveness_;
   RowListModel metrics_;
 };
 

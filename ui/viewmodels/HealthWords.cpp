@@ -44,6 +44,14 @@ QString staleReason(const ShownVerdict& verdict) {
                                                     : QStringLiteral("The last scan is over 3 minutes old.");
 }
 
+QString livenessText(const ShownVerdict& verdict, const Liveness& liveness) {
+  if (!verdict.isKnown()) {
+    return {};
+  }
+  const QString state = toQString(livenessLabel(liveness.state));
+  return liveness.reason.empty() ? state : state + QStringLiteral(". ") + toDisplay(liveness.reason);
+}
+
 QString staleNote(const ShownVerdict& verdict, const TimeText& timeText) {
   return verdict.isStale() ? asOfText(verdict, timeText) + QStringLiteral(". ") + staleReason(verdict) : QString();
 }

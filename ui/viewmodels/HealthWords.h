@@ -1,5 +1,6 @@
 #pragma once
 
+#include "coordinator/Liveness.h"
 #include "coordinator/VerdictStanding.h"
 #include "core/HealthState.h"
 #include "platform/TimeText.h"
@@ -32,7 +33,11 @@ QString asOfText(const ShownVerdict& verdict, const TimeText& timeText);
 /// Why a YES is stale, as a sentence; empty when it is not.
 QString staleReason(const ShownVerdict& verdict);
 
-/// Both in one line.
+/// How the verdict stands to what happens now: "Live", "Catching up" or "Not live", with the reason in a second
+/// sentence where there is one; empty before the first scan.
+QString livenessText(const ShownVerdict& verdict, const Liveness& liveness);
+
+/// When and why a YES is stale, in one line.
 QString staleNote(const ShownVerdict& verdict, const TimeText& timeText);
 
 }  // namespace cirrovane

@@ -14,6 +14,7 @@ SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateSer
     : SurfaceViewModel(dashboard, updates, parent), timeText_(timeText), lastFailed_(dashboard.lastFailedSnapshot()) {
   follow(dashboard.publishedReport(), [this] { emit reportChanged(); });
   follow(dashboard.publishedVerdict(), [this] { emit reportChanged(); });
+  follow(dashboard.publishedLiveness(), [this] { emit reportChanged(); });
   follow(dashboard.historyStore().publishedSnapshots(), [this] {
     lastFailed_ = this->dashboard().lastFailedSnapshot();
     emit historyChanged();
@@ -35,6 +36,10 @@ QString SnapshotViewModel::menuBarSymbol() const {
 
 QString SnapshotViewModel::score() const {
   return QString::number(dashboard().report().score);
+}
+
+QString SnapshotViewModel::liveness() const {
+  return livenessText(dashboard().verdict(), dashboard().liveness());
 }
 
 QString SnapshotViewModel::verdict() const {

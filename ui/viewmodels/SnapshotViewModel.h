@@ -20,6 +20,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_PROPERTY(QString score READ score NOTIFY reportChanged)
   Q_PROPERTY(QString verdict READ verdict NOTIFY reportChanged)
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY reportChanged)
+  Q_PROPERTY(QString liveness READ liveness NOTIFY reportChanged)
   Q_PROPERTY(QString scores READ scores NOTIFY reportChanged)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY reportChanged)
   Q_PROPERTY(QString topBlocker READ topBlocker NOTIFY reportChanged)
@@ -43,6 +44,8 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   QString verdict() const;
   /// Why nobody vouches for a YES any more; empty while it holds, and for a NO.
   QString verdictNote() const;
+  /// "Live", "Catching up" or "Not live", and why; empty before the first scan.
+  QString liveness() const;
   /// "Upload Trust 92 · Local 84".
   QString scores() const;
   /// State and verdict in words, for whoever points at the icon.

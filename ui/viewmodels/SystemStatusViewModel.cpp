@@ -31,10 +31,18 @@ void show(RowListModel& list, std::initializer_list<std::pair<const char*, std::
 }  // namespace
 
 SystemStatusViewModel::SystemStatusViewModel(QObject* parent)
-    : PageViewModel(parent), cpu_(kRoles), memory_(kRoles), storage_(kRoles), power_(kRoles), network_(kRoles) {}
+    : PageViewModel(parent),
+      cpu_(kRoles),
+      memory_(kRoles),
+      storage_(kRoles),
+      power_(kRoles),
+      network_(kRoles),
+      live_(kRoles) {}
 
 void SystemStatusViewModel::begin() {
   follow(dashboard().publishedSystemStatus());
+  follow(dashboard().publishedVerdict());
+  follow(dashboard().publishedLiveness());
 }
 
 void SystemStatusViewModel::update() {
@@ -50,6 +58,19 @@ void SystemStatusViewModel::update() {
                 {"Low Power Mode", lowPowerModeText(status_)},
                 {"Uptime", durationText(status_.uptimeSeconds)}});
   show(network_, {{"iCloud Reachability", reachabilityText(status_)}});
+  showLive();
+}
+
+void SystemStatusViewModel::showLive() {
+  const ShownVerdict& verdict = dashboard().verdict();
+  const Liveness& liveness = dashboard().liveness();
+  const std::string confirmed =
+      verdict.confirmedAt ? context()->timeText().timeOfDay(*verdict.confirmedAt) : std::string("Not scanned yet");
+  const std::string reason = liveness.reason.empty() ? "None" : liveness.reason;
+  show(live_, {{"State", std::string(livenessLabel(liveness.state))},
+               {"Reason", reason},
+               {"Verdict Confirmed", confirmed},
+               {"Changes Missed", std::to_string(liveness.disagreements)}});
 }
 
 QString SystemStatusViewModel::capturedAt() const {

@@ -19,6 +19,7 @@ class SystemStatusViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(cirrovane::RowListModel* storage READ storage CONSTANT)
   Q_PROPERTY(cirrovane::RowListModel* power READ power CONSTANT)
   Q_PROPERTY(cirrovane::RowListModel* network READ network CONSTANT)
+  Q_PROPERTY(cirrovane::RowListModel* live READ live CONSTANT)
   Q_PROPERTY(bool hasMemoryGauge READ hasMemoryGauge NOTIFY changed)
   Q_PROPERTY(double memoryUsageRatio READ memoryUsageRatio NOTIFY changed)
   Q_PROPERTY(QString memoryUsageText READ memoryUsageText NOTIFY changed)
@@ -34,6 +35,8 @@ class SystemStatusViewModel : public cirrovane::PageViewModel {
   RowListModel* storage() { return &storage_; }
   RowListModel* power() { return &power_; }
   RowListModel* network() { return &network_; }
+  /// How the verdict follows the files.
+  RowListModel* live() { return &live_; }
 
   /// Whether it is known how full the memory is.
   bool hasMemoryGauge() const;
@@ -49,12 +52,15 @@ class SystemStatusViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
+  void showLive();
+
   SystemStatusSnapshot status_ = SystemStatusSnapshot::empty();
   RowListModel cpu_;
   RowListModel memory_;
   RowListModel storage_;
   RowListModel power_;
   RowListModel network_;
+  RowListModel live_;
 };
 
 }  // namespace cirrovane

@@ -61,6 +61,13 @@ PremiumCard {
                 color: Theme.yellow
                 Layout.fillWidth: true
             }
+            AppText {
+                text: health.liveness
+                visible: text.length > 0
+                font.pixelSize: Theme.captionSize
+                color: Theme.dimmedText
+                Layout.fillWidth: true
+            }
         }
         Dial {
             score: health.uploadTrust
