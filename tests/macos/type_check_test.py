@@ -213,7 +213,6 @@ class TypeCheckTest(unittest.TestCase):
         self.declare("AppKit/AppKit.h", "- (BOOL)openURL:(NSURL*)url;", "")
         self.assert_differs("NSWorkspace -openURL:: in the table, but not declared")
 
-
     def test_callback_of_another_signature(self):
         self.plant("platform/macos/DispatchQueue.mm", ("std::size_t count, void* paths,", "int count, void* paths,"))
         self.assert_found("platform/macos/DispatchQueue.mm", "no matching function for call to 'FSEventStreamCreate'")
@@ -230,6 +229,26 @@ class TypeCheckTest(unittest.TestCase):
     def test_watch_that_does_not_prove(self):
         self.plant("platform/macos/FSEventsWatch.mm", ("  void prove() override { watch_.prove(); }\n", ""))
         self.assert_found("platform/macos/FSEventsWatch.mm", "unimplemented pure virtual method 'prove' in 'FSEventsWatch'")
+
+    # Planted in what keeps the application awake and in front
+
+    def test_end_of_activity_without_one(self):
+        self.plant("platform/macos/WatchingActivity.mm", ("endActivity:token_->activity", "endActivity:nil"))
+        self.assert_found("platform/macos/WatchingActivity.mm", "to a callee that requires a non-null argument")
+
+    def test_activation_newer_than_oldest_system(self):
+        header = self.sdk / "AppKit" / "AppKit.h"
+        text = header.read_text(encoding="utf-8")
+        right = "- (void)activateIgnoringOtherApps:(BOOL)flag;"
+        self.assertIn(right, text)
+        header.write_text(text.replace(right, f"{right}\n- (void)activate SDK_SINCE(14.0);"), encoding="utf-8")
+        self.plant("platform/macos/ApplicationActivation.mm", (" activateIgnoringOtherApps:YES]", " activate]"))
+        self.assert_found("platform/macos/ApplicationActivation.mm", "'activate' is only available on macOS 14.0 or newer")
+
+    def test_desktop_that_does_not_say_whether_it_watches(self):
+        self.plant("platform/Desktop.h", ("virtual void setWatching(bool isWatching) = 0;",
+                                          "virtual void setWatching(int folders) = 0;"))
+        self.assert_found("platform/macos/MacDesktop.cpp", "setWatching")
 
 
 if __name__ == "__main__":

@@ -184,7 +184,13 @@ typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
   NSProcessInfoThermalStateCritical,
 };
 
+typedef NS_OPTIONS(uint64_t, NSActivityOptions) {
+  NSActivityUserInitiatedAllowingIdleSystemSleep = 0x00FFFFFFULL & ~(1ULL << 20),
+} SDK_SINCE(10.9);
+
 @interface NSProcessInfo : NSObject
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason SDK_SINCE(10.9);
+- (void)endActivity:(id<NSObject>)activity SDK_SINCE(10.9);
 @property(class, readonly, strong) NSProcessInfo* processInfo;
 @property(readonly) NSProcessInfoThermalState thermalState SDK_SINCE(10.10.3);
 @property(readonly, getter=isLowPowerModeEnabled) BOOL lowPowerModeEnabled SDK_SINCE(12.0);
