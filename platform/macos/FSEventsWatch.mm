@@ -2,16 +2,13 @@
 
 #include "base/Path.h"
 #include "platform/macos/DispatchQueue.h"
-#include "platform/macos/FoundationText.h"
-#include "platform/macos/PackageType.h"
+#include "platform/macos/SystemWalkCalls.h"
 #include "platform/macos/WorkspaceNotice.h"
 #include "platform/macos/plain/PackageExtensions.h"
 #include "platform/macos/plain/StreamedWatch.h"
 
-#import <Foundation/Foundation.h>
 #include <chrono>
 #include <cstdlib>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -25,6 +22,12 @@ std::string withoutLinks(const std::string& path) {
   return real;
 }
 
+/// As a walk decides it: what the walk enters, the watch may not be blind to.
+bool isPackage(const std::string& path) {
+  const std::string_view extension = packageExtensionOf(lastPathComponent(path));
+  return !extension.empty() && isSystemPackageExtension(extension);
+}
+
 StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {
   StreamSystem system;
   // Not the queue itself: what is on it holds the system.
@@ -34,10 +37,7 @@ StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {
     return held ? held->makeStream(paths, std::move(tell)) : nullptr;
   };
   system.withoutLinks = withoutLinks;
-  // As the walk has it, so that what is told and what is walked are the same.
-  system.isPackage = [extensions = std::make_shared<PackageExtensions>(isPackageExtension)](const std::string& path) {
-    return extensions->isPackageName(lastPathComponent(path));
-  };
+  system.isPackage = isPackage;
   return system;
 }
 

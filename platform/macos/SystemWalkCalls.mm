@@ -1,11 +1,11 @@
 #include "platform/macos/SystemWalkCalls.h"
 
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/PackageType.h"
 #include "platform/macos/SystemListing.h"
 #include "platform/posix/walk/WalkedFolder.h"
 
 #import <Foundation/Foundation.h>
+#import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -109,9 +109,7 @@ class SystemWalkCalls final : public MacWalkCalls {
     return real;
   }
 
-  bool isPackageExtension(std::string_view extension) const override {
-    return cirrovane::isPackageExtension(extension);
-  }
+  bool isPackageExtension(std::string_view extension) const override { return isSystemPackageExtension(extension); }
 
   bool readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const override {
     @autoreleasepool {
@@ -134,6 +132,14 @@ class SystemWalkCalls final : public MacWalkCalls {
 };
 
 }  // namespace
+
+bool isSystemPackageExtension(std::string_view extension) {
+  @autoreleasepool {
+    NSString* text = textOf(extension);
+    UTType* type = text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil;
+    return [type conformsToType:UTTypePackage];
+  }
+}
 
 std::shared_ptr<const MacWalkCalls> systemWalkCalls() {
   @autoreleasepool {

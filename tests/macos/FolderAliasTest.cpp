@@ -13,16 +13,24 @@ TEST(FolderAlias, folderAndItemsBelow_haveTheirRealPaths) {
 }
 
 TEST(FolderAlias, realPath_leadsBackToThePathThatWasAskedFor) {
-  EXPECT_EQ(kAlias.askedPathOf("/private/tmp/files/a/b"), "/tmp/files/a/b");
-  EXPECT_EQ(kAlias.askedPathOf("/private/tmp/files"), "/tmp/files");
-  EXPECT_EQ(kAlias.askedPathOf("/private/tmp/filestore"), "/private/tmp/filestore");
-  EXPECT_EQ((FolderAlias{"/link", "/"}.askedPathOf("/a")), "/link/a");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files/a/b"), "/tmp/files/a/b");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files"), "/tmp/files");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/filestore"), "/private/tmp/filestore");
+  EXPECT_EQ((FolderAlias{"/link", "/"}.asAsked("/a")), "/link/a");
 }
 
 TEST(FolderAlias, whatIsNotBelow_keepsItsPath) {
   EXPECT_EQ(kAlias.realPathOf("/tmp/filestore/a"), "/tmp/filestore/a");
   EXPECT_EQ(kAlias.realPathOf("/private/tmp/files/a"), "/private/tmp/files/a");
   EXPECT_EQ(kAlias.realPathOf(""), "");
+}
+
+TEST(FolderAlias, itemByItsRealPath_isBelowTheFolderThatWasAskedFor) {
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files/a/b"), "/tmp/files/a/b");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/files"), "/tmp/files");
+  EXPECT_EQ(kAlias.asAsked("/private/tmp/filestore/a"), "/private/tmp/filestore/a");
+  EXPECT_EQ(kAlias.asAsked("/tmp/files/a"), "/tmp/files/a");
+  EXPECT_EQ((FolderAlias{"/link", "/"}.asAsked("/a")), "/link/a");
 }
 
 TEST(FolderAlias, slashesAtTheEnd_comeOnlyOnce) {

@@ -7,17 +7,17 @@
 namespace cirrovane {
 namespace {
 
-/// The path of the folder or of something below it by the folder's other name; any other path stays as it is.
-std::string renamed(std::string_view path, std::string_view folder, std::string_view otherName) {
-  const std::string_view top = withoutTrailingSlash(folder);
-  const bool isBelow =
-      path.starts_with(top) && (top.ends_with('/') || path.size() == top.size() || path[top.size()] == '/');
-  if (!isBelow) {
+/// The path below one folder as it is below another; a path that is not below the first stays as it is.
+std::string replaced(std::string_view path, std::string_view from, std::string_view to) {
+  from = withoutTrailingSlash(from);
+  const bool isThere =
+      path.starts_with(from) && (from.ends_with('/') || path.size() == from.size() || path[from.size()] == '/');
+  if (!isThere) {
     return std::string(path);
   }
-  std::string_view below = path.substr(top.size());
+  std::string_view below = path.substr(from.size());
   below.remove_prefix(std::min(below.find_first_not_of('/'), below.size()));
-  std::string found(withoutTrailingSlash(otherName));
+  std::string found(withoutTrailingSlash(to));
   if (!below.empty()) {
     found += found.ends_with('/') ? "" : "/";
     found += below;
@@ -28,11 +28,11 @@ std::string renamed(std::string_view path, std::string_view folder, std::string_
 }  // namespace
 
 std::string FolderAlias::realPathOf(std::string_view path) const {
-  return renamed(path, asked, real);
+  return replaced(path, asked, real);
 }
 
-std::string FolderAlias::askedPathOf(std::string_view path) const {
-  return renamed(path, real, asked);
+std::string FolderAlias::asAsked(std::string_view path) const {
+  return replaced(path, real, asked);
 }
 
 }  // namespace cirrovane

@@ -12,8 +12,10 @@ struct FolderAlias {
 
   /// The path without links of the folder or of something below it, by its path as it was asked for.
   std::string realPathOf(std::string_view path) const;
-  /// The reverse: the path as it was asked for, by the one without links.
-  std::string askedPathOf(std::string_view path) const;
+
+  /// The path of the folder or of something below it as whoever asked knows it, by its path without links. A path that
+  /// is not below the real folder stays as it is.
+  std::string asAsked(std::string_view path) const;
 };
 
 }  // namespace cirrovane

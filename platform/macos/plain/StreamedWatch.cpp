@@ -263,7 +263,7 @@ class StreamedWatch::State final : public std::enable_shared_from_this<State> {
       if (!isBelow(folder.real, event.path) || isBlind(folder, event.path)) {
         continue;
       }
-      const std::string path = folder.askedPathOf(event.path);
+      const std::string path = folder.asAsked(event.path);
       const std::string_view parent = parentPath(path);
       changes.push_back({std::string(parent.empty() ? "/" : parent), std::string(lastPathComponent(path)), false});
       if (isFolder && (event.flags & kComes) != 0) {
