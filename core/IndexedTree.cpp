@@ -14,6 +14,9 @@ namespace {
 
 using Subfolders = std::vector<std::unique_ptr<IndexedFolder>>;
 
+/// So few that it makes no difference how they are read.
+constexpr std::int64_t kFewFiles = 2'000;
+
 std::string_view nameOf(const std::unique_ptr<IndexedFolder>& folder) {
   return folder->name;
 }
@@ -178,7 +181,7 @@ void IndexedTree::readWhole(IndexReading& reading) {
 void IndexedTree::update(std::span<const FolderChange> changes, IndexReading& reading) {
   bool isWhole = false;
   const std::map<std::string, ToRead> toRead = plan(changes, reading.fileSystem, isWhole);
-  if (isWhole) {
+  if (isWhole || isMostOfAll(toRead)) {
     readWhole(reading);
     return;
   }
@@ -227,6 +230,19 @@ std::map<std::string, IndexedTree::ToRead> IndexedTree::plan(std::span<const Fol
     }
   }
   return toRead;
+}
+
+/// A walk over everything reads with several threads, and so is sooner through than most of the folders one by one.
+bool IndexedTree::isMostOfAll(const std::map<std::string, ToRead>& toRead) {
+  if (cleanFiles_ < kFewFiles) {
+    return false;
+  }
+  std::int64_t files = 0;
+  for (const auto& [path, what] : toRead) {
+    const IndexedFolder* folder = find(path);
+    files += folder != nullptr ? folder->cleanFiles : 0;
+  }
+  return 2 * files > cleanFiles_;
 }
 
 bool IndexedTree::readDeep(IndexedFolder& folder, IndexReading& reading) {

@@ -101,6 +101,7 @@ class IndexedTree {
 
   std::map<std::string, ToRead> plan(std::span<const FolderChange> changes, const FileSystem& fileSystem,
                                      bool& isWhole) const;
+  bool isMostOfAll(const std::map<std::string, ToRead>& toRead);
   /// Both answer whether the folder was listed to its end.
   bool readDeep(IndexedFolder& folder, IndexReading& reading);
   bool readOwn(IndexedFolder& folder, IndexReading& reading);
