@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <ranges>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -51,6 +52,7 @@ std::vector<std::uint32_t> wayTo(const IndexedFolder& folder) {
 
 std::vector<const NotedItem*> byName(const std::vector<NotedItem>& items) {
   std::vector<const NotedItem*> sorted;
+  sorted.reserve(items.size());
   for (const NotedItem& item : items) {
     sorted.push_back(&item);
   }
@@ -144,11 +146,11 @@ std::string IndexedTree::pathOf(const IndexedFolder& folder) const {
     steps.push_back(step);
   }
   std::string path = path_;
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+  for (const IndexedFolder* step : std::views::reverse(steps)) {
     if (!path.ends_with('/')) {
       path += '/';
     }
-    path += (*step)->name;
+    path += step->name;
   }
   return path;
 }
@@ -477,7 +479,7 @@ void IndexedTree::addTo(ReportDraft& report) const {
   for (const IndexedFolder* folder : notedInWalkOrder()) {
     const std::string path = pathOf(*folder);
     if (folder->isExhausted) {
-      draft.examine(std::nullopt, [&] { return path; });
+      draft.examine(std::nullopt, [&]() -> const std::string& { return path; });
     }
     for (const NotedItem& item : folder->noted) {
       draft.examine(item.values(), [&] { return itemPath(path, item.name()); });
@@ -489,11 +491,13 @@ void IndexedTree::addTo(ReportDraft& report) const {
 
 std::vector<const IndexedFolder*> IndexedTree::notedInWalkOrder() const {
   std::vector<std::pair<std::vector<std::uint32_t>, const IndexedFolder*>> ways;
+  ways.reserve(notedFolders_.size());
   for (const IndexedFolder* folder : notedFolders_) {
     ways.emplace_back(wayTo(*folder), folder);
   }
   std::ranges::sort(ways);
   std::vector<const IndexedFolder*> folders;
+  folders.reserve(ways.size());
   for (const auto& [way, folder] : ways) {
     folders.push_back(folder);
   }

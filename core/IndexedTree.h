@@ -107,7 +107,7 @@ class IndexedTree {
   bool readOwn(IndexedFolder& folder, IndexReading& reading);
   void readDeepOrAbove(IndexedFolder& folder, IndexReading& reading, DeepReadings& done);
 
-  std::int64_t takeBatch(IndexedFolder& folder, const ItemBatch& batch, KnownSubfolders* known);
+  static std::int64_t takeBatch(IndexedFolder& folder, const ItemBatch& batch, KnownSubfolders* known);
   static void addSubfolder(IndexedFolder& folder, std::string_view name, KnownSubfolders* known);
   /// Takes the folder's own share out of the sums, and in again.
   void open(IndexedFolder& folder);
