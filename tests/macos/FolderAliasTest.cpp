@@ -12,13 +12,6 @@ TEST(FolderAlias, folderAndItemsBelow_haveTheirRealPaths) {
   EXPECT_EQ(kAlias.realPathOf("/tmp/files/a/b"), "/private/tmp/files/a/b");
 }
 
-TEST(FolderAlias, realPath_leadsBackToThePathThatWasAskedFor) {
-  EXPECT_EQ(kAlias.asAsked("/private/tmp/files/a/b"), "/tmp/files/a/b");
-  EXPECT_EQ(kAlias.asAsked("/private/tmp/files"), "/tmp/files");
-  EXPECT_EQ(kAlias.asAsked("/private/tmp/filestore"), "/private/tmp/filestore");
-  EXPECT_EQ((FolderAlias{"/link", "/"}.asAsked("/a")), "/link/a");
-}
-
 TEST(FolderAlias, whatIsNotBelow_keepsItsPath) {
   EXPECT_EQ(kAlias.realPathOf("/tmp/filestore/a"), "/tmp/filestore/a");
   EXPECT_EQ(kAlias.realPathOf("/private/tmp/files/a"), "/private/tmp/files/a");
