@@ -434,7 +434,7 @@ void LiveVerdict::noticeClocks() {
   const Confirmation present = confirmationNow(environment_.clock, environment_.monotonicClock);
   if (standingOf(noticed_, environment_.monotonicClock) == VerdictStanding::slept && watch_ != nullptr) {
     hasSlept_ = true;
-    loss_ = "The machine slept.";
+    loss_ = "The Mac slept.";
     suspects_.clear();
   }
   const std::chrono::nanoseconds set = (present.at - noticed_.at) - (present.sinceBoot - noticed_.sinceBoot);

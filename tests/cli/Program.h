@@ -2,6 +2,7 @@
 
 #include "base/FileDescriptor.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <map>

@@ -3,6 +3,7 @@
 #include "tests/core/ScanLife.h"
 #include "tests/core/ScanLives.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>

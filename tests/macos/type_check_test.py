@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Proves that type_check.py sees mistakes: each is planted in a copy, and the check has to name it.
+"""Proves that type_check.py and facts_check.py see mistakes: each is planted in a copy, and the check has to name it.
 
 A mistake is planted by a replacement in one file; one that finds nothing to replace fails, lest a test go blind when
 the sources change.
@@ -123,16 +123,53 @@ class TypeCheckTest(unittest.TestCase):
                    ("(__bridge NSDictionary<NSString*, id>*)description", "(NSDictionary<NSString*, id>*)description"))
         self.assert_found("platform/macos/MacSystemInformation.mm", "requires a bridged cast")
 
+    def declare(self, path: str, right: str, wrong: str):
+        """Changes a declaration of Apple's interfaces."""
+        header = self.sdk / path
+        text = header.read_text(encoding="utf-8")
+        self.assertIn(right, text)
+        header.write_text(text.replace(right, wrong), encoding="utf-8")
+
+    def assert_differs(self, difference: str):
+        """That the declarations, as they were changed, no longer agree with what is known of them."""
+        result = subprocess.run([sys.executable, str(HERE / "facts_check.py"), "--sdk", str(self.sdk)],
+                                capture_output=True, text=True, check=False)
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertIn(difference, result.stdout)
+        print(difference)
+
     def test_unguarded_newer_interface(self):
         # The same declaration, as if the interface had come with a later system than the oldest one supported.
-        header = self.sdk / "Foundation" / "Foundation.h"
-        text = header.read_text(encoding="utf-8")
-        right = "lowPowerModeEnabled SDK_SINCE(12.0)"
-        self.assertIn(right, text)
-        header.write_text(text.replace(right, "lowPowerModeEnabled SDK_SINCE(14.0)"), encoding="utf-8")
+        self.declare("Foundation/Foundation.h", "lowPowerModeEnabled SDK_SINCE(12.0)",
+                     "lowPowerModeEnabled SDK_SINCE(14.0)")
         self.assert_found("platform/macos/MacSystemInformation.mm",
                           "'isLowPowerModeEnabled' is only available on macOS 14.0 or newer")
 
+    def test_path_that_the_system_would_decompose(self):
+        self.plant("platform/macos/MacWorkspace.mm", ("[NSURL URLWithString:text]", "[NSURL fileURLWithPath:text]"))
+        self.assert_found("platform/macos/MacWorkspace.mm", "no known class method for selector 'fileURLWithPath:'")
+
+    def test_declaration_that_denies_nil(self):
+        self.declare("Foundation/Foundation.h", "- (nullable NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys",
+                     "- (NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys")
+        self.assert_differs("NSURL -resourceValuesForKeys:error:: declared nonnull nonnull nullable, but is nullable")
+
+    def test_declaration_that_allows_nil(self):
+        self.declare("Foundation/Foundation.h", "- (nullable id)objectForKey:(NSString*)defaultName",
+                     "- (nullable id)objectForKey:(nullable NSString*)defaultName")
+        self.assert_differs("NSUserDefaults -objectForKey:: declared nullable nullable, but is nullable nonnull")
+
+    def test_declaration_of_another_system(self):
+        self.declare("Foundation/Foundation.h", "SDK_SINCE(12.0)", "SDK_SINCE(11.0)")
+        self.assert_differs("NSProcessInfo -isLowPowerModeEnabled: declared since 11.0, but is there since 12.0")
+
+    def test_declaration_that_nobody_looked_up(self):
+        self.declare("AppKit/AppKit.h", "- (BOOL)openURL:(NSURL*)url;", "- (BOOL)openFile:(NSString*)path;")
+        self.assert_differs("NSWorkspace -openFile:: declared, but not in the table")
+
+    def test_fact_that_nobody_declares(self):
+        self.declare("AppKit/AppKit.h", "- (BOOL)openURL:(NSURL*)url;", "")
+        self.assert_differs("NSWorkspace -openURL:: in the table, but not declared")
 
     def test_callback_of_another_signature(self):
         self.plant("platform/macos/DispatchQueue.mm", ("std::size_t count, void* paths,", "int count, void* paths,"))
@@ -150,6 +187,26 @@ class TypeCheckTest(unittest.TestCase):
     def test_watch_that_does_not_prove(self):
         self.plant("platform/macos/FSEventsWatch.mm", ("  void prove() override { watch_.prove(); }\n", ""))
         self.assert_found("platform/macos/FSEventsWatch.mm", "unimplemented pure virtual method 'prove' in 'FSEventsWatch'")
+
+    # Planted in what keeps the application awake and in front
+
+    def test_end_of_activity_without_one(self):
+        self.plant("platform/macos/WatchingActivity.mm", ("endActivity:token_->activity", "endActivity:nil"))
+        self.assert_found("platform/macos/WatchingActivity.mm", "to a callee that requires a non-null argument")
+
+    def test_activation_newer_than_oldest_system(self):
+        header = self.sdk / "AppKit" / "AppKit.h"
+        text = header.read_text(encoding="utf-8")
+        right = "- (void)activateIgnoringOtherApps:(BOOL)flag;"
+        self.assertIn(right, text)
+        header.write_text(text.replace(right, f"{right}\n- (void)activate SDK_SINCE(14.0);"), encoding="utf-8")
+        self.plant("platform/macos/ApplicationActivation.mm", (" activateIgnoringOtherApps:YES]", " activate]"))
+        self.assert_found("platform/macos/ApplicationActivation.mm", "'activate' is only available on macOS 14.0 or newer")
+
+    def test_desktop_that_does_not_say_whether_it_watches(self):
+        self.plant("platform/Desktop.h", ("virtual void setWatching(bool isWatching) = 0;",
+                                          "virtual void setWatching(int folders) = 0;"))
+        self.assert_found("platform/macos/MacDesktop.cpp", "setWatching")
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 // What a watch tells of changes below watched folders.
 
 #include "tests/platform/WatchedDisk.h"
+#include "tests/support/ICloudAttribute.h"
 
 #include <atomic>
 #include <cstdio>

@@ -6,6 +6,7 @@
 #include "platform/linux/macroot/MacRoot.h"
 #include "platform/linux/walk/ReadAheadWalk.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"
 

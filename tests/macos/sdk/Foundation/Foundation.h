@@ -6,16 +6,23 @@
 #include "../CoreGraphics/CoreGraphics.h"
 #include "../declarations.h"
 
+// The runtime's own header where it is at hand.
+#if __has_include(<objc/NSObject.h>)
+#include <objc/NSObject.h>
+#endif
+
 SDK_NONNULL_BEGIN
 
+#if !__has_include(<objc/NSObject.h>)
 typedef long NSInteger;
 typedef unsigned long NSUInteger;
-typedef double NSTimeInterval;
 typedef bool BOOL;
 #define YES __objc_yes
 #define NO __objc_no
 #define nil nullptr
+#endif
 
+typedef double NSTimeInterval;
 typedef CGRect NSRect;
 typedef struct _NSZone NSZone;
 typedef unsigned short unichar;
@@ -23,17 +30,11 @@ typedef unsigned short unichar;
 @class NSArray<__covariant ObjectType>, NSDate, NSDictionary<__covariant KeyType, __covariant ObjectType>, NSError,
     NSInvocation, NSLocale, NSMethodSignature, NSNotification, NSOperationQueue, NSString, NSTimeZone, NSURL;
 
+#if !__has_include(<objc/NSObject.h>)
 @protocol NSObject
 - (BOOL)isEqual:(nullable id)object;
 - (Class)class;
 - (BOOL)isKindOfClass:(Class)aClass;
-@end
-
-@protocol NSCopying
-- (id)copyWithZone:(nullable NSZone*)zone;
-@end
-
-@protocol NSCoding
 @end
 
 __attribute__((objc_root_class))
@@ -41,6 +42,15 @@ __attribute__((objc_root_class))
 - (instancetype)init;
 + (instancetype)alloc;
 + (Class)class;
+@end
+
+#endif
+
+@protocol NSCopying
+- (id)copyWithZone:(nullable NSZone*)zone;
+@end
+
+@protocol NSCoding
 @end
 
 typedef struct {
@@ -200,7 +210,13 @@ typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
   NSProcessInfoThermalStateCritical,
 };
 
+typedef NS_OPTIONS(uint64_t, NSActivityOptions) {
+  NSActivityUserInitiatedAllowingIdleSystemSleep = 0x00FFFFFFULL & ~(1ULL << 20),
+} SDK_SINCE(10.9);
+
 @interface NSProcessInfo : NSObject
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason SDK_SINCE(10.9);
+- (void)endActivity:(id<NSObject>)activity SDK_SINCE(10.9);
 @property(class, readonly, strong) NSProcessInfo* processInfo;
 @property(readonly) NSProcessInfoThermalState thermalState SDK_SINCE(10.10.3);
 @property(readonly, getter=isLowPowerModeEnabled) BOOL lowPowerModeEnabled SDK_SINCE(12.0);
