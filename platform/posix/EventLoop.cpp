@@ -28,7 +28,7 @@ void quitLoop(int /*signal*/) {
   }
 }
 
-std::array<FileDescriptor, 2> makeWakeUp() {
+std::array<FileDescriptor, 2> makeWakingPipe() {
   std::array<int, 2> ends{-1, -1};
   if (pipe(ends.data()) != 0) {
     throw std::runtime_error("No pipe can be made.");
@@ -71,7 +71,7 @@ class EventLoop::LoopAlarm final : public Alarm {
 };
 
 EventLoop::EventLoop(const MonotonicClock& clock) : clock_(clock) {
-  auto [reader, writer] = makeWakeUp();
+  auto [reader, writer] = makeWakingPipe();
   wakeReader_ = std::move(reader);
   wakeWriter_ = std::move(writer);
 }
@@ -137,10 +137,13 @@ void EventLoop::ringAlarms() {
 
 void EventLoop::wait() {
   std::vector<pollfd> polled{{wakeReader_.get(), POLLIN, 0}};
+  // Counted in poll's own type, which differs between the systems.
+  nfds_t count = 1;
   for (const Watched& watched : watched_) {
     polled.push_back({watched.descriptor, watched.events, 0});
+    ++count;
   }
-  if (poll(polled.data(), polled.size(), timeout()) <= 0) {
+  if (poll(polled.data(), count, timeout()) <= 0) {
     return;
   }
   if (polled[0].revents != 0) {

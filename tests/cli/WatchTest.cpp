@@ -253,9 +253,8 @@ TEST_F(Watch, signalBeforeTheFirstLine_endsWithStatus1AndSaysNothing) {
   ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
   Terminal terminal;
   Pipe output;
-  RunningProgram program(
-      inJSON(), output.writeEnd.get(), terminal.programEnd(),
-      {{"LD_PRELOAD", CIRROVANE_SLOW_ATTRIBUTES}, {"CIRROVANE_TEST_GATE", gate}, {"TERM", "xterm"}});
+  RunningProgram program(inJSON(), output.writeEnd.get(), terminal.programEnd(),
+                         {{"LD_PRELOAD", CIRROVANE_SLOW_ATTRIBUTES}, {"CIRROVANE_TEST_GATE", gate}, {"TERM", "xterm"}});
   terminal.closeProgramEnd();
   output.writeEnd = FileDescriptor();
   terminal.waitFor("Scanning");
@@ -271,8 +270,8 @@ TEST_F(Watch, clockThatIsSet_doesNotEndItEarly) {
     std::vector<std::string> line = {"-c", "exec \"$0\" --mac-root \"$1\" " + std::string(command) + " --timeout 1.5",
                                      kProgram, mac_.path()};
     const auto began = std::chrono::steady_clock::now();
-    const ChildResult result = runProgram(
-        "/bin/sh", line, {.workingDirectory = {}, .environment = {{"LD_PRELOAD", CIRROVANE_WAKING_OFTEN}}});
+    const ChildResult result =
+        runProgram("/bin/sh", line, {.workingDirectory = {}, .environment = {{"LD_PRELOAD", CIRROVANE_WAKING_OFTEN}}});
     EXPECT_EQ(result.exitStatus, 1) << command;
     EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(1500)) << command;
   }

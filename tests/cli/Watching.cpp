@@ -46,8 +46,8 @@ std::string Watching::nextText() {
   std::unique_lock lock(mutex_);
   const bool isThere = changed_.wait_for(lock, kPatience, [this] { return isOver_ || heard_.size() > asked_; });
   if (!isThere || heard_.size() <= asked_) {
-    ADD_FAILURE() << (isThere ? "the program ended" : "no line came") << " after " << heard_.size() << " lines, the last: "
-                  << (heard_.empty() ? "" : heard_.back().text);
+    ADD_FAILURE() << (isThere ? "the program ended" : "no line came") << " after " << heard_.size()
+                  << " lines, the last: " << (heard_.empty() ? "" : heard_.back().text);
     return "";
   }
   return heard_[asked_++].text;
