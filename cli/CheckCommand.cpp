@@ -1,3 +1,4 @@
+#include "base/Heaps.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
@@ -60,6 +61,7 @@ ExitStatus statusOf(const SyncHealthReport& report) {
 }
 
 ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
+  limitHeaps();
   LivePace pace{.isWaiting = true, .interval = asDuration(options.interval)};
   if (pace.interval) {
     pace.interval = std::max(*pace.interval, std::chrono::duration_cast<std::chrono::nanoseconds>(kShortestInterval));
@@ -107,6 +109,7 @@ ExitStatus check(const CheckOptions& options, CommandContext& context) {
 }
 
 ExitStatus watch(const WatchOptions& options, CommandContext& context) {
+  limitHeaps();
   LiveSession session(context, options.folders, {.isWaiting = true, .interval = std::nullopt});
   std::optional<WatchLine> last;
   session.endOnSignalsAndClosedOutput();

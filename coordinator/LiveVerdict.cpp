@@ -484,6 +484,10 @@ void LiveVerdict::doWhatIsDue() {
     nextStall_.reset();
     judgeAnew();
   } else if (isDue(blockedDue())) {
+    // What was told first, or the report would show what stopped blocking without what has begun to.
+    if (!pending_.isEmpty()) {
+      update();
+    }
     readBlocked();
   }
   if (suspects_.judge(now()).value_or(false)) {
