@@ -115,11 +115,13 @@ ExitStatus watch(const WatchOptions& options, CommandContext& context) {
       return false;
     }
     const WatchLine line = watchLine(session.verdict(), context.machine.clock());
+    bool isHeard = true;
     if (!last || !line.saysTheSame(*last)) {
-      context.out.write(context.wantsJSON ? lineOfJSON(line) : lineOfText(line, TextStyle(context.out.isColoured())));
+      const TextStyle style(context.out.isColoured());
+      isHeard = context.out.write(context.wantsJSON ? lineOfJSON(line) : lineOfText(line, style));
       last = line;
     }
-    return session.isTimeUp();
+    return !isHeard || session.isTimeUp();
   });
   const ExitStatus status = last && last->safeToClose ? ExitStatus::done : ExitStatus::notSafe;
   session.leave(status);

@@ -45,6 +45,8 @@ class LiveSession {
   class WatchlistFollower;
 
   std::vector<WatchFolder> currentFolders() const;
+  /// An alarm may ring before its time.
+  void awaitEnd(std::chrono::nanoseconds end);
   void lookSoon();
   void look();
 

@@ -28,7 +28,7 @@ void quitLoop(int /*signal*/) {
   }
 }
 
-std::array<FileDescriptor, 2> makeWakeUpPipe() {
+std::array<FileDescriptor, 2> makeWakingPipe() {
   std::array<int, 2> ends{-1, -1};
   if (pipe(ends.data()) != 0) {
     throw std::runtime_error("No pipe can be made.");
@@ -71,7 +71,7 @@ class EventLoop::LoopAlarm final : public Alarm {
 };
 
 EventLoop::EventLoop(const MonotonicClock& clock) : clock_(clock) {
-  auto [reader, writer] = makeWakeUpPipe();
+  auto [reader, writer] = makeWakingPipe();
   wakeReader_ = std::move(reader);
   wakeWriter_ = std::move(writer);
 }

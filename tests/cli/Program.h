@@ -59,6 +59,9 @@ class RunningProgram {
   /// Starts it with these descriptors as standard output and standard error.
   RunningProgram(const std::vector<std::string>& arguments, int out, int err,
                  const std::map<std::string, std::string>& environment = {});
+  /// The same with another program, by its path.
+  RunningProgram(const std::string& program, const std::vector<std::string>& arguments, int out, int err,
+                 const std::map<std::string, std::string>& environment = {});
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;

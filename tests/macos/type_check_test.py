@@ -85,25 +85,67 @@ class TypeCheckTest(unittest.TestCase):
                     "virtual bool exists(const std::string& path) = 0;"))
         self.assert_found("platform/macos/MacFileSystem.mm", "marked 'override' hides virtual member function")
 
-    def test_path_of_url_without_one(self):
-        self.plant("platform/macos/MacFileSystem.mm",
-                   ("path != nil ? std::optional(bytesOf(path)) : std::nullopt;\n}\n\nListingError",
-                    "std::optional(bytesOf(path));\n}\n\nListingError"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "to a callee that requires a non-null")
+    def test_executable_that_may_have_no_url(self):
+        self.plant("platform/macos/MacBundle.mm",
+                   ("executable != nil ? pathOf(executable) : std::string()", "pathOf(executable)"))
+        self.assert_found("platform/macos/MacBundle.mm", "to a callee that requires a non-null")
 
-    def test_item_of_error_that_may_be_of_any_class(self):
-        self.plant("platform/macos/MacFileSystem.mm",
-                   ("checked<NSURL>(told[NSURLErrorKey], [NSURL class])",
-                    "checked<NSString>(told[NSURLErrorKey], [NSURL class])"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "NSURL * _Nullable")
+    def test_cloud_asked_about_item_without_url(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("      if (url == nil) {\n        return false;\n      }\n", ""))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "to a callee that requires a non-null")
+
+    def test_refused_answer_of_cloud_taken_for_empty_one(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("      if (values == nil) {\n        return false;\n      }\n", ""))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "to a callee that requires a non-null")
+
+    def test_refusal_of_cloud_that_nobody_is_told_of(self):
+        self.plant("platform/macos/plain/MacWalk.cpp",
+                   ("      if (!isRead) {\n        item.values.reset();\n      }\n", ""))
+        self.assert_found("platform/macos/plain/MacWalk.cpp", "unused variable 'isRead'")
+
+    def test_extension_that_is_no_text(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil",
+                    "[UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory]"))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "to a callee that requires a non-null")
+
+    def test_url_made_of_text(self):
+        self.plant("platform/macos/FoundationText.mm",
+                   ("fileURLWithFileSystemRepresentation:path.c_str() isDirectory:isFolder relativeToURL:nil]",
+                    "fileURLWithPath:textOf(path) isDirectory:isFolder]"))
+        self.assert_found("platform/macos/FoundationText.mm", "no known class method for selector 'fileURLWithPath:")
+
+    def test_value_of_another_class(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("checked<NSError>(values_[foundationKey(key)], [NSError class])",
+                    "checked<NSString>(values_[foundationKey(key)], [NSString class])"))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "cannot initialize a variable of type 'NSError *")
 
     def test_walk_that_does_not_tell_how_it_ended(self):
-        self.plant("platform/macos/plain/RefusedWalk.h", ("  bool isComplete() const override { return false; }\n", ""))
-        self.assert_found("platform/macos/plain/RootProbe.cpp", "unimplemented pure virtual method 'isComplete' in 'RefusedWalk'")
+        self.plant("platform/posix/walk/ReadAheadWalk.h", ("  bool isComplete() const override;\n", ""))
+        self.assert_found("platform/macos/plain/MacWalk.cpp", "unimplemented pure virtual method 'isComplete'")
+
+    def test_reader_that_does_not_tell_refusal_from_dataless(self):
+        self.plant("platform/macos/plain/MacWalk.cpp",
+                   ("  Listing afterOpeningFailed(int error) const override { return whatIsMissed(error); }\n", ""))
+        self.assert_found("platform/macos/plain/MacWalk.cpp",
+                          "unimplemented pure virtual method 'afterOpeningFailed'")
+
+    def test_end_of_listing_that_nobody_weighs(self):
+        self.plant("platform/posix/walk/ReadAheadWalk.cpp", ("    case Listing::failed:\n", ""))
+        self.assert_found("platform/posix/walk/ReadAheadWalk.cpp", "enumeration value 'failed' not handled in switch")
+
+    def test_number_of_attribute_that_is_not_the_kernels(self):
+        self.plant("platform/macos/plain/PackedEntry.h",
+                   ("kFlagsAttribute = 0x00040000", "kFlagsAttribute = 0x00080000"))
+        self.assert_found("platform/macos/SystemListing.cpp", "static assertion failed")
 
     def test_enumeration_that_grew(self):
-        self.plant("platform/macos/plain/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isAlias,\n"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isAlias' not handled in switch")
+        self.plant("platform/macos/plain/ResourceDictionary.h",
+                   ("  isUbiquitousItem,\n  ubi", "  isUbiquitousItem,\n  isAlias,\n  ubi"))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "enumeration value 'isAlias' not handled in switch")
 
     def test_leaked_power_source_blob(self):
         self.plant("platform/macos/MacSystemInformation.mm",

@@ -1,5 +1,4 @@
 #include "base/FileDescriptor.h"
-#include "platform/linux/walk/ReadAheadWalk.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/walk/WalkedFolder.h"
+#include "platform/posix/walk/WalkedFolder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -58,6 +58,10 @@ std::string pathOf(const WalkedFolder& folder, std::string_view itemName) {
   return path;
 }
 
+int openFolder(int directory, const char* name, int flags) {
+  return ::openat(directory, name, flags);
+}
+
 FolderDescriptors::Opened FolderDescriptors::open(const WalkedFolder& folder) {
   const std::lock_guard lock(mutex_);
   // Climb to the nearest folder that is still open, then come down again, opening one name at a time.
@@ -109,7 +113,7 @@ FolderDescriptors::Opened FolderDescriptors::openBelow(const WalkedFolder& folde
   const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | (parent != nullptr ? O_NOFOLLOW : 0);
   const int directory = parent != nullptr ? parent->get() : AT_FDCWD;
   while (true) {
-    const int descriptor = ::openat(directory, folder.name.c_str(), flags);
+    const int descriptor = open_(directory, folder.name.c_str(), flags);
     if (descriptor >= 0) {
       return {FolderOpening::opened, std::make_shared<const FileDescriptor>(descriptor)};
     }
@@ -118,7 +122,7 @@ FolderDescriptors::Opened FolderDescriptors::openBelow(const WalkedFolder& folde
       continue;
     }
     if (!meansExhaustion(error)) {
-      return {FolderOpening::unreadable, nullptr};
+      return {FolderOpening::unreadable, nullptr, error};
     }
     if (entries_.empty()) {
       return {FolderOpening::exhausted, nullptr};

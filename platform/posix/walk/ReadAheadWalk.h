@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/linux/walk/FolderBatch.h"
-#include "platform/linux/walk/WalkedFolder.h"
+#include "platform/posix/walk/WalkBatch.h"
+#include "platform/posix/walk/WalkReader.h"
+#include "platform/posix/walk/WalkedFolder.h"
 
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
-#include <dirent.h>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -18,27 +18,21 @@
 namespace cirrovane {
 
 /// How a walk reads ahead.
-struct WalkOptions {
+struct ReadAheadOptions {
   /// Threads that read ahead; with 0 the caller's own thread reads.
   std::size_t threadCount = 2;
-  /// Whether the reading threads may have a working directory of their own, by far the fastest way to an item. Where
-  /// the system refuses it, and with false, items are reached through /proc.
-  bool usesWorkingDirectory = true;
   /// Folders kept open for their children.
   std::size_t openFolderCapacity = FolderDescriptors::reasonableCapacity();
-  /// Lists the folders' entries.
-  ListingCall list = getdents64;
-  /// Whether folders below are entered.
-  bool isDeep = true;
-  /// Told of each folder before its first entry is read; may be nullptr.
-  ListingObserver* observer = nullptr;
+  /// Opens the folders.
+  OpenCall open = openFolder;
 };
 
 /// A walk whose names and values are read ahead by threads of its own, while its order stays that of one reader: a
 /// folder's entries as the file system lists them, then its subfolders in the same order, each with all below it.
 class ReadAheadWalk final : public FolderWalk {
  public:
-  explicit ReadAheadWalk(const std::string& folder, const WalkOptions& options = {});
+  ReadAheadWalk(const WalkRequest& request, std::unique_ptr<const WalkSource> source,
+                const ReadAheadOptions& options = {});
   /// Stops the reading threads; waits for the system call that each is in.
   ~ReadAheadWalk() override;
 
@@ -53,7 +47,7 @@ class ReadAheadWalk final : public FolderWalk {
   struct Slot {
     const WalkedFolder* folder = nullptr;
     FolderDescriptors::Descriptor descriptor;
-    std::unique_ptr<FolderBatch> batch;
+    std::unique_ptr<WalkBatch> batch;
     /// Subfolders met so far. They take their places when the listing ends: read any sooner, they could fill the
     /// read-ahead before the batches that come first.
     std::vector<const WalkedFolder*> subfolders;
@@ -69,16 +63,20 @@ class ReadAheadWalk final : public FolderWalk {
   void readAhead();
   bool canRead() const;
   /// Reads the next stretch of the first folder that nobody is reading. Takes the lock held and returns it held.
-  void readStretch(Lock& lock, bool hasWorkingDirectory);
-  FolderBatch::Listing listNames(Slot& slot, FolderBatch& batch);
+  /// `reader` is nullptr where the thread may look at no folder.
+  void readStretch(Lock& lock, WalkReader* reader);
+  Listing listNames(Slot& slot, WalkBatch& batch, WalkReader* reader);
+  FolderDescriptors::Opened openFolderOf(const Slot& slot, const WalkReader* reader);
   /// Gives the batch its place before its folder; absent (the end) when there is nothing in it.
-  Slots::iterator placeBatch(Slots::iterator folderSlot, std::unique_ptr<FolderBatch> batch);
+  Slots::iterator placeBatch(Slots::iterator folderSlot, std::unique_ptr<WalkBatch> batch);
   void finishFolder(Slots::iterator slot);
-  std::unique_ptr<FolderBatch> takeFreeBatch();
+  std::unique_ptr<WalkBatch> takeFreeBatch();
 
   static constexpr std::size_t kMostBatchesAhead = 24;
 
-  const WalkOptions options_;
+  const WalkRequest request_;
+  const ReadAheadOptions options_;
+  const std::unique_ptr<const WalkSource> source_;
   FolderDescriptors descriptors_;
 
   mutable std::mutex mutex_;
@@ -92,8 +90,8 @@ class ReadAheadWalk final : public FolderWalk {
   bool isComplete_ = true;
   /// All folders met; their addresses are stable, and children point to their parents.
   std::deque<WalkedFolder> folders_;
-  std::vector<std::unique_ptr<FolderBatch>> freeBatches_;
-  std::unique_ptr<FolderBatch> given_;
+  std::vector<std::unique_ptr<WalkBatch>> freeBatches_;
+  std::unique_ptr<WalkBatch> given_;
   std::vector<std::thread> threads_;
 };
 

@@ -1,25 +1,24 @@
-#include "platform/linux/walk/FolderBatch.h"
+#include "platform/linux/walk/LinuxWalkReader.h"
 
-#include "base/Path.h"
 #include "platform/linux/walk/ICloudAttribute.h"
 #include "platform/linux/walk/Packages.h"
+#include "platform/posix/FileTime.h"
 
 #include <cerrno>
-#include <chrono>
-#include <cstdint>
 #include <dirent.h>
 #include <fcntl.h>
-#include <limits>
 #include <optional>
+#include <span>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <utility>
+
+#include <fmt/format.h>
 
 namespace cirrovane {
 namespace {
 
-/// Some 1,500 entries: many enough to spread one flat folder over threads at little cost, few enough to stay in cache.
-constexpr std::size_t kEntriesSize = std::size_t{64} * 1024;
 /// The longest entry that the kernel can write.
 constexpr std::size_t kLargestEntry = sizeof(dirent64) + 8;
 constexpr std::size_t kUsualAttributeSize = 512;
@@ -62,14 +61,6 @@ std::optional<struct stat> statItem(int descriptor, const char* name) {
   return status;
 }
 
-Time timeOf(const timespec& stamp) {
-  using Microseconds = std::chrono::microseconds;
-  constexpr std::int64_t kLimit = std::numeric_limits<std::int64_t>::max() / 1'000'000 - 1;
-  const std::int64_t seconds = std::min(std::max<std::int64_t>(stamp.tv_sec, -kLimit), kLimit);
-  return Time(std::chrono::seconds(seconds) +
-              std::chrono::floor<Microseconds>(std::chrono::nanoseconds(stamp.tv_nsec)));
-}
-
 /// Whether anything of the item's state is reported together with its date.
 bool isDateOfInterest(const ResourceValues& values) {
   return values.isUbiquitousItem && !values.isDirectory &&
@@ -78,23 +69,41 @@ bool isDateOfInterest(const ResourceValues& values) {
           values.downloadingStatus.value_or(DownloadingStatus::current) != DownloadingStatus::current);
 }
 
+void addEntry(int descriptor, std::string_view name, unsigned char type, WalkBatch& batch) {
+  if (name.starts_with('.')) {
+    return;
+  }
+  Item& item = batch.add(name);
+  if (type == DT_UNKNOWN) {
+    const auto status = statItem(descriptor, name.data());
+    if (!status) {
+      return;
+    }
+    type = S_ISDIR(status->st_mode) ? DT_DIR : DT_REG;
+  }
+  item.values.emplace().isDirectory = type == DT_DIR;
+  if (type == DT_DIR && !isPackageName(name)) {
+    batch.enter(item);
+  }
+}
+
 }  // namespace
 
-FolderBatch::FolderBatch() : entries_(kEntriesSize), attribute_(kUsualAttributeSize) {}
+LinuxWalkReader::LinuxWalkReader(ListingCall list, bool hasWorkingDirectory)
+    : list_(std::move(list)), hasWorkingDirectory_(hasWorkingDirectory), attribute_(kUsualAttributeSize) {}
 
-bool FolderBatch::allowsListing(int descriptor) {
+bool LinuxWalkReader::allowsListing(int descriptor) {
   const auto attribute = readAttribute(attribute_, [&](char* target, std::size_t size) {
     return fgetxattr(descriptor, kICloudAttributeName, target, size);
   });
   return attribute ? cirrovane::allowsListing(*attribute) : meansNoAttribute(errno);
 }
 
-FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int descriptor, const ListingCall& list) {
-  becomeEmpty();
-  folder_ = &folder;
+Listing LinuxWalkReader::readNames(int descriptor, WalkBatch& batch) {
+  const std::span<char> entries = batch.entries();
   std::size_t used = 0;
-  while (entries_.size() - used >= kLargestEntry) {
-    const ssize_t length = listEntries(list, descriptor, std::span(entries_).subspan(used));
+  while (entries.size() - used >= kLargestEntry) {
+    const ssize_t length = listEntries(list_, descriptor, entries.subspan(used));
     if (length == 0) {
       return Listing::ended;
     }
@@ -104,79 +113,37 @@ FolderBatch::Listing FolderBatch::readNames(const WalkedFolder& folder, int desc
     }
     const std::size_t end = used + static_cast<std::size_t>(length);
     while (used < end) {
-      const auto* entry = reinterpret_cast<const dirent64*>(entries_.data() + used);
-      addEntry(descriptor, entry->d_name, entry->d_type);
+      const auto* entry = reinterpret_cast<const dirent64*>(entries.data() + used);
+      addEntry(descriptor, entry->d_name, entry->d_type, batch);
       used += entry->d_reclen;
     }
   }
   return Listing::hasMore;
 }
 
-void FolderBatch::takeNames(const WalkedFolder& folder, int descriptor, const std::vector<std::string>& names) {
-  becomeEmpty();
-  folder_ = &folder;
-  for (const std::string& name : names) {
-    // Only a name: nothing that leads elsewhere.
-    if (name.empty() || name.find('/') != std::string::npos || name.find('\0') != std::string::npos) {
-      continue;
-    }
-    const auto status = statItem(descriptor, name.c_str());
-    if (!status && (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG)) {
-      continue;
-    }
-    const std::string& kept = texts_.emplace_back(name);
-    addEntry(descriptor, kept, status && S_ISDIR(status->st_mode) ? DT_DIR : DT_REG);
-  }
-}
-
-void FolderBatch::becomeEmpty() {
-  unreadable_ = nullptr;
-  items_.clear();
-  foldersToEnter_.clear();
-  texts_.clear();
-}
-
-void FolderBatch::becomeUnreadable(const WalkedFolder& folder) {
-  becomeEmpty();
-  unreadable_ = &folder;
-  // The folder that a walk starts at is named by its whole path.
-  const std::string_view name = folder.name;
-  items_.push_back({lastPathComponent(name), std::nullopt});
-}
-
-void FolderBatch::addEntry(int descriptor, std::string_view name, unsigned char type) {
-  if (name.starts_with('.')) {
+void LinuxWalkReader::readName(int descriptor, const std::string& name, WalkBatch& batch) {
+  const auto status = statItem(descriptor, name.c_str());
+  if (!status && (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG)) {
     return;
   }
-  Item& item = items_.emplace_back();
-  item.name = name;
-  item.values.emplace();
-  if (type == DT_UNKNOWN) {
-    const auto status = statItem(descriptor, name.data());
-    if (!status) {
-      item.values.reset();
-      return;
-    }
-    type = S_ISDIR(status->st_mode) ? DT_DIR : DT_REG;
-  }
-  item.values->isDirectory = type == DT_DIR;
-  if (type == DT_DIR && !isPackageName(name)) {
-    item.isEntered = true;
-    foldersToEnter_.push_back(name);
-  }
+  addEntry(descriptor, batch.keep(name), status && S_ISDIR(status->st_mode) ? DT_DIR : DT_REG, batch);
 }
 
-void FolderBatch::readValues(int descriptor, const std::string& attributePathPrefix) {
-  std::string attributePath = attributePathPrefix;
-  for (Item& item : items_) {
+void LinuxWalkReader::readValues(int descriptor, WalkBatch& batch) {
+  const bool isWithin = hasWorkingDirectory_ && fchdir(descriptor) == 0;
+  // What stands before a name to make a path that this thread can reach the item by.
+  std::string attributePath = isWithin ? std::string() : fmt::format("/proc/self/fd/{}/", descriptor);
+  const std::size_t prefixLength = attributePath.size();
+  for (Item& item : batch.itemsToFill()) {
     if (item.values) {
-      readItem(descriptor, item, attributePath, attributePathPrefix.size());
+      readItem(descriptor, item, attributePath, prefixLength, batch);
     }
   }
 }
 
-void FolderBatch::readItem(int descriptor, Item& item, std::string& attributePath, std::size_t prefixLength) {
-  // A name out of the kernel's own buffer ends in a NUL.
+void LinuxWalkReader::readItem(int descriptor, Item& item, std::string& attributePath, std::size_t prefixLength,
+                               WalkBatch& batch) {
+  // A name out of the kernel's own buffer, or a kept one, ends in a NUL.
   const char* path = item.name.data();
   if (prefixLength > 0) {
     attributePath.resize(prefixLength);
@@ -199,7 +166,7 @@ void FolderBatch::readItem(int descriptor, Item& item, std::string& attributePat
   item.values->isDirectory = isDirectory;
   for (std::optional<std::string_view>* text : {&item.values->uploadingError, &item.values->downloadingError}) {
     if (*text) {
-      *text = texts_.emplace_back(**text);
+      *text = batch.keep(std::string(**text));
     }
   }
   if (isDateOfInterest(*item.values)) {

@@ -3,10 +3,13 @@
 #include "base/FileDescriptor.h"
 
 #include <cstddef>
+#include <functional>
 #include <list>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace cirrovane {
 
@@ -21,6 +24,13 @@ struct WalkedFolder {
 /// The folder's path; with an item's name, that item's path.
 std::string pathOf(const WalkedFolder& folder);
 std::string pathOf(const WalkedFolder& folder, std::string_view itemName);
+
+/// The system's call that opens a folder by its name within another, as openat has it: a descriptor, or -1 with errno
+/// set. A value, so that a test can stand in for a system that refuses. Called by several threads at once.
+using OpenCall = std::function<int(int directory, const char* name, int flags)>;
+
+/// The system's own.
+int openFolder(int directory, const char* name, int flags);
 
 /// How the opening of a folder ended.
 enum class FolderOpening {
@@ -41,11 +51,14 @@ class FolderDescriptors {
   struct Opened {
     FolderOpening result;
     /// Set when opened; stays open for as long as somebody holds it.
-    Descriptor descriptor;
+    Descriptor descriptor = nullptr;
+    /// The system's number for why it is unreadable.
+    int error = 0;
   };
 
   /// At most `capacity` folders are kept open beside those in use.
-  explicit FolderDescriptors(std::size_t capacity) : capacity_(capacity) {}
+  explicit FolderDescriptors(std::size_t capacity, OpenCall open = openFolder)
+      : capacity_(capacity), open_(std::move(open)) {}
 
   Opened open(const WalkedFolder& folder);
   /// Says that nothing more will be opened below the folder.
@@ -66,6 +79,7 @@ class FolderDescriptors {
 
   std::mutex mutex_;
   std::size_t capacity_;
+  OpenCall open_;
   /// Most recently used first. Short enough to search: what a walk needs next stands at its front.
   Entries entries_;
 };
