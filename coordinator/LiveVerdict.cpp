@@ -17,7 +17,7 @@ constexpr std::chrono::hours kLongestAlarm{1};
 /// A watch that takes longer to stand is not waited for.
 constexpr std::chrono::seconds kLongestStart{1};
 /// So that what an alarm rings for is due when it rings.
-constexpr std::chrono::milliseconds kJustAfter{1};
+constexpr std::chrono::milliseconds kAfterDue{1};
 
 std::vector<std::string> pathsOf(const std::vector<WatchFolder>& folders) {
   std::vector<std::string> paths;
@@ -449,7 +449,7 @@ std::optional<Uptime> LiveVerdict::judgingDue() const {
   if (wasSet_) {
     return Uptime(0);
   }
-  return nextStall_ ? std::optional(now() + (*nextStall_ - environment_.clock.now()) + kJustAfter) : std::nullopt;
+  return nextStall_ ? std::optional(now() + (*nextStall_ - environment_.clock.now()) + kAfterDue) : std::nullopt;
 }
 
 std::optional<Uptime> LiveVerdict::blockedDue() const {
@@ -510,7 +510,7 @@ void LiveVerdict::setAlarm() {
   }
   if (liveness_.value().state == LivenessState::live) {
     if (const std::optional<Uptime> oldest = oldestUnreported()) {
-      takeEarlier(due, *oldest + kCatchUp + kJustAfter);
+      takeEarlier(due, *oldest + kCatchUp + kAfterDue);
     }
   }
   const Uptime left = std::max(*due - now(), Uptime(0));

@@ -137,10 +137,13 @@ void EventLoop::ringAlarms() {
 
 void EventLoop::wait() {
   std::vector<pollfd> polled{{wakeReader_.get(), POLLIN, 0}};
+  // Counted in poll's own type, which differs between the systems.
+  nfds_t count = 1;
   for (const Watched& watched : watched_) {
     polled.push_back({watched.descriptor, watched.events, 0});
+    ++count;
   }
-  if (poll(polled.data(), polled.size(), timeout()) <= 0) {
+  if (poll(polled.data(), count, timeout()) <= 0) {
     return;
   }
   if (polled[0].revents != 0) {

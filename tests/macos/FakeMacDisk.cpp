@@ -51,7 +51,7 @@ class FakeResources final : public ResourceDictionary {
 }  // namespace
 
 FakeMacNode& FakeMacNode::add(const std::string& childName, std::uint32_t childType) {
-  FakeMacNode& child = children.emplace_back();
+  FakeMacNode& child = *children.emplace_back(std::make_unique<FakeMacNode>());
   child.name = childName;
   child.type = childType;
   byName.emplace(childName, &child);
@@ -143,7 +143,7 @@ int FakeMacDisk::listEntries(int descriptor, std::span<char> target) const {
   std::size_t used = 0;
   std::size_t count = 0;
   for (; folder.position < end && count < mostEntries_; ++folder.position, ++count) {
-    const std::string entry = packedNode(node.children[folder.position]);
+    const std::string entry = packedNode(*node.children[folder.position]);
     if (target.size() - used < entry.size()) {
       break;
     }

@@ -6,8 +6,8 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -47,7 +47,7 @@ struct FakeMacNode {
   FakeMacNode& addFolder(const std::string& childName) { return add(childName, kFolderType); }
   FakeMacNode* find(std::string_view childName);
 
-  std::deque<FakeMacNode> children;
+  std::vector<std::unique_ptr<FakeMacNode>> children;
   std::map<std::string, FakeMacNode*, std::less<>> byName;
 };
 

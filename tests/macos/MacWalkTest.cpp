@@ -70,12 +70,12 @@ std::vector<std::string> pathsOf(const std::vector<ToldItem>& items) {
 
 /// The order that one reader would walk in: a folder's entries, then each of its subfolders with all below.
 void tellInOrder(const FakeMacNode& folder, const std::string& path, std::vector<std::string>& paths) {
-  for (const FakeMacNode& child : folder.children) {
-    paths.push_back(path + "/" + child.name);
+  for (const auto& child : folder.children) {
+    paths.push_back(path + "/" + child->name);
   }
-  for (const FakeMacNode& child : folder.children) {
-    if (child.type == kFolderType) {
-      tellInOrder(child, path + "/" + child.name, paths);
+  for (const auto& child : folder.children) {
+    if (child->type == kFolderType) {
+      tellInOrder(*child, path + "/" + child->name, paths);
     }
   }
 }
