@@ -63,7 +63,7 @@ TEST_F(CheckWait, fileThatIsUploaded_endsItWithinASecondWithoutAnInterval) {
   setICloudAttribute(path, "isUploaded=true");
   EXPECT_EQ(program.exitStatus(), 0);
   EXPECT_LT(std::chrono::steady_clock::now() - uploaded, std::chrono::seconds(1));
-  EXPECT_THAT(terminal.wholeText(), HasSubstr("\nSAFE TO CLOSE"));
+  EXPECT_THAT(terminal.wholeText(), HasSubstr("SAFE TO CLOSE"));
 }
 
 TEST_F(CheckWait, missingFolder_isWaitedForToo) {
