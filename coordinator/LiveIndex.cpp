@@ -64,13 +64,16 @@ void LiveIndex::adopt(const PendingChanges& told, bool compares, std::shared_ptr
       executors_.updates,
       [indexes = indexes_, changes = told.list(), compares, watch = std::move(watch)] {
         std::vector<std::string> differences;
-        if (compares && indexes->current) {
-          differences = indexes->current->differences(*indexes->scanned, changes);
+        std::vector<std::string> gone;
+        if (indexes->current) {
+          gone = indexes->scanned->goneSince(*indexes->current);
+          differences = compares ? indexes->current->differences(*indexes->scanned, changes) : differences;
         }
         std::swap(indexes->current, indexes->scanned);
         indexes->scanned.reset();
         UpdateResult result = indexes->current->update(changes, listingsOf(watch));
         LiveReading reading = indexes->reading(std::move(result), /*isJudgedAnew=*/true);
+        reading.gone.insert(reading.gone.end(), gone.begin(), gone.end());
         reading.differences = std::move(differences);
         return reading;
       },

@@ -152,6 +152,7 @@ void LiveVerdict::startWatch() {
   awaitsStand_ = watch_ != nullptr;
   watchStarted_ = now();
   isScannedSinceStart_ = false;
+  isIndexFollowed_ = false;
   reasonAgainst_ = watch_ != nullptr ? "" : "This system does not tell of changes.";
   if (watch_ != nullptr) {
     watch_->start(pathsOf(folders_));
@@ -337,7 +338,7 @@ void LiveVerdict::finishScan(Uptime duration) {
   // All of it is in what the scan's own report will say.
   pending_.clear();
   const bool compares =
-      hasIndex_ && loss_.empty() && lossMended_.empty() && reasonAgainst_.empty() && scanned_ == indexed_;
+      isIndexFollowed_ && loss_.empty() && lossMended_.empty() && reasonAgainst_.empty() && scanned_ == indexed_;
   indexed_ = scanned_;
   inReading_.push_back(std::exchange(duringScan_, {}));
   index_.adopt(inReading_.back(), compares, watch_, [this](const LiveReading& reading) { takeScan(reading); });
@@ -347,6 +348,7 @@ void LiveVerdict::takeScan(const LiveReading& reading) {
   inReading_.pop_front();
   isScanning_ = false;
   hasIndex_ = true;
+  isIndexFollowed_ = reasonAgainst_.empty() && !awaitsStand_;
   isDoubted_ = false;
   lossMended_.clear();
   hasSlept_ = hasSlept_ && !loss_.empty();

@@ -184,6 +184,8 @@ class LiveVerdict {
   std::vector<LaterReading> laterReadings_;
 
   bool hasIndex_ = false;
+  /// Whether the watch has stood ever since the index was made, so that the index knows what it was told.
+  bool isIndexFollowed_ = false;
   /// The folders of the index, and of the full scan that is under way or was last.
   std::vector<std::string> indexed_;
   std::vector<std::string> scanned_;

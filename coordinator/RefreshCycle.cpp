@@ -54,6 +54,9 @@ RefreshCycle::~RefreshCycle() {
   if (environment_.staleAlarm != nullptr) {
     environment_.staleAlarm->clear();
   }
+  if (environment_.live != nullptr) {
+    environment_.live->onTurned(nullptr);
+  }
 }
 
 void RefreshCycle::followLive() {

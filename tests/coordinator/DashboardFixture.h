@@ -53,7 +53,7 @@ class DashboardMachine : public MachineTest {
     services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
     dashboard_ = std::make_unique<DashboardViewModel>(
         std::move(services),
-        RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_},
+        RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_, live_},
         DashboardEnvironment{timer_, panels_, workspace_, files_, timeText_});
   }
 
@@ -62,6 +62,7 @@ class DashboardMachine : public MachineTest {
     subscriptions_.clear();
     note(dashboard_->publishedReport(), "report");
     note(dashboard_->publishedVerdict(), "verdict");
+    note(dashboard_->publishedLiveness(), "liveness");
     note(dashboard_->publishedIsScanning(), "isScanning");
     note(dashboard_->publishedExportNote(), "exportNote");
     note(dashboard_->publishedDiagnostics(), "diagnostics");
@@ -83,6 +84,7 @@ class DashboardMachine : public MachineTest {
     setPublished(dashboard_->publishedReport(), Shared(std::move(report)));
     setPublished(dashboard_->publishedVerdict(), verdict);
   }
+  void publishLiveness(const Liveness& liveness) { setPublished(dashboard_->publishedLiveness(), liveness); }
   /// Publishes what the report is worth now.
   void publishStanding(VerdictStanding standing) {
     ShownVerdict verdict = dashboard_->verdict();
@@ -104,6 +106,8 @@ class DashboardMachine : public MachineTest {
   ManualTimer timer_;
   ManualTimer cycleLimit_;
   ManualAlarm staleAlarm_;
+  /// What the next launch follows the files with; nullptr for nothing.
+  LiveVerdict* live_ = nullptr;
   FakePanels panels_;
   FakeWorkspace workspace_;
   FakeFileStorage storage_;

@@ -409,6 +409,19 @@ TEST_F(LiveVerdictTest, changeThatIsToldJustAfterTheScanSawIt_isNoDisagreement) 
   EXPECT_EQ(state(), LivenessState::live);
 }
 
+TEST_F(LiveVerdictTest, changeWhileNothingWasTold_isNoDisagreementOnceTheWatchStands) {
+  reasonAgainst_ = "The system watches no more folders.";
+  begin();
+  tree_.setValues(kFile, values(false));
+  watch_->reasonAgainst.reset();
+  live_->rescan();
+  runAll();
+  pass(5s);
+  EXPECT_FALSE(isSafe());
+  EXPECT_EQ(state(), LivenessState::live);
+  EXPECT_EQ(live_->liveness().value().disagreements, 0);
+}
+
 TEST_F(LiveVerdictTest, otherFolders_areNoDisagreement) {
   tree_.makeFolder(std::string(kDrive) + "/Other");
   begin();

@@ -5,6 +5,7 @@
 #include "platform/linux/macroot/MacRoot.h"
 #include "tests/core/Builders.h"
 #include "tests/core/NaiveScan.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"
 

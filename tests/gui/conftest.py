@@ -119,16 +119,46 @@ def shared(shared_launcher):
     return application
 
 
+def preloaded(*libraries, **environment):
+    """The environment of an application with these libraries of the tests before all others."""
+    files = [BUILD / "tests" / library for library in libraries]
+    assert all(file.exists() for file in files), f"one of {files} is missing"
+    return {"LD_PRELOAD": ":".join(str(file) for file in files), **environment}
+
+
+class RefusedWatches:
+    """Has the system watch no folder of an application until it allows that."""
+
+    LIBRARY = "gui/librefused_watches.so"
+
+    def __init__(self, mac):
+        self._refusal = mac.root / "refusal"
+        self._refusal.touch()
+        self.variables = {"CIRROVANE_TEST_REFUSAL": str(self._refusal)}
+        self.environment = preloaded(self.LIBRARY, **self.variables)
+
+    def allow(self):
+        """From the next start of the watch on."""
+        self._refusal.unlink()
+
+
+@pytest.fixture
+def refused(mac):
+    """An application with `refused.environment` on the demo Mac is told of no change before `refused.allow()`."""
+    return RefusedWatches(mac)
+
+
 class HeldScan:
     """Keeps every scan of an application from its end until it lets go: each reading of a file's state waits at a gate."""
+
+    LIBRARY = "cli/libslow_attributes.so"
 
     def __init__(self, mac):
         gate = mac.root / "gate"
         os.mkfifo(gate)
         self._gate, self._open = gate, None
-        library = BUILD / "tests/cli/libslow_attributes.so"
-        assert library.exists(), f"{library} is missing"
-        self.environment = {"LD_PRELOAD": str(library), "CIRROVANE_TEST_GATE": str(gate)}
+        self.variables = {"CIRROVANE_TEST_GATE": str(gate)}
+        self.environment = preloaded(self.LIBRARY, **self.variables)
 
     def let_go(self):
         # Held open for both, so that nobody waits at it any more.

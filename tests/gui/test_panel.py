@@ -45,7 +45,7 @@ def expect_told(application, *expected):
 
 def head(report, state, verdict):
     return [state, str(report["score"]), verdict,
-            f"Upload Trust {report['score']} · Local {report['localAvailabilityScore']}"]  # fmt: skip
+            f"Upload Trust {report['score']} · Local {report['localAvailabilityScore']}", "Live"]  # fmt: skip
 
 
 def test_panel_unsafeMac_tellsTheTopBlockerAndTheFailedScan(panel, mac):

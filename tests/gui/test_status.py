@@ -10,6 +10,7 @@ SENSORS = (
     "Exact CPU temperature may be unavailable from default system APIs. "
     "Desktop tools can unlock richer hardware telemetry."
 )
+LIVE = ["Live Verdict", "State Live", "Reason None", "Verdict Confirmed Now", "Changes Missed 0"]
 TIME = re.compile(r"Captured \d{1,2}:\d\d:\d\d\s[AP]M")
 
 
@@ -33,7 +34,7 @@ def expect(application, *cards):
             texts[:2] == ["Live Status", SUBTITLE]
             and TIME.fullmatch(texts[2])
             and texts[3] == "Refresh"
-            and texts[4:] == [*expected, "Optional Sensors", SENSORS]
+            and texts[4:] == [*expected, *LIVE, "Optional Sensors", SENSORS]
         )
 
     application.wait_until(is_shown, lambda: f"{expected}, but the page says {application.texts(PAGE)}")

@@ -147,6 +147,7 @@ def test_panel_openedAgain_scansAgain(launch, mac):
     mac.unsettle()
     assert launch("--panel").wait_for_end() == 0
     application.wait_for_window(PANEL_WIDTH)
+    application.wait_scanned(2)
     application.node("label", "Red Unsafe")
     application.node("label", "Do not close yet")
     score, local = (mac.history[0][key] for key in ("score", "localAvailabilityScore"))

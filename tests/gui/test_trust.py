@@ -7,6 +7,7 @@ from pathlib import Path
 from application import TABS
 from test_tray import GREEN, coloured, tray_picture
 
+HANGS = "exec sleep 100000\n"
 IGNORES_SIGTERM = "trap '' TERM HUP INT\nwhile :; do sleep 1000; done\n"
 TABS_BY_ID = {tab.id: tab for tab in TABS}
 

@@ -1,17 +1,18 @@
 """The same without a press of Rescan, by the timer alone and for every way in which a probe hangs. It takes minutes."""
 
+from conftest import preloaded
 from test_tray import GREEN, YELLOW, expect_icon
-from test_trust import IGNORES_SIGTERM
+from test_trust import HANGS, IGNORES_SIGTERM
 
 # After the beginning of the scan.
 UNTIL_STALE = 185
-# The refresh that the timer starts, and the scan's own time.
-UNTIL_NO = 95
-UNTIL_RECORDED = 35
+# The files are followed between the cycles, whatever probes hang.
+UNTIL_NO = 10
+# The cycle that the timer or the turned verdict starts, and its probes' time.
+UNTIL_RECORDED = 95 + 35
 PGREP = ["usr/bin/pgrep"]
 EVERY_PROBE = [*PGREP, "usr/sbin/route", "usr/sbin/scutil", "usr/bin/dscacheutil", "usr/sbin/sysctl", "usr/bin/which",
                "usr/bin/top", "usr/bin/vm_stat"]  # fmt: skip
-HANGS = "exec sleep 100000\n"
 # What it leaves behind holds the pipe and has left its group.
 FORKS_AWAY = "setsid sleep 200 &\nexec sleep 100000\n"
 
@@ -44,7 +45,7 @@ def test_pendingUploads_behindHungProbes_turnTheVerdictByTheTimer(launch, make_m
     for (application, _, _), before in zip(applications, scans):
         application.wait_until(
             lambda application=application, before=before: len(application.mac.history) > before + 1,
-            "the next cycle", UNTIL_NO + UNTIL_RECORDED)
+            "the next cycle", UNTIL_RECORDED)
 
 
 def test_probeHangsFromTheStart_verdictIsShownAndRecorded(launch, mac):
@@ -54,9 +55,9 @@ def test_probeHangsFromTheStart_verdictIsShownAndRecorded(launch, mac):
     application.wait_until(lambda: mac.history, "the cycle in the history", UNTIL_RECORDED)
 
 
-def test_yesThatNoScanConfirmsAgain_growsStale(launch, desktop, mac, held):
+def test_yesThatNoScanConfirmsAgain_growsStale(launch, desktop, mac, held, refused):
     mac.settle()
-    application = launch(**held.environment).ready()
+    application = launch(**preloaded(held.LIBRARY, refused.LIBRARY, **held.variables, **refused.variables)).ready()
     held.let_go()
     application.wait_scanned()
     expect_icon(application, desktop, GREEN)

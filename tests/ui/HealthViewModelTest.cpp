@@ -83,6 +83,20 @@ TEST_F(HealthViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndWhy) {
   EXPECT_EQ(page_->stateSymbol(), "exclamationmark.triangle.fill");
 }
 
+TEST_F(HealthViewModelTest, liveness_isToldWithItsReasonOnceThereIsAVerdict) {
+  publishLiveness({LivenessState::notLive, "The watch is being set up."});
+  catchUp();
+  EXPECT_EQ(page_->liveness(), "");
+  publishState(HealthState::safe, true);
+  EXPECT_EQ(page_->liveness(), "Not live. The watch is being set up.");
+  publishLiveness({LivenessState::live, ""});
+  catchUp();
+  EXPECT_EQ(page_->liveness(), "Live");
+  publishLiveness({LivenessState::catchingUp, "The folder /a\nb moved."});
+  catchUp();
+  EXPECT_EQ(page_->liveness(), "Catching up. The folder /a\\nb moved.");
+}
+
 TEST_F(HealthViewModelTest, report_isToldWhole) {
   publish(makeReport());
   EXPECT_EQ(page_->uploadTrust(), 36);

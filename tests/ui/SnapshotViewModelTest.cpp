@@ -95,6 +95,20 @@ TEST_F(SnapshotViewModelTest, yesThatIsStale_saysSinceWhenAndWhy) {
             "Cirrovane: Yellow Needs Attention. Safe to close as of 6:25:00 PM. This Mac slept after the last scan.");
 }
 
+TEST_F(SnapshotViewModelTest, liveness_isToldWithItsReasonOnceThereIsAVerdict) {
+  const SnapshotViewModel& snapshot = open();
+  publishLiveness({LivenessState::live, ""});
+  EXPECT_EQ(snapshot.liveness(), "");
+  report(HealthState::safe, true);
+  EXPECT_EQ(snapshot.liveness(), "Live");
+  const QSignalSpy changes(&snapshot, &SnapshotViewModel::reportChanged);
+  publishLiveness({LivenessState::notLive, "The system watches no more folders."});
+  EXPECT_EQ(snapshot.liveness(), "Not live. The system watches no more folders.");
+  EXPECT_EQ(changes.count(), 1);
+  publishLiveness({LivenessState::catchingUp, "The Mac slept."});
+  EXPECT_EQ(snapshot.liveness(), "Catching up. The Mac slept.");
+}
+
 TEST_F(SnapshotViewModelTest, noBeforeSleep_staysThatNo) {
   const SnapshotViewModel& snapshot = open();
   report(HealthState::danger, false);

@@ -38,7 +38,26 @@ TEST_F(SystemStatusViewModelTest, beforeTheFirstSample_allIsUnknown) {
   EXPECT_THAT(texts(*page_->power()),
               ElementsAre("Battery|Unknown", "Charging|Unknown", "Low Power Mode|Off", "Uptime|0m"));
   EXPECT_THAT(texts(*page_->network()), ElementsAre("iCloud Reachability|Unknown"));
+  EXPECT_THAT(texts(*page_->live()),
+              ElementsAre("State|Not live", "Reason|None", "Verdict Confirmed|Not scanned yet", "Changes Missed|0"));
   EXPECT_FALSE(page_->hasMemoryGauge());
+}
+
+TEST_F(SystemStatusViewModelTest, verdictThatIsLive_isConfirmedNow) {
+  publishReport(makeReport());
+  publishLiveness({LivenessState::live, "", 0});
+  catchUp();
+  EXPECT_THAT(texts(*page_->live()),
+              ElementsAre("State|Live", "Reason|None", "Verdict Confirmed|Now", "Changes Missed|0"));
+}
+
+TEST_F(SystemStatusViewModelTest, verdictThatIsNotLive_tellsWhyAndSinceWhen) {
+  publishReport(makeReport());
+  publishLiveness({LivenessState::notLive, "A scan found a change that had not been told.", 2});
+  catchUp();
+  EXPECT_THAT(texts(*page_->live()),
+              ElementsAre("State|Not live", "Reason|A scan found a change that had not been told.",
+                          "Verdict Confirmed|6:25:00 PM", "Changes Missed|2"));
 }
 
 TEST_F(SystemStatusViewModelTest, fullSample_isToldWhole) {

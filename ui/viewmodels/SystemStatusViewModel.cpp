@@ -64,8 +64,11 @@ void SystemStatusViewModel::update() {
 void SystemStatusViewModel::showLive() {
   const ShownVerdict& verdict = dashboard().verdict();
   const Liveness& liveness = dashboard().liveness();
-  const std::string confirmed =
-      verdict.confirmedAt ? context()->timeText().timeOfDay(*verdict.confirmedAt) : std::string("Not scanned yet");
+  std::string confirmed = "Not scanned yet";
+  if (verdict.confirmedAt) {
+    const bool isLive = liveness.state == LivenessState::live;
+    confirmed = isLive ? "Now" : context()->timeText().timeOfDay(*verdict.confirmedAt);
+  }
   const std::string reason = liveness.reason.empty() ? "None" : liveness.reason;
   show(live_, {{"State", std::string(livenessLabel(liveness.state))},
                {"Reason", reason},

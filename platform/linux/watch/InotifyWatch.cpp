@@ -246,7 +246,11 @@ std::size_t InotifyWatch::readEvents(std::vector<char>& buffer, News& news) {
     instance_ = {};
   }
   std::string_view bytes(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
-  for (auto record = takeInotifyRecord(bytes); record; record = takeInotifyRecord(bytes)) {
+  while (true) {
+    const std::optional<InotifyRecord> record = takeInotifyRecord(bytes);
+    if (!record) {
+      break;
+    }
     interpret(*record, news);
   }
   if (!bytes.empty()) {
