@@ -69,23 +69,27 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   LiveSession session(context, options.folders, pace);
   // Kept, so that no later report can lie where it lay.
   std::optional<Shared<SyncHealthReport>> told;
+  std::optional<Shared<SyncHealthReport>> last;
   session.run(asDuration(options.timeout), [&] {
-    if (!session.verdict().report().value()) {
+    last = session.verdict().report().value();
+    if (!last) {
       return false;
     }
-    const Shared<SyncHealthReport>& shown = *session.verdict().report().value();
-    const SyncHealthReport& report = *shown;
+    const SyncHealthReport& report = **last;
     const bool isOver = report.safeToClose || session.isTimeUp();
     if (!isOver && context.err.isTerminal() && (!told || &**told != &report)) {
-      told = shown;
+      told = last;
       context.err.write(fmt::format("Not safe yet. {} Waiting.\n", report.summary));
     }
     return isOver;
   });
-  const SyncHealthReport& report = **session.verdict().report().value();
-  writeReport(report, context);
-  session.leave(statusOf(report));
-  return statusOf(report);
+  if (!last) {
+    return ExitStatus::notSafe;
+  }
+  writeReport(**last, context);
+  const ExitStatus status = statusOf(**last);
+  session.leave(status);
+  return status;
 }
 
 // The parser's own ranges let "nan" pass, which is no time to wait, and name their limits with hundreds of digits.
@@ -114,10 +118,11 @@ ExitStatus watch(const WatchOptions& options, CommandContext& context) {
   std::optional<WatchLine> last;
   session.endOnSignalsAndClosedOutput();
   session.run(asDuration(options.timeout), [&] {
-    if (!session.isReady()) {
+    const std::optional<Shared<SyncHealthReport>>& report = session.verdict().report().value();
+    if (!report || !session.verdict().hasWatchAnswered()) {
       return false;
     }
-    const WatchLine line = watchLine(session.verdict(), context.machine.clock());
+    const WatchLine line = watchLine(**report, session.verdict(), context.machine.clock());
     bool isHeard = true;
     if (!last || !line.saysTheSame(*last)) {
       const TextStyle style(context.out.isColoured());

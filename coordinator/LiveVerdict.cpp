@@ -21,6 +21,7 @@ constexpr std::chrono::milliseconds kAfterDue{1};
 
 std::vector<std::string> pathsOf(const std::vector<WatchFolder>& folders) {
   std::vector<std::string> paths;
+  paths.reserve(folders.size());
   for (const WatchFolder& folder : folders) {
     paths.emplace_back(withoutTrailingSlash(folder.path));
   }
@@ -182,17 +183,15 @@ void LiveVerdict::stands(const std::optional<std::string>& reasonAgainst) {
   if (cameLate) {
     loss_ = "The watch had to begin anew.";
   }
-  if (reasonAgainst && unproved_) {
-    conclude(*std::exchange(unproved_, std::nullopt));
+  if (reasonAgainst) {
+    concludeUnproved();
   }
   proceed();
 }
 
 void LiveVerdict::proved() {
   confirmation_ = confirmationNow(environment_.clock, environment_.monotonicClock);
-  if (unproved_) {
-    conclude(*std::exchange(unproved_, std::nullopt));
-  }
+  concludeUnproved();
   proceed();
 }
 
@@ -372,6 +371,12 @@ void LiveVerdict::conclude(const Shared<SyncHealthReport>& report) {
   publish(report);
   for (const TakeReport& take : std::exchange(takers_, {})) {
     take(report, confirmation_);
+  }
+}
+
+void LiveVerdict::concludeUnproved() {
+  if (const auto report = std::exchange(unproved_, std::nullopt)) {
+    conclude(*report);
   }
 }
 
