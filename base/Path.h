@@ -6,6 +6,12 @@ namespace cirrovane {
 
 // Paths as texts, of any bytes. Nothing asks the disk.
 
+/// Whether a system can be given the path: it would take one with a NUL in it to end there, and answer for another
+/// item.
+constexpr bool isAddressable(std::string_view path) {
+  return path.find('\0') == std::string_view::npos;
+}
+
 /// What follows the last slash: the whole text without one, nothing where it ends in one.
 constexpr std::string_view lastPathComponent(std::string_view path) {
   return path.substr(path.rfind('/') + 1);

@@ -1,9 +1,9 @@
 // Measures an index of a tree: what a change costs it beside a full scan, and what it costs in memory.
 
+#include "bench/PendingFile.h"
 #include "core/ICloudScanEngine.h"
 #include "core/ScanIndex.h"
 #include "platform/Machine.h"
-#include "platform/linux/walk/ICloudAttribute.h"
 
 #include <algorithm>
 #include <charconv>
@@ -17,8 +17,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <sys/xattr.h>
-#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -44,43 +42,6 @@ void require(bool isSo, const char* what) {
     throw std::runtime_error(what);
   }
 }
-
-/// So many files of the tree, evenly over it, in the order of the listing.
-Paths someFiles(const std::string& folder, std::size_t count) {
-  Paths all;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (entry.is_regular_file()) {
-      all.push_back(entry.path());
-    }
-  }
-  Paths some;
-  for (std::size_t index = 0; index < count; ++index) {
-    some.push_back(all.at(all.size() * index / count));
-  }
-  return some;
-}
-
-/// Makes a file pending, and clean again at the end.
-class PendingFile {
- public:
-  explicit PendingFile(std::filesystem::path path) : path_(std::move(path)), former_(4096, '\0') {
-    const ssize_t length = getxattr(path_.c_str(), kICloudAttributeName, former_.data(), former_.size());
-    require(length > 0, "a file of the tree has no state");
-    former_.resize(static_cast<std::size_t>(length));
-    set("isUploaded=false");
-  }
-  ~PendingFile() { set(former_); }
-  PendingFile(const PendingFile&) = delete;
-  PendingFile& operator=(const PendingFile&) = delete;
-
- private:
-  void set(std::string_view attribute) const {
-    setxattr(path_.c_str(), kICloudAttributeName, attribute.data(), attribute.size(), 0);
-  }
-
-  std::filesystem::path path_;
-  std::string former_;
-};
 
 FolderChange changeOf(const std::filesystem::path& file) {
   return {file.parent_path().native(), file.filename().native()};

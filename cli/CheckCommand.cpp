@@ -1,3 +1,4 @@
+#include "base/Heaps.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
@@ -60,6 +61,7 @@ ExitStatus statusOf(const SyncHealthReport& report) {
 }
 
 ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
+  limitHeaps();
   LivePace pace{.isWaiting = true, .interval = asDuration(options.interval)};
   if (pace.interval) {
     pace.interval = std::max(*pace.interval, std::chrono::duration_cast<std::chrono::nanoseconds>(kShortestInterval));
@@ -67,23 +69,27 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   LiveSession session(context, options.folders, pace);
   // Kept, so that no later report can lie where it lay.
   std::optional<Shared<SyncHealthReport>> told;
+  std::optional<Shared<SyncHealthReport>> last;
   session.run(asDuration(options.timeout), [&] {
-    if (!session.verdict().report().value()) {
+    last = session.verdict().report().value();
+    if (!last) {
       return false;
     }
-    const Shared<SyncHealthReport>& shown = *session.verdict().report().value();
-    const SyncHealthReport& report = *shown;
+    const SyncHealthReport& report = **last;
     const bool isOver = report.safeToClose || session.isTimeUp();
     if (!isOver && context.err.isTerminal() && (!told || &**told != &report)) {
-      told = shown;
+      told = last;
       context.err.write(fmt::format("Not safe yet. {} Waiting.\n", report.summary));
     }
     return isOver;
   });
-  const SyncHealthReport& report = **session.verdict().report().value();
-  writeReport(report, context);
-  session.leave(statusOf(report));
-  return statusOf(report);
+  if (!last) {
+    return ExitStatus::notSafe;
+  }
+  writeReport(**last, context);
+  const ExitStatus status = statusOf(**last);
+  session.leave(status);
+  return status;
 }
 
 // The parser's own ranges let "nan" pass, which is no time to wait, and name their limits with hundreds of digits.
@@ -107,19 +113,23 @@ ExitStatus check(const CheckOptions& options, CommandContext& context) {
 }
 
 ExitStatus watch(const WatchOptions& options, CommandContext& context) {
+  limitHeaps();
   LiveSession session(context, options.folders, {.isWaiting = true, .interval = std::nullopt});
   std::optional<WatchLine> last;
   session.endOnSignalsAndClosedOutput();
   session.run(asDuration(options.timeout), [&] {
-    if (!session.isReady()) {
+    const std::optional<Shared<SyncHealthReport>>& report = session.verdict().report().value();
+    if (!report || !session.verdict().hasWatchAnswered()) {
       return false;
     }
-    const WatchLine line = watchLine(session.verdict(), context.machine.clock());
+    const WatchLine line = watchLine(**report, session.verdict(), context.machine.clock());
+    bool isHeard = true;
     if (!last || !line.saysTheSame(*last)) {
-      context.out.write(context.wantsJSON ? lineOfJSON(line) : lineOfText(line, TextStyle(context.out.isColoured())));
+      const TextStyle style(context.out.isColoured());
+      isHeard = context.out.write(context.wantsJSON ? lineOfJSON(line) : lineOfText(line, style));
       last = line;
     }
-    return session.isTimeUp();
+    return !isHeard || session.isTimeUp();
   });
   const ExitStatus status = last && last->safeToClose ? ExitStatus::done : ExitStatus::notSafe;
   session.leave(status);

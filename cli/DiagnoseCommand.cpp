@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace cirrovane {
 namespace {

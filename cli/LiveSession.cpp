@@ -22,12 +22,13 @@ constexpr std::string_view kWatchlistFile = "watchlist.json";
 class LiveSession::WatchlistFollower final : public FolderWatchListener {
  public:
   WatchlistFollower(Machine& machine, Executor& loop, std::function<void()> changed)
-      : loop_(loop), changed_(std::move(changed)), watch_(machine.makeFolderWatch(*this)) {
-    const std::string file = defaultStoragePath(machine.fileSystem(), kWatchlistFile);
+      : fileSystem_(machine.fileSystem()),
+        folder_(parentPath(defaultStoragePath(fileSystem_, kWatchlistFile))),
+        loop_(loop),
+        changed_(std::move(changed)),
+        watch_(machine.makeFolderWatch(*this)) {
     if (watch_ != nullptr) {
-      const std::string folder(parentPath(file));
-      watch_->start({folder});
-      watch_->listings().beforeListing(folder, -1);
+      watch_->start({folder_});
     }
   }
 
@@ -36,14 +37,26 @@ class LiveSession::WatchlistFollower final : public FolderWatchListener {
       return change.item.empty() || change.item == kWatchlistFile;
     };
     if (std::ranges::any_of(changes, concernsFile)) {
-      loop_.post(changed_);
+      lookSoon();
     }
   }
-  void lost(std::string /*reason*/) override { loop_.post(changed_); }
-  void stands(std::optional<std::string> /*reasonAgainst*/) override {}
+  void lost(std::string /*reason*/) override { lookSoon(); }
+  void stands(std::optional<std::string> /*reasonAgainst*/) override { lookSoon(); }
   void proved() override {}
 
  private:
+  /// The file is read once its folder is watched, so that no change falls in between.
+  void lookSoon() {
+    loop_.post([this] {
+      const auto walk = fileSystem_.enumerate({folder_, /*isDeep=*/false, &watch_->listings()});
+      while (walk && walk->next() != nullptr) {
+      }
+      changed_();
+    });
+  }
+
+  const FileSystem& fileSystem_;
+  const std::string folder_;
   Executor& loop_;
   std::function<void()> changed_;
   std::unique_ptr<FolderWatch> watch_;
@@ -83,10 +96,7 @@ void LiveSession::endOnSignalsAndClosedOutput() {
 void LiveSession::run(std::optional<std::chrono::nanoseconds> timeout, std::function<bool()> look) {
   look_ = std::move(look);
   if (timeout) {
-    timeout_->set(*timeout, [this] {
-      isTimeUp_ = true;
-      this->look();
-    });
+    awaitEnd(context_.machine.monotonicClock().sinceBoot() + *timeout);
   }
   progressLine_.emplace(progress_, context_.err);
   if (given_.empty()) {
@@ -104,12 +114,24 @@ void LiveSession::run(std::optional<std::chrono::nanoseconds> timeout, std::func
 
 void LiveSession::leave(ExitStatus status) const {
   if (scan_.isBusy() || updates_.isBusy()) {
-    std::_Exit(static_cast<int>(status));
+    std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
   }
 }
 
 std::vector<WatchFolder> LiveSession::currentFolders() const {
   return given_.empty() ? context_.openWatchlist()->folders() : given_;
+}
+
+void LiveSession::awaitEnd(std::chrono::nanoseconds end) {
+  const std::chrono::nanoseconds left = end - context_.machine.monotonicClock().sinceBoot();
+  timeout_->set(std::max(left, std::chrono::nanoseconds(0)), [this, end] {
+    if (context_.machine.monotonicClock().sinceBoot() < end) {
+      awaitEnd(end);
+      return;
+    }
+    isTimeUp_ = true;
+    look();
+  });
 }
 
 void LiveSession::lookSoon() {

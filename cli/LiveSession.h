@@ -29,8 +29,6 @@ class LiveSession {
   LiveSession& operator=(const LiveSession&) = delete;
 
   const LiveVerdict& verdict() const { return verdict_; }
-  /// Whether the first report is there and the watch has answered.
-  bool isReady() const { return verdict_.report().value().has_value() && verdict_.hasWatchAnswered(); }
   bool isTimeUp() const { return isTimeUp_; }
 
   /// Also ends when a signal asks for it, or nobody reads the answer any more.
@@ -45,6 +43,8 @@ class LiveSession {
   class WatchlistFollower;
 
   std::vector<WatchFolder> currentFolders() const;
+  /// An alarm may ring before its time.
+  void awaitEnd(std::chrono::nanoseconds end);
   void lookSoon();
   void look();
 

@@ -45,6 +45,14 @@ bool Output::write(std::string_view text) {
   return !isClosed_;
 }
 
+ExitStatus statusAfterWriting(ExitStatus status, const Output& out, Output& err) {
+  if (out.hasLostText()) {
+    err.write("cirrovanectl: The answer could not be written in full.\n");
+    return ExitStatus::couldNot;
+  }
+  return status;
+}
+
 void ignoreClosedPipes() {
   std::signal(SIGPIPE, SIG_IGN);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cli/ExitStatus.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -33,6 +35,9 @@ class Output {
   bool isClosed_ = false;
   bool hasLostText_ = false;
 };
+
+/// The status once the answer is written: one that did not arrive is none, which `err` is told.
+ExitStatus statusAfterWriting(ExitStatus status, const Output& out, Output& err);
 
 /// Keeps a closed pipe from ending the program before it has given its verdict.
 void ignoreClosedPipes();

@@ -17,8 +17,7 @@ bool WatchLine::saysTheSame(const WatchLine& other) const {
   return *this == sameTimes;
 }
 
-WatchLine watchLine(const LiveVerdict& verdict, const Clock& clock) {
-  const SyncHealthReport& report = **verdict.report().value();
+WatchLine watchLine(const SyncHealthReport& report, const LiveVerdict& verdict, const Clock& clock) {
   const Liveness& liveness = verdict.liveness().value();
   WatchLine line;
   line.at = clock.now();

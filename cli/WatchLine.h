@@ -5,6 +5,7 @@
 #include "cli/TextStyle.h"
 #include "coordinator/LiveVerdict.h"
 #include "core/HealthState.h"
+#include "core/SyncHealthReport.h"
 #include "platform/Clock.h"
 
 #include <cstdint>
@@ -52,8 +53,8 @@ struct WatchLine {
   friend bool operator==(const WatchLine&, const WatchLine&) = default;
 };
 
-/// What there is to say now, after the first full scan.
-WatchLine watchLine(const LiveVerdict& verdict, const Clock& clock);
+/// What there is to say of the verdict's report now.
+WatchLine watchLine(const SyncHealthReport& report, const LiveVerdict& verdict, const Clock& clock);
 
 /// As one JSON object and a line end.
 std::string lineOfJSON(const WatchLine& line);

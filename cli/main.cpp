@@ -34,15 +34,6 @@ constexpr const char* kFooter =
     "  3  could not do it; the message says why\n\n"
     "Start with \"cirrovanectl check\", and see \"cirrovanectl check --help\".";
 
-/// An answer that did not arrive is none.
-ExitStatus statusAfterWriting(ExitStatus status, const Output& out, Output& err) {
-  if (out.hasLostText()) {
-    err.write("cirrovanectl: The answer could not be written in full.\n");
-    return ExitStatus::couldNot;
-  }
-  return status;
-}
-
 /// What the parser has to say goes through the same streams as everything else, and arguments that it repeats are as
 /// little to be trusted as any other name.
 ExitStatus explainUsage(const CLI::App& app, const CLI::ParseError& error, Output& out, Output& err) {

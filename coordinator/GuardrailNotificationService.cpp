@@ -45,7 +45,7 @@ void enqueueTransition(NotificationCenter& center, const SyncHealthReport& repor
 
 void GuardrailNotificationService::notifyStatusTransition(std::optional<bool> previousSafe,
                                                           Shared<SyncHealthReport> report, std::function<void()> then) {
-  if (!userDefaults_.boolean(kGuardrailNotificationsEnabledKey).value_or(false)) {
+  if (!userDefaults_.choice(kGuardrailNotificationsEnabledKey).value_or(false)) {
     then();
     return;
   }

@@ -18,11 +18,11 @@ struct LiveIndex::Indexes {
   std::optional<ScanIndex> scanned;
   Shared<SyncHealthReport> report;
 
-  LiveReading reading(UpdateResult result, bool isJudgedAnew) {
+  LiveReading reading(const ScanIndex& index, UpdateResult result, bool isJudgedAnew) {
     if (result.isChanged || isJudgedAnew) {
-      report = Shared<SyncHealthReport>(current->report());
+      report = Shared<SyncHealthReport>(index.report());
     }
-    return {report, std::move(result.gone), current->nextStall(report->generatedAt), {}};
+    return {report, std::move(result.gone), index.nextStall(report->generatedAt), {}};
   }
 };
 
@@ -64,13 +64,16 @@ void LiveIndex::adopt(const PendingChanges& told, bool compares, std::shared_ptr
       executors_.updates,
       [indexes = indexes_, changes = told.list(), compares, watch = std::move(watch)] {
         std::vector<std::string> differences;
-        if (compares && indexes->current) {
-          differences = indexes->current->differences(*indexes->scanned, changes);
+        std::vector<std::string> gone;
+        if (indexes->current) {
+          gone = indexes->scanned->goneSince(*indexes->current);
+          differences = compares ? indexes->current->differences(*indexes->scanned, changes) : differences;
         }
         std::swap(indexes->current, indexes->scanned);
         indexes->scanned.reset();
         UpdateResult result = indexes->current->update(changes, listingsOf(watch));
-        LiveReading reading = indexes->reading(std::move(result), /*isJudgedAnew=*/true);
+        LiveReading reading = indexes->reading(*indexes->current, std::move(result), /*isJudgedAnew=*/true);
+        reading.gone.insert(reading.gone.end(), gone.begin(), gone.end());
         reading.differences = std::move(differences);
         return reading;
       },
@@ -92,7 +95,7 @@ void LiveIndex::read(std::vector<FolderChange> changes, std::shared_ptr<FolderWa
           });
         }
         UpdateResult result = indexes->current->update(changes, listingsOf(watch));
-        return indexes->reading(std::move(result), early.has_value() || changes.empty());
+        return indexes->reading(*indexes->current, std::move(result), early.has_value() || changes.empty());
       },
       std::move(then));
 }
@@ -101,7 +104,8 @@ void LiveIndex::readBlocked(std::shared_ptr<FolderWatch> watch, std::function<vo
   run(
       executors_.updates,
       [indexes = indexes_, watch = std::move(watch)] {
-        return indexes->reading(indexes->current->readBlockedAgain(kMostBlockedReread, listingsOf(watch)),
+        return indexes->reading(*indexes->current,
+                                indexes->current->readBlockedAgain(kMostBlockedReread, listingsOf(watch)),
                                 /*isJudgedAnew=*/false);
       },
       std::move(then));

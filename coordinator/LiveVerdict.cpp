@@ -17,10 +17,11 @@ constexpr std::chrono::hours kLongestAlarm{1};
 /// A watch that takes longer to stand is not waited for.
 constexpr std::chrono::seconds kLongestStart{1};
 /// So that what an alarm rings for is due when it rings.
-constexpr std::chrono::milliseconds kJustAfter{1};
+constexpr std::chrono::milliseconds kAfterDue{1};
 
 std::vector<std::string> pathsOf(const std::vector<WatchFolder>& folders) {
   std::vector<std::string> paths;
+  paths.reserve(folders.size());
   for (const WatchFolder& folder : folders) {
     paths.emplace_back(withoutTrailingSlash(folder.path));
   }
@@ -182,17 +183,15 @@ void LiveVerdict::stands(const std::optional<std::string>& reasonAgainst) {
   if (cameLate) {
     loss_ = "The watch had to begin anew.";
   }
-  if (reasonAgainst && unproved_) {
-    conclude(*std::exchange(unproved_, std::nullopt));
+  if (reasonAgainst) {
+    concludeUnproved();
   }
   proceed();
 }
 
 void LiveVerdict::proved() {
   confirmation_ = confirmationNow(environment_.clock, environment_.monotonicClock);
-  if (unproved_) {
-    conclude(*std::exchange(unproved_, std::nullopt));
-  }
+  concludeUnproved();
   proceed();
 }
 
@@ -375,6 +374,12 @@ void LiveVerdict::conclude(const Shared<SyncHealthReport>& report) {
   }
 }
 
+void LiveVerdict::concludeUnproved() {
+  if (const auto report = std::exchange(unproved_, std::nullopt)) {
+    conclude(*report);
+  }
+}
+
 // What is shown
 
 void LiveVerdict::publish(const Shared<SyncHealthReport>& report) {
@@ -436,7 +441,7 @@ void LiveVerdict::noticeClocks() {
   const Confirmation present = confirmationNow(environment_.clock, environment_.monotonicClock);
   if (standingOf(noticed_, environment_.monotonicClock) == VerdictStanding::slept && watch_ != nullptr) {
     hasSlept_ = true;
-    loss_ = "The machine slept.";
+    loss_ = "The Mac slept.";
     suspects_.clear();
   }
   const std::chrono::nanoseconds set = (present.at - noticed_.at) - (present.sinceBoot - noticed_.sinceBoot);
@@ -451,7 +456,7 @@ std::optional<Uptime> LiveVerdict::judgingDue() const {
   if (wasSet_) {
     return Uptime(0);
   }
-  return nextStall_ ? std::optional(now() + (*nextStall_ - environment_.clock.now()) + kJustAfter) : std::nullopt;
+  return nextStall_ ? std::optional(now() + (*nextStall_ - environment_.clock.now()) + kAfterDue) : std::nullopt;
 }
 
 std::optional<Uptime> LiveVerdict::blockedDue() const {
@@ -486,6 +491,10 @@ void LiveVerdict::doWhatIsDue() {
     nextStall_.reset();
     judgeAnew();
   } else if (isDue(blockedDue())) {
+    // What was told first, or the report would show what stopped blocking without what has begun to.
+    if (!pending_.isEmpty()) {
+      update();
+    }
     readBlocked();
   }
   if (suspects_.judge(now()).value_or(false)) {
@@ -512,7 +521,7 @@ void LiveVerdict::setAlarm() {
   }
   if (liveness_.value().state == LivenessState::live) {
     if (const std::optional<Uptime> oldest = oldestUnreported()) {
-      takeEarlier(due, *oldest + kCatchUp + kJustAfter);
+      takeEarlier(due, *oldest + kCatchUp + kAfterDue);
     }
   }
   const Uptime left = std::max(*due - now(), Uptime(0));

@@ -100,7 +100,10 @@ class LiveVerdict {
   struct Watching;
 
   Uptime now() const { return environment_.monotonicClock.sinceBoot(); }
-  bool isSafeShown() const { return report_.value() && (*report_.value())->safeToClose; }
+  bool isSafeShown() const {
+    const std::optional<Shared<SyncHealthReport>>& shown = report_.value();
+    return shown && (*shown)->safeToClose;
+  }
 
   // What the watch tells.
   void startWatch();
@@ -124,6 +127,8 @@ class LiveVerdict {
   void finishScan(Uptime duration);
   void takeScan(const LiveReading& reading);
   void conclude(const Shared<SyncHealthReport>& report);
+  /// The report that waited for the watch's proof, if one did.
+  void concludeUnproved();
   std::optional<Uptime> scanDueAt() const;
   std::optional<Uptime> scanWantedAt() const;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <ranges>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -13,6 +14,9 @@ namespace cirrovane {
 namespace {
 
 using Subfolders = std::vector<std::unique_ptr<IndexedFolder>>;
+
+/// So few that it makes no difference how they are read.
+constexpr std::int64_t kFewFiles = 2'000;
 
 std::string_view nameOf(const std::unique_ptr<IndexedFolder>& folder) {
   return folder->name;
@@ -48,6 +52,7 @@ std::vector<std::uint32_t> wayTo(const IndexedFolder& folder) {
 
 std::vector<const NotedItem*> byName(const std::vector<NotedItem>& items) {
   std::vector<const NotedItem*> sorted;
+  sorted.reserve(items.size());
   for (const NotedItem& item : items) {
     sorted.push_back(&item);
   }
@@ -141,11 +146,11 @@ std::string IndexedTree::pathOf(const IndexedFolder& folder) const {
     steps.push_back(step);
   }
   std::string path = path_;
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+  for (const IndexedFolder* step : std::views::reverse(steps)) {
     if (!path.ends_with('/')) {
       path += '/';
     }
-    path += (*step)->name;
+    path += step->name;
   }
   return path;
 }
@@ -178,7 +183,7 @@ void IndexedTree::readWhole(IndexReading& reading) {
 void IndexedTree::update(std::span<const FolderChange> changes, IndexReading& reading) {
   bool isWhole = false;
   const std::map<std::string, ToRead> toRead = plan(changes, reading.fileSystem, isWhole);
-  if (isWhole) {
+  if (isWhole || isMostOfAll(toRead)) {
     readWhole(reading);
     return;
   }
@@ -227,6 +232,19 @@ std::map<std::string, IndexedTree::ToRead> IndexedTree::plan(std::span<const Fol
     }
   }
   return toRead;
+}
+
+/// A walk over everything reads with several threads, and so is sooner through than most of the folders one by one.
+bool IndexedTree::isMostOfAll(const std::map<std::string, ToRead>& toRead) {
+  if (cleanFiles_ < kFewFiles) {
+    return false;
+  }
+  std::int64_t files = 0;
+  for (const auto& [path, what] : toRead) {
+    const IndexedFolder* folder = find(path);
+    files += folder != nullptr ? folder->cleanFiles : 0;
+  }
+  return 2 * files > cleanFiles_;
 }
 
 bool IndexedTree::readDeep(IndexedFolder& folder, IndexReading& reading) {
@@ -461,7 +479,7 @@ void IndexedTree::addTo(ReportDraft& report) const {
   for (const IndexedFolder* folder : notedInWalkOrder()) {
     const std::string path = pathOf(*folder);
     if (folder->isExhausted) {
-      draft.examine(std::nullopt, [&] { return path; });
+      draft.examine(std::nullopt, [&]() -> const std::string& { return path; });
     }
     for (const NotedItem& item : folder->noted) {
       draft.examine(item.values(), [&] { return itemPath(path, item.name()); });
@@ -473,11 +491,13 @@ void IndexedTree::addTo(ReportDraft& report) const {
 
 std::vector<const IndexedFolder*> IndexedTree::notedInWalkOrder() const {
   std::vector<std::pair<std::vector<std::uint32_t>, const IndexedFolder*>> ways;
+  ways.reserve(notedFolders_.size());
   for (const IndexedFolder* folder : notedFolders_) {
     ways.emplace_back(wayTo(*folder), folder);
   }
   std::ranges::sort(ways);
   std::vector<const IndexedFolder*> folders;
+  folders.reserve(ways.size());
   for (const auto& [way, folder] : ways) {
     folders.push_back(folder);
   }

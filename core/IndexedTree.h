@@ -101,12 +101,13 @@ class IndexedTree {
 
   std::map<std::string, ToRead> plan(std::span<const FolderChange> changes, const FileSystem& fileSystem,
                                      bool& isWhole) const;
+  bool isMostOfAll(const std::map<std::string, ToRead>& toRead);
   /// Both answer whether the folder was listed to its end.
   bool readDeep(IndexedFolder& folder, IndexReading& reading);
   bool readOwn(IndexedFolder& folder, IndexReading& reading);
   void readDeepOrAbove(IndexedFolder& folder, IndexReading& reading, DeepReadings& done);
 
-  std::int64_t takeBatch(IndexedFolder& folder, const ItemBatch& batch, KnownSubfolders* known);
+  static std::int64_t takeBatch(IndexedFolder& folder, const ItemBatch& batch, KnownSubfolders* known);
   static void addSubfolder(IndexedFolder& folder, std::string_view name, KnownSubfolders* known);
   /// Takes the folder's own share out of the sums, and in again.
   void open(IndexedFolder& folder);

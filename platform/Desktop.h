@@ -24,6 +24,10 @@ class Desktop {
   virtual void onNotificationActivated(std::function<void()> activated) = 0;
   /// Has a function called on the main thread whenever the machine wakes from sleep, and maybe at other times too.
   virtual void onWake(std::function<void()> woke) = 0;
+  /// Makes this application the active one, where a window that asks for the keyboard does not.
+  virtual void activate() = 0;
+  /// Says whether this program watches something, so that the system lets its timers run on time meanwhile.
+  virtual void setWatching(bool isWatching) = 0;
   virtual Workspace& workspace() = 0;
   /// nullptr where the system has no such preference.
   virtual MotionPreference* motionPreference() = 0;

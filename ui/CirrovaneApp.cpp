@@ -1,5 +1,6 @@
 #include "ui/CirrovaneApp.h"
 
+#include "ui/MenuBar.h"
 #include "ui/PanelPlace.h"
 #include "ui/SymbolImageProvider.h"
 #include "ui/WindowFrame.h"
@@ -11,6 +12,8 @@
 #include <QScreen>
 #include <QTimer>
 #include <chrono>
+#include <optional>
+#include <vector>
 
 namespace cirrovane {
 namespace {
@@ -30,10 +33,9 @@ QUrl sourceOf(const char* file) {
   return source;
 }
 
-void bringToFront(QWindow& window) {
-  window.show();
-  window.raise();
-  window.requestActivate();
+/// Whether the desktop has one menu bar for all windows.
+bool hasCommonMenuBar() {
+  return QGuiApplication::platformName() == QLatin1String("cocoa");
 }
 
 }  // namespace
@@ -69,6 +71,10 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
     live_.wake();
     staleAlarm_.ring();
   });
+  const auto& folders = dashboard_.watchlist().publishedFolders();
+  desktop_.setWatching(!folders.value().empty());
+  watchlistSubscription_ =
+      folders.afterChange([this](const std::vector<WatchFolder>& now) { desktop_.setWatching(!now.empty()); });
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.
@@ -97,7 +103,11 @@ Services CirrovaneApp::makeWindowServices(Machine& machine, NotificationCenter& 
 void CirrovaneApp::makeWindow() {
   engine_.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell_)},
                                 {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
-                                {QStringLiteral("context"), QVariant::fromValue(&pageContext_)}});
+                                {QStringLiteral("context"), QVariant::fromValue(&pageContext_)},
+                                {QStringLiteral("commands"), QVariant::fromValue(&commands_)},
+                                {QStringLiteral("hasMenuBar"), !hasCommonMenuBar()}});
+  // Before the window's own part, which wants to be on screen.
+  connect(&commands_, &MenuCommands::triggered, this, &CirrovaneApp::obey);
   engine_.load(sourceOf("MainWindow.qml"));
   window_ = engine_.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
   if (window_ == nullptr) {
@@ -107,7 +117,9 @@ void CirrovaneApp::makeWindow() {
   if (const auto frame = storedWindowFrame(machine_.userDefaults())) {
     window_->setGeometry(fittedToScreens(*frame, screenAreas()));
   }
-  connect(window_, SIGNAL(quitRequested()), qApp, SLOT(quit()));
+  if (hasCommonMenuBar()) {
+    menuBar_ = makeMenuBar(commands_);
+  }
   connect(window_, &QWindow::visibleChanged, this, [this](bool isVisible) {
     if (!isVisible) {
       rememberFrame();
@@ -128,11 +140,12 @@ void CirrovaneApp::makeIcons() {
     return;
   }
   // A Mac takes the icon of the bundle, which is drawn with a Mac's margins.
-  if (QGuiApplication::platformName() != QLatin1String("cocoa")) {
+  if (!hasCommonMenuBar()) {
     QGuiApplication::setWindowIcon(applicationIcon());
   }
   trayIcon_ = std::make_unique<TrayIcon>(
       snapshot_, [this](const QString& state) { return stateColour(state); }, desktop_);
+  connect(trayIcon_.get(), &TrayIcon::clicked, this, &CirrovaneApp::togglePanel);
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
   connect(trayIcon_.get(), &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
@@ -162,28 +175,88 @@ void CirrovaneApp::rememberFrame() {
   }
 }
 
+void CirrovaneApp::obey(MenuCommands::Command command) {
+  switch (command) {
+    case MenuCommands::Command::checkForUpdates:
+      shell_.checkForUpdates();
+      break;
+    case MenuCommands::Command::releaseNotes:
+      shell_.openReleaseNotes();
+      break;
+    case MenuCommands::Command::quit:
+      QCoreApplication::quit();
+      break;
+    case MenuCommands::Command::rescan:
+      shell_.rescan();
+      break;
+    case MenuCommands::Command::about:
+    case MenuCommands::Command::showWindow:
+    case MenuCommands::Command::terminologyGuide:
+    case MenuCommands::Command::faq:
+      showWindow();
+      break;
+    case MenuCommands::Command::copy:
+    case MenuCommands::Command::selectAll:
+    case MenuCommands::Command::minimize:
+    case MenuCommands::Command::closeWindow:
+      break;
+  }
+}
+
+void CirrovaneApp::bringToFront(QWindow& window) {
+  window.show();
+  window.raise();
+  desktop_.activate();
+  window.requestActivate();
+}
+
 void CirrovaneApp::showWindow() {
   bringToFront(*window_);
+}
+
+void CirrovaneApp::makePanel() {
+  QQmlComponent component(&engine_, sourceOf("MenuBarPanel.qml"));
+  QObject* made =
+      component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
+                                             {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
+  panel_.reset(qobject_cast<QQuickWindow*>(made));
+  if (!panel_) {
+    return;
+  }
+  connect(panel_.get(), &QWindow::visibleChanged, this, &CirrovaneApp::quitIfOutOfReach);
+  connect(panel_.get(), &QWindow::heightChanged, this, &CirrovaneApp::placePanel);
+  connect(panel_.get(), &QWindow::activeChanged, this, [this] {
+    if (panel_->isVisible() && !panel_->isActive()) {
+      panelLeft_.start();
+      panel_->close();
+    }
+  });
 }
 
 void CirrovaneApp::showPanel() {
   makeIcons();
   if (!panel_) {
-    QQmlComponent component(&engine_, sourceOf("MenuBarPanel.qml"));
-    QObject* made =
-        component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
-                                               {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
-    panel_.reset(qobject_cast<QQuickWindow*>(made));
-    if (panel_) {
-      connect(panel_.get(), &QWindow::visibleChanged, this, &CirrovaneApp::quitIfOutOfReach);
-      connect(panel_.get(), &QWindow::heightChanged, this, &CirrovaneApp::placePanel);
-    }
+    makePanel();
   }
-  if (!panel_) {
-    return;
+  if (panel_) {
+    placePanel();
+    bringToFront(*panel_);
   }
-  placePanel();
-  bringToFront(*panel_);
+}
+
+void CirrovaneApp::togglePanel() {
+  const auto sinceItLeft =
+      panelLeft_.isValid() ? std::optional(std::chrono::milliseconds(panelLeft_.elapsed())) : std::nullopt;
+  switch (panelClick(panel_ && panel_->isVisible(), sinceItLeft)) {
+    case PanelClick::shows:
+      showPanel();
+      break;
+    case PanelClick::takesAway:
+      panel_->close();
+      break;
+    case PanelClick::nothing:
+      break;
+  }
 }
 
 void CirrovaneApp::placePanel() {

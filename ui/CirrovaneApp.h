@@ -13,11 +13,14 @@
 #include "platform/qt/QtTimer.h"
 #include "ui/TrayIcon.h"
 #include "ui/viewmodels/AppSettings.h"
+#include "ui/viewmodels/MenuCommands.h"
 #include "ui/viewmodels/PageContext.h"
 #include "ui/viewmodels/ShellViewModel.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 #include "ui/viewmodels/ToolsEnvironment.h"
 
+#include <QElapsedTimer>
+#include <QMenuBar>
 #include <QObject>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -39,6 +42,8 @@ class CirrovaneApp : public QObject {
   void showWindow();
   /// Shows the panel beside the tray icon.
   void showPanel();
+  /// What a click on the tray icon does: shows the panel, or takes it away.
+  void togglePanel();
 
   /// Whether both surfaces could be made.
   bool isComplete() const { return window_ != nullptr; }
@@ -48,6 +53,10 @@ class CirrovaneApp : public QObject {
  private:
   Services makeWindowServices(Machine& machine, NotificationCenter& notificationCenter);
   void makeWindow();
+  void makePanel();
+  void bringToFront(QWindow& window);
+  /// What a command of the menus does beyond the window.
+  void obey(MenuCommands::Command command);
   /// What the window's first picture can do without and would wait for: the application's icon and the one in the tray.
   void makeIcons();
   /// Puts the panel where the icon is, within the screen.
@@ -79,12 +88,18 @@ class CirrovaneApp : public QObject {
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;
+  MenuCommands commands_;
   ToolsEnvironment tools_;
   PageContext pageContext_;
   QQmlApplicationEngine engine_;
   QQuickWindow* window_ = nullptr;
   std::unique_ptr<QQuickWindow> panel_;
+  /// When the panel last went because something else got the keyboard.
+  QElapsedTimer panelLeft_;
   std::unique_ptr<TrayIcon> trayIcon_;
+  /// Where the menus are not in the window.
+  std::unique_ptr<QMenuBar> menuBar_;
+  Subscription watchlistSubscription_;
 };
 
 }  // namespace cirrovane

@@ -6,6 +6,8 @@ namespace cirrovane {
 namespace {
 
 constexpr int kGap = 6;
+/// From a press to its click; nobody clicks again within it.
+constexpr std::chrono::milliseconds kOneClick{250};
 
 }  // namespace
 
@@ -17,6 +19,13 @@ QPoint panelPlace(const QRect& icon, const QSize& panel, const QRect& screen) {
   const int lastX = std::max(screen.left(), screen.right() + 1 - panel.width());
   const int lastY = std::max(screen.top(), screen.bottom() + 1 - panel.height());
   return {std::clamp(x, screen.left(), lastX), std::clamp(y, screen.top(), lastY)};
+}
+
+PanelClick panelClick(bool isVisible, std::optional<std::chrono::milliseconds> sinceItLeft) {
+  if (isVisible) {
+    return PanelClick::takesAway;
+  }
+  return sinceItLeft && *sinceItLeft < kOneClick ? PanelClick::nothing : PanelClick::shows;
 }
 
 }  // namespace cirrovane

@@ -18,7 +18,7 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, const D
   }
   connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
     if (reason != QSystemTrayIcon::Context) {
-      emit panelRequested();
+      emit clicked();
     } else if (icon_.contextMenu() == nullptr) {
       menu_.popup(QCursor::pos());
     }

@@ -26,6 +26,8 @@ class TrayIcon : public QObject {
   QRect geometry() const;
 
  signals:
+  /// A plain click on the icon itself.
+  void clicked();
   void panelRequested();
   void windowRequested();
   void quitRequested();

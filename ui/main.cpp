@@ -5,6 +5,7 @@
 //   ../coordinator    scans and judges (RefreshCycle), does the window's errands (DashboardViewModel)
 
 #include "base/DisplayText.h"
+#include "base/Heaps.h"
 #include "platform/CommandRunner.h"
 #include "platform/Desktop.h"
 #include "platform/qt/SingleInstance.h"
@@ -21,10 +22,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 #include <CLI/CLI.hpp>
 
@@ -69,11 +66,7 @@ const AppTab& firstTab() {
 
 /// Before there is a window or a thread.
 void saveMemory() {
-#ifdef __GLIBC__
-  // Threads that come and go with each scan would leave a heap of their own behind, and a large report holes in it.
-  mallopt(M_ARENA_MAX, 2);
-  mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-#endif
+  limitHeaps();
   // The symbols' shared texture, which is else as large as the window and mostly empty.
   for (const char* side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
     if (!qEnvironmentVariableIsSet(side)) {

@@ -3,7 +3,7 @@
 # The commands below the one that was typed, which is "" at first.
 _cirrovanectl_commands() {
   case $1 in
-    "") echo "check explain refresh watchlist history incidents diagnose status export tools version" ;;
+    "") echo "check watch explain refresh watchlist history incidents diagnose status export tools version" ;;
     watchlist) echo "list add remove" ;;
     incidents) echo "resolve reopen" ;;
     tools) echo "install" ;;
@@ -16,6 +16,7 @@ _cirrovanectl_options() {
   [ -z "$1" ] || options+=" --json"
   case "$1 $2" in
     "check ") options+=" --wait --timeout --interval" ;;
+    "watch ") options+=" --timeout" ;;
     "history ") options+=" --limit" ;;
     "incidents ") options+=" --scope --severity" ;;
   esac
@@ -63,7 +64,7 @@ _cirrovanectl() {
         words="$(_cirrovanectl_commands "$command") $(_cirrovanectl_values "$command")"
       fi
       case "$command $subcommand" in
-        "check " | "watchlist add" | "watchlist remove") files=-d ;;
+        "check " | "watch " | "watchlist add" | "watchlist remove") files=-d ;;
         "export ") [ -n "$argument" ] || files=-f ;;
       esac
       ;;

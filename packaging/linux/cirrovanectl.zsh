@@ -15,6 +15,7 @@ _cirrovanectl() {
     command)
       local -a commands=(
         'check:scan folders and say whether it is safe to close'
+        'watch:say whether it is safe to close, now and at every change'
         'explain:say why the verdict is what it is'
         'refresh:scan, judge the machine, and record both'
         'watchlist:show and change the watched folders'
@@ -31,9 +32,12 @@ _cirrovanectl() {
     argument)
       case $line[1] in
         check)
-          _arguments $everywhere $json '--wait[scan again until it is safe]' \
-            '--timeout[give up after so many seconds]:seconds:' '--interval[seconds between two scans]:seconds:' \
+          _arguments $everywhere $json '--wait[wait until it is safe]' \
+            '--timeout[give up after so many seconds]:seconds:' '--interval[scan everything again so often]:seconds:' \
             '*:folder:_files -/'
+          ;;
+        watch)
+          _arguments $everywhere $json '--timeout[end after so many seconds]:seconds:' '*:folder:_files -/'
           ;;
         watchlist)
           _arguments $everywhere $json '1:command:(list add remove)' '*:folder:_files -/'

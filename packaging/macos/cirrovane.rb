@@ -10,13 +10,14 @@ class Cirrovane < Formula
   depends_on "cli11" => :build
   depends_on "cmake" => :build
   depends_on "ninja" => :build
+  depends_on "fmt" => :build
   depends_on "nlohmann-json" => :build
-  depends_on "fmt"
   depends_on macos: :ventura
   depends_on "qt"
 
   def install
-    system "cmake", "-S", ".", "-B", "build", "-G", "Ninja", *std_cmake_args
+    # With Homebrew's own Qt: a copy of it in here would be a second one, which nobody keeps up to date.
+    system "cmake", "-S", ".", "-B", "build", "-G", "Ninja", "-DCIRROVANE_DEPLOY=OFF", *std_cmake_args
     system "cmake", "--build", "build"
     system "cmake", "--install", "build"
     # The command-line tool is inside the bundle, which knows its own version.

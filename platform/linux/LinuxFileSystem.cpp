@@ -1,48 +1,19 @@
 #include "platform/linux/LinuxFileSystem.h"
 
+#include "base/Path.h"
 #include "platform/linux/macroot/MachineFacts.h"
-#include "platform/linux/walk/ReadAheadWalk.h"
+#include "platform/linux/walk/LinuxWalk.h"
+#include "platform/posix/walk/NamedItems.h"
 
 #include <filesystem>
 #include <sys/statvfs.h>
 #include <system_error>
 #include <unistd.h>
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 namespace cirrovane {
 namespace {
-
-/// The system would take the path to end at a NUL and answer for another item.
-bool isAddressable(const std::string& path) {
-  return path.find('\0') == std::string::npos;
-}
-
-/// Entries of one folder that were asked for by name.
-class NamedItems final : public ItemBatch {
- public:
-  explicit NamedItems(const std::string& folder) : folder_{nullptr, folder} {}
-
-  void read(const std::vector<std::string>& names) {
-    FolderDescriptors descriptors(/*capacity=*/1);
-    const FolderDescriptors::Opened opened = descriptors.open(folder_);
-    if (opened.result != FolderOpening::opened) {
-      return;
-    }
-    const int descriptor = opened.descriptor->get();
-    batch_.takeNames(folder_, descriptor, names);
-    batch_.readValues(descriptor, fmt::format("/proc/self/fd/{}/", descriptor));
-  }
-
-  std::span<const Item> items() const override { return batch_.items(); }
-  std::string folderPath() const override { return batch_.folderPath(); }
-  std::string path(const Item& item) const override { return batch_.path(item); }
-
- private:
-  WalkedFolder folder_;
-  FolderBatch batch_;
-};
 
 VolumeCapacities hostCapacities(const std::string& folder) {
   struct statvfs volume {};
@@ -68,8 +39,6 @@ std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const WalkRequest& reques
     return nullptr;
   }
   WalkOptions options;
-  options.isDeep = request.isDeep;
-  options.observer = request.observer;
   if (!request.isDeep) {
     // One folder of usual size is read sooner than a thread is started.
     options.threadCount = 0;
@@ -77,14 +46,12 @@ std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const WalkRequest& reques
   // The reading threads change their working directory, against which a relative path would lose its meaning.
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
-  return std::make_unique<ReadAheadWalk>(error ? folder : absolute.native(), options);
+  return startLinuxWalk({error ? folder : absolute.native(), request.isDeep, request.observer}, options);
 }
 
 std::unique_ptr<ItemBatch> LinuxFileSystem::readItems(const std::string& folder,
                                                       const std::vector<std::string>& names) const {
-  auto batch = std::make_unique<NamedItems>(folder);
-  batch->read(names);
-  return batch->items().empty() ? nullptr : std::move(batch);
+  return isAddressable(folder) ? readNamedItems(folder, names, *makeLinuxSource()) : nullptr;
 }
 
 VolumeCapacities LinuxFileSystem::volumeCapacities(const std::string& folder) const {

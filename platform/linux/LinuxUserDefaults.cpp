@@ -32,6 +32,9 @@ std::optional<DefaultsValue> LinuxUserDefaults::value(std::string_view key) cons
   if (found->is_boolean()) {
     return DefaultsValue(found->get<bool>());
   }
+  if (found->is_number()) {
+    return DefaultsValue(found->get<double>());
+  }
   if (found->is_string()) {
     return DefaultsValue(found->get<std::string>());
   }

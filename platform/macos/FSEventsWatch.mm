@@ -1,11 +1,12 @@
 #include "platform/macos/FSEventsWatch.h"
 
+#include "base/Path.h"
 #include "platform/macos/DispatchQueue.h"
-#include "platform/macos/FoundationText.h"
+#include "platform/macos/SystemWalkCalls.h"
 #include "platform/macos/WorkspaceNotice.h"
+#include "platform/macos/plain/PackageExtensions.h"
 #include "platform/macos/plain/StreamedWatch.h"
 
-#import <Foundation/Foundation.h>
 #include <chrono>
 #include <cstdlib>
 #include <utility>
@@ -21,11 +22,10 @@ std::string withoutLinks(const std::string& path) {
   return real;
 }
 
+/// As a walk decides it: what the walk enters, the watch may not be blind to.
 bool isPackage(const std::string& path) {
-  NSURL* url = fileURLOf(path, /*isFolder=*/true);
-  NSDictionary<NSURLResourceKey, id>* values = [url resourceValuesForKeys:@[ NSURLIsPackageKey ] error:nil];
-  id value = values[NSURLIsPackageKey];
-  return [value isKindOfClass:[NSNumber class]] && static_cast<NSNumber*>(value).boolValue;
+  const std::string_view extension = packageExtensionOf(lastPathComponent(path));
+  return !extension.empty() && isSystemPackageExtension(extension);
 }
 
 StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {

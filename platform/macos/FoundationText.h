@@ -14,7 +14,10 @@ NSString* _Nullable textOf(std::string_view bytes);
 /// UTF-8; half a character, which Foundation can hold and UTF-8 cannot, is replaced.
 std::string bytesOf(NSString* _Nonnull text);
 
-/// The URL of a file or folder; nil when the path is empty or not UTF-8, and so leads to nothing on a Mac's disk.
-NSURL* _Nullable fileURLOf(std::string_view path, bool isFolder);
+/// The URL of a file or folder, whose name stays as it is stored; nil when the path leads to nothing on a Mac's disk.
+NSURL* _Nullable fileURLOf(const std::string& path, bool isFolder);
+
+/// The path of a file's URL, as it is stored.
+std::string pathOf(NSURL* _Nonnull url);
 
 }  // namespace cirrovane

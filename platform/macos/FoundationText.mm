@@ -1,5 +1,7 @@
 #include "platform/macos/FoundationText.h"
 
+#include "base/Path.h"
+
 namespace cirrovane {
 
 NSString* textOf(std::string_view bytes) {
@@ -12,11 +14,16 @@ std::string bytesOf(NSString* text) {
                                         : std::string();
 }
 
-NSURL* fileURLOf(std::string_view path, bool isFolder) {
-  // A NUL would end the path early and lead to another item.
-  const bool isAddressable = !path.empty() && path.find('\0') == std::string_view::npos;
-  NSString* text = isAddressable ? textOf(path) : nil;
-  return text != nil ? [NSURL fileURLWithPath:text isDirectory:isFolder] : nil;
+NSURL* fileURLOf(const std::string& path, bool isFolder) {
+  if (path.empty() || !isAddressable(path)) {
+    return nil;
+  }
+  // By its bytes: a URL that is made of a text takes names apart into letters and accents.
+  return [NSURL fileURLWithFileSystemRepresentation:path.c_str() isDirectory:isFolder relativeToURL:nil];
+}
+
+std::string pathOf(NSURL* url) {
+  return url.fileSystemRepresentation;
 }
 
 }  // namespace cirrovane

@@ -9,10 +9,13 @@ namespace cirrovane {
 std::string MacBundle::location() const {
   @autoreleasepool {
     NSBundle* bundle = NSBundle.mainBundle;
-    NSString* path = bundle.bundleURL.path;
+    std::string path = pathOf(bundle.bundleURL);
+    if (path.ends_with(".app")) {
+      return path;
+    }
     // A bare executable's "bundle" is the folder that it lies in.
-    NSString* location = [path hasSuffix:@".app"] ? path : bundle.executablePath;
-    return location != nil ? bytesOf(location) : std::string();
+    NSURL* executable = bundle.executableURL;
+    return executable != nil ? pathOf(executable) : std::string();
   }
 }
 

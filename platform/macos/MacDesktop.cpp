@@ -1,9 +1,11 @@
 #include "platform/Desktop.h"
+#include "platform/macos/ApplicationActivation.h"
 #include "platform/macos/MacMotionPreference.h"
 #include "platform/macos/MacNotificationCenter.h"
 #include "platform/macos/MacSymbolSource.h"
 #include "platform/macos/MacWorkspace.h"
 #include "platform/macos/StandardUpdater.h"
+#include "platform/macos/WatchingActivity.h"
 #include "platform/macos/WorkspaceNotice.h"
 
 #include <optional>
@@ -23,6 +25,14 @@ class MacDesktop final : public Desktop {
   void onWake(std::function<void()> woke) override {
     wakeNotice_.emplace(WorkspaceNotice::Event::machineWoke, std::move(woke));
   }
+  void activate() override { activateApplication(); }
+  void setWatching(bool isWatching) override {
+    if (!isWatching) {
+      activity_.reset();
+    } else if (!activity_) {
+      activity_.emplace();
+    }
+  }
   Workspace& workspace() override { return workspace_; }
   MotionPreference* motionPreference() override { return &motionPreference_; }
   const SymbolSource* symbolSource() const override { return &symbolSource_; }
@@ -36,6 +46,7 @@ class MacDesktop final : public Desktop {
   MacMotionPreference motionPreference_;
   MacSymbolSource symbolSource_;
   std::optional<WorkspaceNotice> wakeNotice_;
+  std::optional<WatchingActivity> activity_;
 };
 
 }  // namespace

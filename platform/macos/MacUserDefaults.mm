@@ -34,6 +34,9 @@ std::optional<DefaultsValue> MacUserDefaults::value(std::string_view key) const 
     if (isTruthValue(object)) {
       return DefaultsValue(static_cast<bool>([static_cast<NSNumber*>(object) boolValue]));
     }
+    if ([object isKindOfClass:[NSNumber class]]) {
+      return DefaultsValue([static_cast<NSNumber*>(object) doubleValue]);
+    }
     if ([object isKindOfClass:[NSString class]]) {
       return DefaultsValue(bytesOf(static_cast<NSString*>(object)));
     }

@@ -16,11 +16,13 @@
 namespace cirrovane {
 namespace {
 
-/// A signal's handler is a plain function, and can reach what it ends in no other way.
-std::atomic<EventLoop*> loopToQuit{nullptr};
-
 constexpr std::array kQuittingSignals = {SIGINT, SIGTERM};
+
+// A signal's handler is a plain function, and can reach what it ends in no other way.
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
+std::atomic<EventLoop*> loopToQuit{nullptr};
 std::array<struct sigaction, kQuittingSignals.size()> formerActions;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 void quitLoop(int /*signal*/) {
   if (EventLoop* loop = loopToQuit.load()) {
@@ -28,7 +30,7 @@ void quitLoop(int /*signal*/) {
   }
 }
 
-std::array<FileDescriptor, 2> makePipe() {
+std::array<FileDescriptor, 2> makeWakingPipe() {
   std::array<int, 2> ends{-1, -1};
   if (pipe(ends.data()) != 0) {
     throw std::runtime_error("No pipe can be made.");
@@ -70,11 +72,7 @@ class EventLoop::LoopAlarm final : public Alarm {
   std::function<void()> ring_;
 };
 
-EventLoop::EventLoop(const MonotonicClock& clock) : clock_(clock) {
-  auto [reader, writer] = makePipe();
-  wakeReader_ = std::move(reader);
-  wakeWriter_ = std::move(writer);
-}
+EventLoop::EventLoop(const MonotonicClock& clock) : clock_(clock), wakeUp_(makeWakingPipe()) {}
 
 EventLoop::~EventLoop() = default;
 
@@ -87,14 +85,14 @@ void EventLoop::post(std::function<void()> task) {
   }
   if (isFirst) {
     // A full pipe wakes the loop as well.
-    [[maybe_unused]] const ssize_t written = write(wakeWriter_.get(), "", 1);
+    [[maybe_unused]] const ssize_t written = write(wakeUp_.back().get(), "", 1);
   }
 }
 
 void EventLoop::quit() {
   const int before = errno;
   isQuitting_ = true;
-  [[maybe_unused]] const ssize_t written = write(wakeWriter_.get(), "", 1);
+  [[maybe_unused]] const ssize_t written = write(wakeUp_.back().get(), "", 1);
   errno = before;
 }
 
@@ -136,16 +134,19 @@ void EventLoop::ringAlarms() {
 }
 
 void EventLoop::wait() {
-  std::vector<pollfd> polled{{wakeReader_.get(), POLLIN, 0}};
+  std::vector<pollfd> polled{{wakeUp_.front().get(), POLLIN, 0}};
+  // Counted in poll's own type, which differs between the systems.
+  nfds_t count = 1;
   for (const Watched& watched : watched_) {
     polled.push_back({watched.descriptor, watched.events, 0});
+    ++count;
   }
-  if (poll(polled.data(), polled.size(), timeout()) <= 0) {
+  if (poll(polled.data(), count, timeout()) <= 0) {
     return;
   }
   if (polled[0].revents != 0) {
     std::array<std::byte, 64> bytes{};
-    while (read(wakeReader_.get(), bytes.data(), bytes.size()) > 0) {
+    while (read(wakeUp_.front().get(), bytes.data(), bytes.size()) > 0) {
     }
   }
   std::vector<std::function<void()>> told;

@@ -5,6 +5,7 @@
 #include "platform/Clock.h"
 #include "platform/Executor.h"
 
+#include <array>
 #include <atomic>
 #include <deque>
 #include <functional>
@@ -59,8 +60,8 @@ class EventLoop final : public Executor {
   int timeout() const;
 
   const MonotonicClock& clock_;
-  FileDescriptor wakeReader_;
-  FileDescriptor wakeWriter_;
+  /// A pipe: its end to read from, and the one to write to.
+  std::array<FileDescriptor, 2> wakeUp_;
   mutable std::mutex mutex_;
   std::deque<std::function<void()>> tasks_;
   std::atomic<bool> isQuitting_ = false;

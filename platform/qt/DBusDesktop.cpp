@@ -22,6 +22,9 @@ class DBusDesktop final : public Desktop {
     notificationCenter_.onActivated(std::move(activated));
   }
   void onWake(std::function<void()> woke) override { wakeTimer_.emplace(std::move(woke)); }
+  // The window manager does it with the window, and slows no program's timers.
+  void activate() override {}
+  void setWatching(bool /*isWatching*/) override {}
   Workspace& workspace() override { return workspace_; }
   MotionPreference* motionPreference() override { return nullptr; }
   const SymbolSource* symbolSource() const override { return nullptr; }

@@ -5,6 +5,9 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
+#include <array>
+#include <climits>
+#include <cstddef>
 #include <filesystem>
 #include <sys/file.h>
 #include <system_error>
@@ -22,7 +25,11 @@ constexpr unsigned long kPauseMilliseconds = 10;
 /// The folder that only this user may enter; empty when there is none.
 QString usualFolder() {
 #ifdef Q_OS_MACOS
-  return QStandardPaths::writableLocation(QStandardPaths::TempLocation);
+  // The system cleans the temporary folder of what nobody has used for days, and a lock is used by nobody. This one
+  // lies beside it, is left alone, and its path is short enough for a socket.
+  std::array<char, PATH_MAX> folder{};
+  const std::size_t size = ::confstr(_CS_DARWIN_USER_DIR, folder.data(), folder.size());
+  return size > 0 && size <= folder.size() ? QString::fromUtf8(folder.data()) : QString();
 #else
   return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
 #endif

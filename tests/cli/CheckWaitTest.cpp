@@ -1,6 +1,7 @@
 #include "tests/cli/Program.h"
 
 #include <array>
+#include <chrono>
 #include <fcntl.h>
 #include <string>
 #include <unistd.h>
@@ -49,6 +50,20 @@ TEST_F(CheckWait, treeThatTurnsSafeMeanwhile_endsWithStatus0) {
   EXPECT_EQ(program.exitStatus(), 0);
   const auto report = parsed(readFile(output / "out"));
   EXPECT_EQ(report["safeToClose"], true);
+}
+
+TEST_F(CheckWait, fileThatIsUploaded_endsItWithinASecondWithoutAnInterval) {
+  const std::string path = mac_.addFile("pending", "isUploaded=false");
+  mac_.addFile("clean");
+  Terminal terminal;
+  RunningProgram program(arguments({}), terminal.programEnd(), terminal.programEnd());
+  terminal.closeProgramEnd();
+  terminal.waitFor("Not safe yet. ");
+  const auto uploaded = std::chrono::steady_clock::now();
+  setICloudAttribute(path, "isUploaded=true");
+  EXPECT_EQ(program.exitStatus(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - uploaded, std::chrono::seconds(1));
+  EXPECT_THAT(terminal.wholeText(), HasSubstr("SAFE TO CLOSE"));
 }
 
 TEST_F(CheckWait, missingFolder_isWaitedForToo) {

@@ -70,6 +70,10 @@ std::string MacTree::addFile(const std::string& name, const std::string& state) 
 
 RunningProgram::RunningProgram(const std::vector<std::string>& arguments, int out, int err,
                                const std::map<std::string, std::string>& environment)
+    : RunningProgram(kProgram, arguments, out, err, environment) {}
+
+RunningProgram::RunningProgram(const std::string& program, const std::vector<std::string>& arguments, int out, int err,
+                               const std::map<std::string, std::string>& environment)
     : process_(fork()) {
   if (process_ < 0) {
     throw std::runtime_error("no child process");
@@ -82,12 +86,12 @@ RunningProgram::RunningProgram(const std::vector<std::string>& arguments, int ou
   for (const auto& [name, value] : environment) {
     setenv(name.c_str(), value.c_str(), 1);
   }
-  std::vector<char*> argv{const_cast<char*>(kProgram.c_str())};
+  std::vector<char*> argv{const_cast<char*>(program.c_str())};
   for (const std::string& argument : arguments) {
     argv.push_back(const_cast<char*>(argument.c_str()));
   }
   argv.push_back(nullptr);
-  execv(kProgram.c_str(), argv.data());
+  execv(program.c_str(), argv.data());
   _exit(127);
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/FileDescriptor.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <map>
@@ -57,6 +58,9 @@ class RunningProgram {
  public:
   /// Starts it with these descriptors as standard output and standard error.
   RunningProgram(const std::vector<std::string>& arguments, int out, int err,
+                 const std::map<std::string, std::string>& environment = {});
+  /// The same with another program, by its path.
+  RunningProgram(const std::string& program, const std::vector<std::string>& arguments, int out, int err,
                  const std::map<std::string, std::string>& environment = {});
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;

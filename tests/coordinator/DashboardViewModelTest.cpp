@@ -368,7 +368,7 @@ TEST_F(Dashboard, previousVerdictNeverWritten_isUnknown) {
 }
 
 TEST_F(Dashboard, previousVerdictThatIsNoTruthValue_isUnknown) {
-  for (const DefaultsValue& value : {DefaultsValue("true"), DefaultsValue(OtherDefaultsValue())}) {
+  for (const DefaultsValue& value : {DefaultsValue("true"), DefaultsValue(1.0), DefaultsValue(OtherDefaultsValue())}) {
     setLastKnown(value);
     makeUnsafe();
     cycle();

@@ -277,6 +277,14 @@ TEST_F(GuardrailNotificationsAcrossLaunches, eachChange_isToldOnce) {
   EXPECT_EQ(lastKnown(), false);
 }
 
+TEST_F(GuardrailNotificationsAcrossLaunches, switchStoredAsANumber_isObeyed) {
+  writeFile(root_.userDefaultsPath(), R"({"guardrailNotificationsEnabled": 1, "lastKnownSafeToClose": false})");
+  EXPECT_THAT(launch(true), ElementsAre("Cirrovane is now safe"));
+  writeFile(root_.userDefaultsPath(), R"({"guardrailNotificationsEnabled": 0, "lastKnownSafeToClose": false})");
+  EXPECT_THAT(launch(true), IsEmpty());
+  EXPECT_EQ(lastKnown(), false);
+}
+
 TEST_F(GuardrailNotificationsAcrossLaunches, switchedOnAgain_judgesByTheVerdictFromBefore) {
   launch(true);
   setEnabled(false);

@@ -1,6 +1,7 @@
 #include "tests/coordinator/LiveFixture.h"
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@ namespace cirrovane::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -288,6 +290,29 @@ TEST_F(LiveVerdictTest, whileNo_blockersAreReadAgainEveryFiveSeconds) {
   EXPECT_FALSE(isSafe());
   pass(2s);
   EXPECT_TRUE(isSafe());
+}
+
+TEST_F(LiveVerdictTest, blockersReadAgain_takeAlongWhatWasTold) {
+  tree_.makeFile(kWork + "/b.txt", values(false));
+  tree_.makeFile(kWork + "/c.txt", values(true));
+  begin();
+  changeAndRun(false);
+  pass(4950ms);
+  watch_->tell(kWork, "a.txt");
+  runAll();
+  std::vector<std::int64_t> pending;
+  const Subscription subscription =
+      live_->report().afterChange([&](const auto&) { pending.push_back(report().metrics.pendingUploads); });
+  // One is uploaded and another saved, both too soon after the last reading to be read at once.
+  change(true);
+  tree_.setValues(kWork + "/c.txt", values(false));
+  watch_->tell(kWork, "c.txt");
+  main_.runAll();
+  EXPECT_THAT(pending, IsEmpty());
+  pass(60ms);
+  EXPECT_THAT(pending, Each(2));
+  EXPECT_EQ(report().metrics.pendingUploads, 2);
+  EXPECT_EQ(report().blockers.size(), 2U);
 }
 
 // Losses

@@ -5,6 +5,7 @@
 #include "tests/support/FakePanels.h"
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWorkspace.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/ManualTimer.h"
 #include "tests/support/TemporaryFolder.h"
 

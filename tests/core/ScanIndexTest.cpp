@@ -267,6 +267,22 @@ TEST_F(ScanIndexOverATree, update_ofAFolderWithoutMeansToOpenIt_isNotSafe) {
   EXPECT_TRUE(index.report().safeToClose);
 }
 
+TEST_F(ScanIndexOverATree, update_ofMostFilesOfALargeTree_walksItOnce) {
+  tree.makeFolder(work + "/C");
+  for (int file = 0; file < 3'000; ++file) {
+    tree.makeFile(work + "/C/" + std::to_string(file), clean());
+  }
+  ScanIndex index = scan();
+  tree.setValues(work + "/C/7", pending());
+  std::size_t listings = tree.listingCount();
+  index.update(std::vector<FolderChange>{{work + "/C", "7"}});
+  EXPECT_EQ(tree.listingCount(), listings + 5);
+  expectAgreement(index);
+  listings = tree.listingCount();
+  index.update(std::vector<FolderChange>{{work + "/A", "one.txt"}});
+  EXPECT_EQ(tree.listingCount(), listings + 1);
+}
+
 TEST_F(ScanIndexOverATree, update_tellsTheObserverOfWhatItLists) {
   ScanIndex index = scan();
   tree.makeFolder(work + "/New");

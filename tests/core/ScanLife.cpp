@@ -109,6 +109,38 @@ std::optional<FakeValues> ScanLife::anyValues() {
   return values;
 }
 
+std::optional<FakeValues> ScanLife::otherValues(const std::string& path) {
+  std::optional<FakeValues> values = place_.tree.valuesOf(path);
+  const std::optional<FakeValues> others = anyValues();
+  if (!values || !others || oneIn(4)) {
+    return others;
+  }
+  switch (below(7)) {
+    case 0:
+      values->isUploading = !values->isUploading.value_or(false);
+      break;
+    case 1:
+      values->isUploaded = !values->isUploaded.value_or(true);
+      break;
+    case 2:
+      values->hasUnresolvedConflicts = others->hasUnresolvedConflicts;
+      break;
+    case 3:
+      values->downloadingStatus = others->downloadingStatus;
+      break;
+    case 4:
+      values->uploadingError = others->uploadingError;
+      break;
+    case 5:
+      values->downloadingError = values->downloadingError ? std::nullopt : std::optional<std::string>("Not found.");
+      break;
+    default:
+      values->contentModificationDate = others->contentModificationDate;
+      break;
+  }
+  return values;
+}
+
 void ScanLife::grow(const std::string& folder, std::size_t depth) {
   for (std::size_t count = 1 + below(4); count > 0; --count) {
     const std::string path = folder + "/" + anyName();
@@ -136,7 +168,9 @@ void ScanLife::happen() {
     case 5:
     case 6:
     case 7:
-      tree.setValues(anyPath(), anyValues());
+      if (const std::string path = anyPath(); tree.isFile(path)) {
+        tree.setValues(path, otherValues(path));
+      }
       return;
     case 8:
       tree.makeFolder(newPath());
@@ -220,7 +254,7 @@ void ScanLife::changeUntold() {
   }
   const FolderChange& one = pick(blocked);
   const std::optional<std::string> path = place_.tree.resolved(one.folder + "/" + one.item);
-  if (path && place_.tree.setValues(*path, anyValues())) {
+  if (path && place_.tree.setValues(*path, otherValues(*path))) {
     ++tally_.blocked;
     place_.changes.take();
     apply(index_->readBlockedAgain(10 * kMostItems, &place_.changes.listings()));

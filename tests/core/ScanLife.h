@@ -70,6 +70,8 @@ class ScanLife {
   std::string newPath() { return anyFolder() + "/" + anyName(); }
   std::optional<Time> anyDate();
   std::optional<FakeValues> anyValues();
+  /// Other values for a file, which mostly differ in one thing.
+  std::optional<FakeValues> otherValues(const std::string& path);
 
   void grow(const std::string& folder, std::size_t depth);
   void happen();

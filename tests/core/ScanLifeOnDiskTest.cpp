@@ -1,15 +1,22 @@
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/watch/InotifyWatch.h"
 #include "tests/core/ScanLife.h"
 #include "tests/core/ScanLives.h"
 #include "tests/support/FakeTree.h"
+#include "tests/support/ICloudAttribute.h"
+#include "tests/support/NotedFolderNews.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -72,25 +79,66 @@ class DiskMirror final : public TreeMirror {
   }
 };
 
+/// What this system tells of the disk.
+class SystemWatch final : public ChangeSource {
+ public:
+  void start(const std::vector<std::string>& folders) override {
+    noted_.take();
+    watch_.start(folders);
+    EXPECT_TRUE(noted_.waitUntil([](const auto& news) { return !news.standings.empty(); }));
+  }
+  ListingObserver& listings() override { return watch_.listings(); }
+  void forget(const std::string& folder) override { watch_.forget(folder); }
+  std::optional<std::vector<FolderChange>> take() override {
+    watch_.prove();
+    EXPECT_TRUE(noted_.waitUntil([](const auto& news) { return news.proofs > 0; }));
+    NotedFolderNews::News news = noted_.take();
+    return news.losses.empty() ? std::optional(std::move(news.changes)) : std::nullopt;
+  }
+
+ private:
+  NotedFolderNews noted_;
+  InotifyWatch watch_{noted_};
+};
+
+/// A life on a disk of its own, beside the tree that it mirrors.
+bool liveOnDisk(const std::function<bool(FakeTree& tree, const FileSystem& files, const std::string& home)>& live) {
+  const TemporaryFolder folder(CIRROVANE_TEST_DIR);
+  const MacRoot root = *MacRoot::open(folder.path());
+  const LinuxFileSystem fileSystem(root);
+  const std::string home = folder / "Library/Mobile Documents/com~apple~CloudDocs/Documents";
+  FakeTree tree;
+  for (std::size_t end = home.find('/', 1); end != std::string::npos; end = home.find('/', end + 1)) {
+    tree.makeFolder(home.substr(0, end));
+  }
+  tree.makeFolder(home);
+  makeFolder(home);
+  DiskMirror mirror;
+  tree.setMirror(&mirror);
+  return live(tree, fileSystem, home);
+}
+
 TEST(ScanLifeOnDisk, toldByTheTest_agreesWithAFullScan) {
   liveLives(/*usualSteps=*/750, [](std::uint32_t seed, std::size_t steps, ScanLife::Tally& tally) {
-    const TemporaryFolder folder(CIRROVANE_TEST_DIR);
-    const MacRoot root = *MacRoot::open(folder.path());
-    const LinuxFileSystem fileSystem(root);
-    const std::string home = folder / "Library/Mobile Documents/com~apple~CloudDocs/Documents";
-    FakeTree tree;
-    for (std::size_t end = home.find('/', 1); end != std::string::npos; end = home.find('/', end + 1)) {
-      tree.makeFolder(home.substr(0, end));
-    }
-    tree.makeFolder(home);
-    makeFolder(home);
-    DiskMirror mirror;
-    tree.setMirror(&mirror);
-    FakeTreeWatch watch(tree);
-    ScanLife life({tree, fileSystem, watch, home, true, [&] { return watch.held(); }}, seed);
-    const bool hasLived = life.live(steps);
-    tally = life.tally();
-    return hasLived;
+    return liveOnDisk([&](FakeTree& tree, const FileSystem& files, const std::string& home) {
+      FakeTreeWatch watch(tree);
+      ScanLife life({tree, files, watch, home, true, [&] { return watch.held(); }}, seed);
+      const bool hasLived = life.live(steps);
+      tally = life.tally();
+      return hasLived;
+    });
+  });
+}
+
+TEST(ScanLifeOnDisk, toldByTheSystem_agreesWithAFullScan) {
+  liveLives(/*usualSteps=*/750, [](std::uint32_t seed, std::size_t steps, ScanLife::Tally& tally) {
+    return liveOnDisk([&](FakeTree& tree, const FileSystem& files, const std::string& home) {
+      SystemWatch watch;
+      ScanLife life({tree, files, watch, home, true, nullptr}, seed);
+      const bool hasLived = life.live(steps);
+      tally = life.tally();
+      return hasLived;
+    });
   });
 }
 

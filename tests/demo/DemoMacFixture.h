@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <map>

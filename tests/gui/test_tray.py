@@ -78,10 +78,14 @@ def test_icon_applicationQuits_goesFromTheTray(launch, desktop):
     wait_until(lambda: not desktop.tray_icons(), "the icon to go")
 
 
-def open_by_click(application, desktop):
-    icon = application.wait_until(desktop.tray_icons, "the icon in the tray")[0]
-    x, y, width, height = desktop.geometry(icon)
+def click_icon(desktop):
+    x, y, width, height = desktop.geometry(desktop.tray_icons()[0])
     desktop.click(x + width // 2, y + height // 2)
+
+
+def open_by_click(application, desktop):
+    application.wait_until(desktop.tray_icons, "the icon in the tray")
+    click_icon(desktop)
     return application.wait_for_window(PANEL_WIDTH)
 
 
@@ -102,6 +106,15 @@ def test_icon_clicked_opensThePanelBesideIt(launch, desktop):
     expect_beside_icon(desktop, panel)
     application.keys("Escape")
     application.wait_until(lambda: len(application.windows()) == 1, "Escape to close the panel")
+
+
+def test_icon_clickedAgain_takesThePanelAway(launch, desktop):
+    application = launch().ready()
+    for _ in range(2):
+        panel = open_by_click(application, desktop)
+        application.wait_until(lambda: desktop.active_window() == panel.id, "the panel to have the keyboard")
+        click_icon(desktop)
+        application.wait_until(lambda: len(application.windows()) == 1, "the second click to take the panel away")
 
 
 def test_panelAtTheStart_isAtTheRightEdgeEvenBeforeTheTrayHasTheIcon(launch, desktop):

@@ -26,8 +26,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 COMPILER = "clang++-16"
 TARGET = "arm64-apple-macos13"
 # What a Mac builds. The sources of the folders below use no header that the prelude could not read first.
-PATTERNS = ("platform/*.cpp", "platform/posix/*.cpp", "platform/macos/*.cpp", "platform/macos/plain/*.cpp",
-            "platform/macos/*.mm")
+PATTERNS = ("platform/*.cpp", "platform/posix/*.cpp", "platform/posix/walk/*.cpp", "platform/macos/*.cpp",
+            "platform/macos/plain/*.cpp", "platform/macos/*.mm")
 # What it builds besides, with libraries that take minutes to read.
 SHARED_PATTERNS = ("base/*.cpp", "core/*.cpp", "diagnostics/*.cpp", "stores/*.cpp", "coordinator/*.cpp", "cli/*.cpp")
 ANGLED = re.compile(r"^\s*#\s*(?:include|import)\s*<([^>]+)>", re.MULTILINE)

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Proves that type_check.py sees mistakes: each is planted in a copy, and the check has to name it.
+"""Proves that type_check.py and facts_check.py see mistakes: each is planted in a copy, and the check has to name it.
 
 A mistake is planted by a replacement in one file; one that finds nothing to replace fails, lest a test go blind when
 the sources change.
@@ -85,25 +85,67 @@ class TypeCheckTest(unittest.TestCase):
                     "virtual bool exists(const std::string& path) = 0;"))
         self.assert_found("platform/macos/MacFileSystem.mm", "marked 'override' hides virtual member function")
 
-    def test_path_of_url_without_one(self):
-        self.plant("platform/macos/MacFileSystem.mm",
-                   ("path != nil ? std::optional(bytesOf(path)) : std::nullopt;\n}\n\nListingError",
-                    "std::optional(bytesOf(path));\n}\n\nListingError"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "to a callee that requires a non-null")
+    def test_executable_that_may_have_no_url(self):
+        self.plant("platform/macos/MacBundle.mm",
+                   ("executable != nil ? pathOf(executable) : std::string()", "pathOf(executable)"))
+        self.assert_found("platform/macos/MacBundle.mm", "to a callee that requires a non-null")
 
-    def test_item_of_error_that_may_be_of_any_class(self):
-        self.plant("platform/macos/MacFileSystem.mm",
-                   ("checked<NSURL>(told[NSURLErrorKey], [NSURL class])",
-                    "checked<NSString>(told[NSURLErrorKey], [NSURL class])"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "NSURL * _Nullable")
+    def test_cloud_asked_about_item_without_url(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("      if (url == nil) {\n        return false;\n      }\n", ""))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "to a callee that requires a non-null")
+
+    def test_refused_answer_of_cloud_taken_for_empty_one(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("      if (values == nil) {\n        return false;\n      }\n", ""))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "to a callee that requires a non-null")
+
+    def test_refusal_of_cloud_that_nobody_is_told_of(self):
+        self.plant("platform/macos/plain/MacWalk.cpp",
+                   ("      if (!isRead) {\n        item.values.reset();\n      }\n", ""))
+        self.assert_found("platform/macos/plain/MacWalk.cpp", "unused variable 'isRead'")
+
+    def test_extension_that_is_no_text(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil",
+                    "[UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory]"))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "to a callee that requires a non-null")
+
+    def test_url_made_of_text(self):
+        self.plant("platform/macos/FoundationText.mm",
+                   ("fileURLWithFileSystemRepresentation:path.c_str() isDirectory:isFolder relativeToURL:nil]",
+                    "fileURLWithPath:textOf(path) isDirectory:isFolder]"))
+        self.assert_found("platform/macos/FoundationText.mm", "no known class method for selector 'fileURLWithPath:")
+
+    def test_value_of_another_class(self):
+        self.plant("platform/macos/SystemWalkCalls.mm",
+                   ("checked<NSError>(values_[foundationKey(key)], [NSError class])",
+                    "checked<NSString>(values_[foundationKey(key)], [NSString class])"))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "cannot initialize a variable of type 'NSError *")
 
     def test_walk_that_does_not_tell_how_it_ended(self):
-        self.plant("platform/macos/plain/RefusedWalk.h", ("  bool isComplete() const override { return false; }\n", ""))
-        self.assert_found("platform/macos/plain/RootProbe.cpp", "unimplemented pure virtual method 'isComplete' in 'RefusedWalk'")
+        self.plant("platform/posix/walk/ReadAheadWalk.h", ("  bool isComplete() const override;\n", ""))
+        self.assert_found("platform/macos/plain/MacWalk.cpp", "unimplemented pure virtual method 'isComplete'")
+
+    def test_reader_that_does_not_tell_refusal_from_dataless(self):
+        self.plant("platform/macos/plain/MacWalk.cpp",
+                   ("  Listing afterOpeningFailed(int error) const override { return whatIsMissed(error); }\n", ""))
+        self.assert_found("platform/macos/plain/MacWalk.cpp",
+                          "unimplemented pure virtual method 'afterOpeningFailed'")
+
+    def test_end_of_listing_that_nobody_weighs(self):
+        self.plant("platform/posix/walk/ReadAheadWalk.cpp", ("    case Listing::failed:\n", ""))
+        self.assert_found("platform/posix/walk/ReadAheadWalk.cpp", "enumeration value 'failed' not handled in switch")
+
+    def test_number_of_attribute_that_is_not_the_kernels(self):
+        self.plant("platform/macos/plain/PackedEntry.h",
+                   ("kFlagsAttribute = 0x00040000", "kFlagsAttribute = 0x00080000"))
+        self.assert_found("platform/macos/SystemListing.cpp", "static assertion failed")
 
     def test_enumeration_that_grew(self):
-        self.plant("platform/macos/plain/ResourceDictionary.h", ("  isRegularFile,\n", "  isRegularFile,\n  isAlias,\n"))
-        self.assert_found("platform/macos/MacFileSystem.mm", "enumeration value 'isAlias' not handled in switch")
+        self.plant("platform/macos/plain/ResourceDictionary.h",
+                   ("  isUbiquitousItem,\n  ubi", "  isUbiquitousItem,\n  isAlias,\n  ubi"))
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "enumeration value 'isAlias' not handled in switch")
 
     def test_leaked_power_source_blob(self):
         self.plant("platform/macos/MacSystemInformation.mm",
@@ -123,16 +165,53 @@ class TypeCheckTest(unittest.TestCase):
                    ("(__bridge NSDictionary<NSString*, id>*)description", "(NSDictionary<NSString*, id>*)description"))
         self.assert_found("platform/macos/MacSystemInformation.mm", "requires a bridged cast")
 
+    def declare(self, path: str, right: str, wrong: str):
+        """Changes a declaration of Apple's interfaces."""
+        header = self.sdk / path
+        text = header.read_text(encoding="utf-8")
+        self.assertIn(right, text)
+        header.write_text(text.replace(right, wrong), encoding="utf-8")
+
+    def assert_differs(self, difference: str):
+        """That the declarations, as they were changed, no longer agree with what is known of them."""
+        result = subprocess.run([sys.executable, str(HERE / "facts_check.py"), "--sdk", str(self.sdk)],
+                                capture_output=True, text=True, check=False)
+        self.assertEqual(result.returncode, 1, result.stdout + result.stderr)
+        self.assertIn(difference, result.stdout)
+        print(difference)
+
     def test_unguarded_newer_interface(self):
         # The same declaration, as if the interface had come with a later system than the oldest one supported.
-        header = self.sdk / "Foundation" / "Foundation.h"
-        text = header.read_text(encoding="utf-8")
-        right = "lowPowerModeEnabled SDK_SINCE(12.0)"
-        self.assertIn(right, text)
-        header.write_text(text.replace(right, "lowPowerModeEnabled SDK_SINCE(14.0)"), encoding="utf-8")
+        self.declare("Foundation/Foundation.h", "lowPowerModeEnabled SDK_SINCE(12.0)",
+                     "lowPowerModeEnabled SDK_SINCE(14.0)")
         self.assert_found("platform/macos/MacSystemInformation.mm",
                           "'isLowPowerModeEnabled' is only available on macOS 14.0 or newer")
 
+    def test_path_that_the_system_would_decompose(self):
+        self.plant("platform/macos/MacWorkspace.mm", ("[NSURL URLWithString:text]", "[NSURL fileURLWithPath:text]"))
+        self.assert_found("platform/macos/MacWorkspace.mm", "no known class method for selector 'fileURLWithPath:'")
+
+    def test_declaration_that_denies_nil(self):
+        self.declare("Foundation/Foundation.h", "- (nullable NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys",
+                     "- (NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys")
+        self.assert_differs("NSURL -resourceValuesForKeys:error:: declared nonnull nonnull nullable, but is nullable")
+
+    def test_declaration_that_allows_nil(self):
+        self.declare("Foundation/Foundation.h", "- (nullable id)objectForKey:(NSString*)defaultName",
+                     "- (nullable id)objectForKey:(nullable NSString*)defaultName")
+        self.assert_differs("NSUserDefaults -objectForKey:: declared nullable nullable, but is nullable nonnull")
+
+    def test_declaration_of_another_system(self):
+        self.declare("Foundation/Foundation.h", "SDK_SINCE(12.0)", "SDK_SINCE(11.0)")
+        self.assert_differs("NSProcessInfo -isLowPowerModeEnabled: declared since 11.0, but is there since 12.0")
+
+    def test_declaration_that_nobody_looked_up(self):
+        self.declare("AppKit/AppKit.h", "- (BOOL)openURL:(NSURL*)url;", "- (BOOL)openFile:(NSString*)path;")
+        self.assert_differs("NSWorkspace -openFile:: declared, but not in the table")
+
+    def test_fact_that_nobody_declares(self):
+        self.declare("AppKit/AppKit.h", "- (BOOL)openURL:(NSURL*)url;", "")
+        self.assert_differs("NSWorkspace -openURL:: in the table, but not declared")
 
     def test_callback_of_another_signature(self):
         self.plant("platform/macos/DispatchQueue.mm", ("std::size_t count, void* paths,", "int count, void* paths,"))
@@ -150,6 +229,26 @@ class TypeCheckTest(unittest.TestCase):
     def test_watch_that_does_not_prove(self):
         self.plant("platform/macos/FSEventsWatch.mm", ("  void prove() override { watch_.prove(); }\n", ""))
         self.assert_found("platform/macos/FSEventsWatch.mm", "unimplemented pure virtual method 'prove' in 'FSEventsWatch'")
+
+    # Planted in what keeps the application awake and in front
+
+    def test_end_of_activity_without_one(self):
+        self.plant("platform/macos/WatchingActivity.mm", ("endActivity:token_->activity", "endActivity:nil"))
+        self.assert_found("platform/macos/WatchingActivity.mm", "to a callee that requires a non-null argument")
+
+    def test_activation_newer_than_oldest_system(self):
+        header = self.sdk / "AppKit" / "AppKit.h"
+        text = header.read_text(encoding="utf-8")
+        right = "- (void)activateIgnoringOtherApps:(BOOL)flag;"
+        self.assertIn(right, text)
+        header.write_text(text.replace(right, f"{right}\n- (void)activate SDK_SINCE(14.0);"), encoding="utf-8")
+        self.plant("platform/macos/ApplicationActivation.mm", (" activateIgnoringOtherApps:YES]", " activate]"))
+        self.assert_found("platform/macos/ApplicationActivation.mm", "'activate' is only available on macOS 14.0 or newer")
+
+    def test_desktop_that_does_not_say_whether_it_watches(self):
+        self.plant("platform/Desktop.h", ("virtual void setWatching(bool isWatching) = 0;",
+                                          "virtual void setWatching(int folders) = 0;"))
+        self.assert_found("platform/macos/MacDesktop.cpp", "setWatching")
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#include "platform/linux/walk/WalkedFolder.h"
+#include "platform/posix/walk/WalkedFolder.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,6 +1,7 @@
 // What a watch tells of changes below watched folders.
 
 #include "tests/platform/WatchedDisk.h"
+#include "tests/support/ICloudAttribute.h"
 
 #include <atomic>
 #include <cstdio>
@@ -97,7 +98,7 @@ TEST_F(InotifyWatchTest, sameFile_changedOften_isToldOnceInOneCall) {
   makeFolder(at("w"));
   std::atomic<bool> isHeld = true;
   std::atomic<bool> mayGoOn = false;
-  noted_.beforeChange = [&] {
+  noted_.beforeChange = [&](const auto&) {
     if (isHeld.exchange(false)) {
       mayGoOn.wait(false);
     }
@@ -277,6 +278,48 @@ TEST_F(InotifyWatchTest, folders_thatChangePlacesAndAreWalkedHalfway_areBothTold
   walk(at("w/b/two"));
   EXPECT_TRUE(tellsOfFileIn("w/a/one"));
   EXPECT_TRUE(tellsOfFileIn("w/b/two"));
+}
+
+TEST_F(InotifyWatchTest, folders_thatChangePlacesBetweenTwoReadings_areBothWatched) {
+  // One event is as long as another here. Some of these numbers of them end the first reading in the middle of the
+  // exchange.
+  constexpr int kEventsRead = 2048;
+  for (int before = kEventsRead - 6; before <= kEventsRead; ++before) {
+    makeFolder(at("w/a/one"));
+    makeFolder(at("w/b/two"));
+    writeFile(at("w/p"));
+    writeFile(at("w/q"));
+    std::atomic<bool> isHeld = false;
+    std::atomic<bool> mayGoOn = false;
+    noted_.beforeChange = [&](const std::vector<FolderChange>& changes) {
+      if (!isHeld.exchange(true)) {
+        isHeld.notify_all();
+        mayGoOn.wait(false);
+        return;
+      }
+      // Walked before the next reading.
+      for (const FolderChange& change : changes) {
+        if (change.isDeep) {
+          walk(change.folder);
+        }
+      }
+    };
+    watch({at("w")});
+    writeFile(at("w/first"));
+    isHeld.wait(false);
+    for (int event = 0; event < before; ++event) {
+      chmod(at(event % 2 == 0 ? "w/p" : "w/q").c_str(), 0600);
+    }
+    ASSERT_EQ(renameat2(AT_FDCWD, at("w/a/one").c_str(), AT_FDCWD, at("w/b/two").c_str(), RENAME_EXCHANGE), 0);
+    mayGoOn = true;
+    mayGoOn.notify_all();
+    news();
+    EXPECT_TRUE(tellsOfFileIn("w/a/one")) << before;
+    EXPECT_TRUE(tellsOfFileIn("w/b/two")) << before;
+    watch_.reset();
+    noted_.beforeChange = nullptr;
+    removeItem(at("w"));
+  }
 }
 
 TEST_F(InotifyWatchTest, lateWalk_withAFolderThatLostItsPath_doesNotEndTheWatchOfTheRightOne) {

@@ -1,6 +1,7 @@
 // Watched folders that come, go, move, and are reached by links.
 
 #include "tests/platform/WatchedDisk.h"
+#include "tests/support/ICloudAttribute.h"
 
 #include <cerrno>
 #include <optional>

@@ -2,6 +2,7 @@
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/macroot/MacRoot.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -43,7 +43,7 @@ TEST_F(LinuxUserDefaultsTest, literalText_isATextAndNoTruthValue) {
 
 TEST_F(LinuxUserDefaultsTest, types_areToldApart) {
   writeFile(path_, R"({"number": 1, "truth": true, "text": "true", "nothing": null, "list": []})");
-  EXPECT_EQ(defaults_.value("number"), DefaultsValue(OtherDefaultsValue()));
+  EXPECT_EQ(defaults_.value("number"), DefaultsValue(1.0));
   EXPECT_EQ(defaults_.value("list"), DefaultsValue(OtherDefaultsValue()));
   EXPECT_EQ(defaults_.value("truth"), DefaultsValue(true));
   EXPECT_EQ(defaults_.value("text"), DefaultsValue(std::string("true")));
@@ -51,6 +51,26 @@ TEST_F(LinuxUserDefaultsTest, types_areToldApart) {
   EXPECT_EQ(defaults_.boolean("number"), std::nullopt);
   EXPECT_EQ(defaults_.boolean("text"), std::nullopt);
   EXPECT_EQ(defaults_.text("truth"), std::nullopt);
+}
+
+TEST_F(LinuxUserDefaultsTest, numbers_asChoices_areTrueUnlessZero) {
+  writeFile(path_, R"({"one": 1, "two": 2, "below": -1, "half": 0.5, "huge": 18446744073709551615, "zero": 0,
+                       "none": 0.0})");
+  for (const char* key : {"one", "two", "below", "half", "huge"}) {
+    EXPECT_EQ(defaults_.choice(key), true) << key;
+  }
+  for (const char* key : {"zero", "none"}) {
+    EXPECT_EQ(defaults_.choice(key), false) << key;
+  }
+}
+
+TEST_F(LinuxUserDefaultsTest, otherValues_asChoices_areTheirOwnOrAbsent) {
+  writeFile(path_, R"({"on": true, "off": false, "text": "1", "list": [1], "nothing": null})");
+  EXPECT_EQ(defaults_.choice("on"), true);
+  EXPECT_EQ(defaults_.choice("off"), false);
+  for (const char* key : {"text", "list", "nothing", "never"}) {
+    EXPECT_EQ(defaults_.choice(key), std::nullopt) << key;
+  }
 }
 
 TEST_F(LinuxUserDefaultsTest, settingOneKey_keepsTheOthersAndWhatAnotherProcessSet) {

@@ -1,6 +1,6 @@
 #include "base/FileDescriptor.h"
-#include "platform/linux/walk/ReadAheadWalk.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

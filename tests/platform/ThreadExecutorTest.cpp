@@ -45,13 +45,16 @@ TEST(ThreadExecutor, post_fromManyThreads_runsEachTaskOnceInEachThreadsOrder) {
   std::array<std::vector<int>, 4> ran;
   ThreadExecutor executor;
   {
-    std::vector<std::jthread> threads;
+    std::vector<std::thread> threads;
     for (std::vector<int>& own : ran) {
       threads.emplace_back([&executor, &own] {
         for (int number = 0; number < kTasks; ++number) {
           executor.post([&own, number] { own.push_back(number); });
         }
       });
+    }
+    for (std::thread& thread : threads) {
+      thread.join();
     }
   }
   waitForTasks(executor);

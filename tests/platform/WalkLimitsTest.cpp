@@ -1,7 +1,7 @@
 // Trees of a size or depth that breaks a careless walk. Each is made once and walked in every way.
 
 #include "base/FileDescriptor.h"
-#include "platform/linux/walk/ReadAheadWalk.h"
+#include "platform/linux/walk/LinuxWalk.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -116,8 +116,8 @@ TEST(WalkLimits, deepFoldersWithASecondBranchEach_areWalkedWithAnyNumberOfOpenFo
       SCOPED_TRACE(fmt::format("{} open folders, {} threads", capacity, threadCount));
       const std::size_t before = openDescriptorCount();
       {
-        ReadAheadWalk walk(folder.path(), {.threadCount = threadCount, .openFolderCapacity = capacity});
-        EXPECT_TRUE(namesOf(restOf(walk, Paths::unwanted)) == expected);
+        const auto walk = startLinuxWalk({folder.path()}, {.threadCount = threadCount, .openFolderCapacity = capacity});
+        EXPECT_TRUE(namesOf(restOf(*walk, Paths::unwanted)) == expected);
       }
       EXPECT_EQ(openDescriptorCount(), before);
     }
@@ -255,8 +255,8 @@ TEST(WalkLimits, fewDescriptorsLeft_areEnoughForOneReader) {
   makeComb(folder.path(), 100);
   const std::vector<std::string> everything = naiveWalk(folder.path());
   const FewDescriptors few(3);
-  ReadAheadWalk walk(folder.path(), {.threadCount = 0});
-  const auto items = restOf(walk);
+  const auto walk = startLinuxWalk({folder.path()}, {.threadCount = 0});
+  const auto items = restOf(*walk);
   EXPECT_EQ(pathsOf(items), everything);
   EXPECT_TRUE(std::ranges::all_of(items, [](const WalkedItem& item) { return item.values.has_value(); }));
 }

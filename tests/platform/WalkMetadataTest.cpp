@@ -1,5 +1,6 @@
 #include "platform/linux/walk/ICloudAttribute.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <array>

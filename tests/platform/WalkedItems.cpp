@@ -3,8 +3,8 @@
 #include "base/FileDescriptor.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/walk/LinuxWalk.h"
 #include "platform/linux/walk/Packages.h"
-#include "platform/linux/walk/ReadAheadWalk.h"
 
 #include <algorithm>
 #include <array>
@@ -107,7 +107,7 @@ const MacRoot& someRoot() {
 }
 
 WalkKind kindWith(const char* name, const WalkOptions& options) {
-  return {name, [options](const std::string& folder) { return std::make_unique<ReadAheadWalk>(folder, options); }};
+  return {name, [options](const std::string& folder) { return startLinuxWalk(WalkRequest{folder}, options); }};
 }
 
 struct Capabilities {

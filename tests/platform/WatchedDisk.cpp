@@ -1,6 +1,7 @@
 #include "tests/platform/WatchedDisk.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <unistd.h>
@@ -35,9 +36,14 @@ void WatchedDisk::walk(const std::string& folder, bool isDeep) {
 }
 
 NotedFolderNews::News WatchedDisk::news() {
+  std::size_t before = 0;
+  noted_.waitUntil([&](const auto& news) {
+    before = news.standings.size();
+    return true;
+  });
   watch_->prove();
   EXPECT_TRUE(noted_.waitUntil(
-      [](const auto& news) { return news.proofs > 0 || (!news.standings.empty() && news.standings.back()); }));
+      [&](const auto& news) { return news.proofs > 0 || (news.standings.size() > before && news.standings.back()); }));
   return noted_.take();
 }
 

@@ -4,8 +4,9 @@
 #include "core/ICloudScanEngine.h"
 #include "platform/linux/LinuxFileSystem.h"
 #include "platform/linux/macroot/MacRoot.h"
-#include "platform/linux/walk/ReadAheadWalk.h"
+#include "platform/linux/walk/LinuxWalk.h"
 #include "tests/platform/WalkedItems.h"
+#include "tests/support/ICloudAttribute.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -248,7 +249,7 @@ class WatchedFolderOnAFailingDisk : public testing::TestWithParam<FailingDisk>, 
   WalkedFileSystem::Start listingBy(ListingCall list) const {
     WalkOptions options = GetParam().options;
     options.list = std::move(list);
-    return [options](const std::string& folder) { return std::make_unique<ReadAheadWalk>(folder, options); };
+    return [options](const std::string& folder) { return startLinuxWalk(WalkRequest{folder}, options); };
   }
   SyncHealthReport scanListingBy(ListingCall list) const { return scanWith(listingBy(std::move(list)), watched_); }
 

@@ -42,7 +42,7 @@ TEST(QtMainExecutor, post_fromManyThreads_runsAllOnTheMainThreadInEachThreadsOrd
   std::size_t count = 0;
   bool isAlwaysMain = true;
   QtMainExecutor executor;
-  std::vector<std::jthread> threads;
+  std::vector<std::thread> threads;
   for (std::vector<int>& own : ran) {
     threads.emplace_back([&, main = std::this_thread::get_id()] {
       for (int number = 0; number < kTasks; ++number) {
@@ -55,6 +55,9 @@ TEST(QtMainExecutor, post_fromManyThreads_runsAllOnTheMainThreadInEachThreadsOrd
     });
   }
   EXPECT_TRUE(handleEventsUntil([&count] { return count == 4 * kTasks; }));
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
   EXPECT_TRUE(isAlwaysMain);
   for (const std::vector<int>& own : ran) {
     EXPECT_TRUE(std::ranges::is_sorted(own));

@@ -417,6 +417,11 @@ bool FakeTree::isFile(const std::string& path) const {
   return entry != nullptr && entry->kind == Entry::Kind::file;
 }
 
+std::optional<FakeValues> FakeTree::valuesOf(const std::string& path) const {
+  const Entry* entry = find(path);
+  return entry != nullptr ? entry->values : std::nullopt;
+}
+
 std::vector<std::string> FakeTree::enteredFolders(const std::string& path) const {
   std::vector<std::string> paths;
   const std::function<void(const Entry&, const std::string&)> add = [&](const Entry& folder, const std::string& at) {

@@ -61,6 +61,8 @@ class FakeTree final : public FileSystem {
   std::vector<std::string> allPaths() const;
   bool isFolder(const std::string& path) const;
   bool isFile(const std::string& path) const;
+  /// A file's values; absent where they cannot be read, or it is no file.
+  std::optional<FakeValues> valuesOf(const std::string& path) const;
   /// The folders that a walk over the folder enters, itself included, and those that it would enter could they be
   /// listed.
   std::vector<std::string> enteredFolders(const std::string& path) const;

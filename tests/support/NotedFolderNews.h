@@ -27,12 +27,12 @@ class NotedFolderNews final : public FolderWatchListener {
     int proofs = 0;
   };
 
-  /// Called on the watch's thread before a change is noted; set before the watch is started.
-  std::function<void()> beforeChange;
+  /// Called on the watch's thread before changes are noted; set before the watch is started.
+  std::function<void(const std::vector<FolderChange>&)> beforeChange;
 
   void changed(std::vector<FolderChange> changes) override {
     if (beforeChange) {
-      beforeChange();
+      beforeChange(changes);
     }
     note([&](News& news) {
       ++news.calls;

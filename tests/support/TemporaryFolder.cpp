@@ -2,17 +2,15 @@
 
 #include "tests/support/ChildProcess.h"
 
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <sys/stat.h>
-#include <sys/xattr.h>
+#include <unistd.h>
 
 namespace cirrovane::test {
 
@@ -49,12 +47,6 @@ std::string readFile(const std::string& path) {
 
 void makeFolder(const std::string& path) {
   fs::create_directories(path);
-}
-
-void setICloudAttribute(const std::string& path, const std::string& content) {
-  if (lsetxattr(path.c_str(), "user.icloud", content.data(), content.size(), 0) != 0) {
-    throw std::runtime_error("no attribute on " + path + ": " + std::strerror(errno));
-  }
 }
 
 void setModified(const std::string& path, double seconds) {

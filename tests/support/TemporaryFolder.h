@@ -31,8 +31,6 @@ void writeFile(const std::string& path, const std::string& content = "");
 std::string readFile(const std::string& path);
 /// Makes a folder and all the folders above it.
 void makeFolder(const std::string& path);
-/// Sets a file's iCloud attribute to the given bytes. Throws where the file system has no attributes.
-void setICloudAttribute(const std::string& path, const std::string& content);
 /// Sets a file's modification date, in seconds since 1970.
 void setModified(const std::string& path, double seconds);
 

@@ -18,6 +18,19 @@ TEST(AppSettings, nothingStored_isTheDefault) {
   EXPECT_TRUE(settings.notificationsEnabled());
 }
 
+TEST(AppSettings, numbersStoredByHand_areTruthValues) {
+  for (const bool isOn : {false, true}) {
+    FakeUserDefaults defaults;
+    for (const char* key : {"motionEnabled", "showTerminologyOnDashboard", "guardrailNotificationsEnabled"}) {
+      defaults.hold(key, isOn ? 1.0 : 0.0);
+    }
+    const AppSettings settings(defaults);
+    EXPECT_EQ(settings.motionEnabled(), isOn);
+    EXPECT_EQ(settings.showTerminologyOnDashboard(), isOn);
+    EXPECT_EQ(settings.notificationsEnabled(), isOn);
+  }
+}
+
 TEST(AppSettings, style_storedAsNeither_isLiquid) {
   for (const char* stored : {"Classic", "glass", ""}) {
     FakeUserDefaults defaults;

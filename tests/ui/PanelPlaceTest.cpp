@@ -35,5 +35,19 @@ TEST(PanelPlace, secondScreen_isWhereItsIconIs) {
   EXPECT_TRUE(second.contains(placed));
 }
 
+TEST(PanelClick, panelInSight_isTakenAway) {
+  EXPECT_EQ(panelClick(true, std::nullopt), PanelClick::takesAway);
+  EXPECT_EQ(panelClick(true, std::chrono::milliseconds(1)), PanelClick::takesAway);
+}
+
+TEST(PanelClick, panelOutOfSight_isShown) {
+  EXPECT_EQ(panelClick(false, std::nullopt), PanelClick::shows);
+  EXPECT_EQ(panelClick(false, std::chrono::seconds(1)), PanelClick::shows);
+}
+
+TEST(PanelClick, panelGoneByThePressItself_staysAway) {
+  EXPECT_EQ(panelClick(false, std::chrono::milliseconds(80)), PanelClick::nothing);
+}
+
 }  // namespace
 }  // namespace cirrovane::test

@@ -11,6 +11,9 @@ ApplicationWindow {
     required property ShellViewModel shell
     required property AppSettings settings
     required property PageContext context
+    required property MenuCommands commands
+    // Whether the menus are in the window.
+    required property bool hasMenuBar
 
     title: "Cirrovane"
     width: 1120
@@ -21,12 +24,20 @@ ApplicationWindow {
 
     // Made when it is first wanted, since it takes longer than the tab bar.
     property var guide: null
+    property var about: null
 
-    signal quitRequested
+    // The text that had the keyboard last: a menu that opens takes the keyboard, and leaves the selection.
+    property TextEdit text: null
+    readonly property bool canCopy: (text?.selectedText ?? "") !== ""
+    onActiveFocusItemChanged: if (activeFocusItem instanceof TextEdit) text = activeFocusItem as TextEdit
 
     function showGuide() {
         guide = guide ?? guideComponent.createObject(contentItem);
         guide.open();
+    }
+    function showAbout() {
+        about = about ?? aboutComponent.createObject(contentItem);
+        about.open();
     }
 
     // Without types: Qt 6.4 hands no colour over to C++ from a function that has them.
@@ -54,13 +65,63 @@ ApplicationWindow {
         value: window.settings.motionAllowed
     }
 
-    menuBar: WindowMenuBar {
-        shell: window.shell
-        closesWindow: !(window.guide?.opened ?? false)
-        onCloseRequested: window.close()
-        onMinimizeRequested: window.showMinimized()
-        onQuitRequested: window.quitRequested()
-        onTerminologyRequested: window.showGuide()
+    menuBar: Loader {
+        // By its file, since Qt 6.4 loads no component of this one here.
+        Component.onCompleted: {
+            if (window.hasMenuBar) {
+                setSource("WindowMenuBar.qml", {
+                    shell: window.shell,
+                    commands: window.commands
+                });
+            }
+        }
+    }
+
+    // A sheet over the window has the key that closes the window.
+    CommandState {
+        command: "closeWindow"
+        isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
+    }
+    CommandState {
+        command: "minimize"
+        isEnabled: window.visible
+    }
+    CommandState {
+        command: "copy"
+        isEnabled: window.canCopy
+    }
+    CommandState {
+        command: "selectAll"
+        isEnabled: window.text !== null
+    }
+    Connections {
+        target: window.commands
+        function onTriggered(command, name) {
+            switch (name) {
+            case "about":
+                window.showAbout();
+                break;
+            case "copy":
+                window.text.copy();
+                break;
+            case "selectAll":
+                window.text.forceActiveFocus(Qt.PopupFocusReason);
+                window.text.selectAll();
+                break;
+            case "minimize":
+                window.showMinimized();
+                break;
+            case "closeWindow":
+                window.close();
+                break;
+            case "terminologyGuide":
+                window.showGuide();
+                break;
+            case "faq":
+                window.shell.selectedTab = "faq";
+                break;
+            }
+        }
     }
 
     Repeater {
@@ -90,5 +151,18 @@ ApplicationWindow {
         id: guideComponent
         TerminologyGuideView {
         }
+    }
+    Component {
+        id: aboutComponent
+        AboutView {
+            buildLabel: window.shell.buildLabel
+        }
+    }
+
+    component CommandState: QtObject {
+        required property string command
+        required property bool isEnabled
+        onIsEnabledChanged: window.commands.setEnabled(command, isEnabled)
+        Component.onCompleted: window.commands.setEnabled(command, isEnabled)
     }
 }

@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Cirrovane
 
-// The panel beside the tray icon, as high as its content where the screen has the room. It goes when something else gets
-// the focus.
+// The panel beside the tray icon, as high as its content where the screen has the room.
 Window {
     id: panel
 
@@ -15,11 +14,13 @@ Window {
     title: "Cirrovane"
     width: 380
     height: Math.min(availableHeight, flickable.contentHeight)
+    // A Mac hides a window of this kind while another application is the active one, unless it has this property when it
+    // is made.
+    readonly property bool _q_macAlwaysShowToolWindow: true
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     color: Theme.liquidBottom
 
     onVisibleChanged: if (visible) snapshot.appeared()
-    onActiveChanged: if (!active && visible) close()
 
     // The dialog takes the focus, and with it the panel goes: it comes back with how the export ended.
     Connections {

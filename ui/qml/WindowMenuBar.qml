@@ -5,18 +5,12 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Cirrovane
 
-// The commands of the application and its window. The linter of Qt 6.4 does not know StandardKey.
+// The commands of the application and its window, where the desktop has no bar of its own for them.
 MenuBar {
     id: bar
 
     required property ShellViewModel shell
-    // Whether the closing command is the window's; a sheet over it has the same key.
-    property bool closesWindow: true
-
-    signal closeRequested
-    signal minimizeRequested
-    signal quitRequested
-    signal terminologyRequested
+    required property MenuCommands commands
 
     background: Rectangle {
         color: Theme.popupFill
@@ -24,60 +18,43 @@ MenuBar {
     delegate: BarItem {
     }
 
-    AppMenu {
-        title: "Cirrovane"
+    Component.onCompleted: {
+        for (const entry of commands.menus) {
+            const menu = menuComponent.createObject(bar, {
+                title: entry.title
+            });
+            for (const command of entry.actions) {
+                if (command) {
+                    menu.addAction(actionComponent.createObject(menu, {
+                        command: command
+                    }));
+                } else {
+                    menu.addItem(separatorComponent.createObject(menu.contentItem));
+                }
+            }
+            addMenu(menu);
+        }
+    }
 
-        Action {
-            text: "Check for Updates..."
-            shortcut: "Ctrl+U"
-            onTriggered: bar.shell.checkForUpdates()
+    Component {
+        id: menuComponent
+        AppMenu {
         }
+    }
+    Component {
+        id: actionComponent
         Action {
-            text: "Open Release Notes"
-            onTriggered: bar.shell.openReleaseNotes()
+            required property var command
+
+            text: command.text
+            shortcut: command.shortcut
+            enabled: command.enabled
+            onTriggered: command.trigger()
         }
+    }
+    Component {
+        id: separatorComponent
         MenuSeparator {
-        }
-        Action {
-            text: "Quit Cirrovane"
-            shortcut: StandardKey.Quit // qmllint disable unqualified
-            onTriggered: bar.quitRequested()
-        }
-    }
-    AppMenu {
-        title: "View"
-
-        Action {
-            text: "Rescan"
-            shortcut: "Ctrl+R"
-            onTriggered: bar.shell.rescan()
-        }
-    }
-    AppMenu {
-        title: "Window"
-
-        Action {
-            text: "Minimize"
-            shortcut: "Ctrl+M"
-            onTriggered: bar.minimizeRequested()
-        }
-        Action {
-            text: "Close Window"
-            shortcut: StandardKey.Close // qmllint disable unqualified
-            enabled: bar.closesWindow
-            onTriggered: bar.closeRequested()
-        }
-    }
-    AppMenu {
-        title: "Help"
-
-        Action {
-            text: "Terminology Guide"
-            onTriggered: bar.terminologyRequested()
-        }
-        Action {
-            text: "FAQ"
-            onTriggered: bar.shell.selectedTab = "faq"
         }
     }
 
@@ -142,8 +119,9 @@ MenuBar {
         }
         background: Rectangle {
             radius: 5
-            color: command.highlighted ? Theme.controlPressed : "transparent"
+            color: command.highlighted && command.enabled ? Theme.controlPressed : "transparent"
         }
+        opacity: enabled ? 1 : 0.5
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text

@@ -14,9 +14,9 @@ AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPre
       userDefaults_(userDefaults),
       motionPreference_(motionPreference),
       isClassic_(userDefaults.text(kVisualStyleKey) == kClassic),
-      motionEnabled_(userDefaults.boolean(kMotionEnabledKey).value_or(true)),
-      showTerminologyOnDashboard_(userDefaults.boolean(kShowTerminologyOnDashboardKey).value_or(false)),
-      notificationsEnabled_(userDefaults.boolean(kGuardrailNotificationsEnabledKey).value_or(true)) {
+      motionEnabled_(userDefaults.choice(kMotionEnabledKey).value_or(true)),
+      showTerminologyOnDashboard_(userDefaults.choice(kShowTerminologyOnDashboardKey).value_or(false)),
+      notificationsEnabled_(userDefaults.choice(kGuardrailNotificationsEnabledKey).value_or(true)) {
   connect(this, &AppSettings::motionEnabledChanged, this, &AppSettings::motionAllowedChanged);
   if (motionPreference_ != nullptr) {
     motionPreference_->onChange([this] { emit motionAllowedChanged(); });

@@ -197,13 +197,11 @@ void InotifyWatch::run() {
       queued -= static_cast<int>(length);
       tell(std::exchange(news, {}));
     } while (length > 0 && queued > 0);
-    tellStanding();
-    if (requests.wantsProof) {
-      if (toldWeakness_) {
-        listener_.stands(toldWeakness_);
-      } else {
-        listener_.proved();
-      }
+    const bool isToldNow = tellStanding();
+    if (requests.wantsProof && !toldWeakness_) {
+      listener_.proved();
+    } else if (requests.wantsProof && !isToldNow) {
+      listener_.stands(toldWeakness_);
     }
   }
 }
@@ -241,13 +239,18 @@ void InotifyWatch::begin(const std::vector<std::string>& folders) {
 
 std::size_t InotifyWatch::readEvents(std::vector<char>& buffer, News& news) {
   const ssize_t length = instance_.isOpen() ? read(instance_.get(), buffer.data(), buffer.size()) : 0;
+  const int error = length < 0 ? errno : 0;
   const std::lock_guard lock(foldersMutex_);
-  if (length < 0 && errno != EAGAIN && errno != EINTR) {
-    weaken(fmt::format("The system told of no more changes: {}.", std::generic_category().message(errno)));
+  if (error != 0 && error != EAGAIN && error != EINTR) {
+    weaken(fmt::format("The system told of no more changes: {}.", std::generic_category().message(error)));
     instance_ = {};
   }
   std::string_view bytes(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
-  while (const auto record = takeInotifyRecord(bytes)) {
+  while (true) {
+    const std::optional<InotifyRecord> record = takeInotifyRecord(bytes);
+    if (!record) {
+      break;
+    }
     interpret(*record, news);
   }
   if (!bytes.empty()) {
@@ -267,17 +270,19 @@ void InotifyWatch::tell(News news) {
   }
 }
 
-void InotifyWatch::tellStanding() {
+bool InotifyWatch::tellStanding() {
   std::optional<std::string> weakness;
   {
     const std::lock_guard lock(foldersMutex_);
     weakness = weakness_;
   }
-  if (!hasToldStanding_ || toldWeakness_ != weakness) {
-    hasToldStanding_ = true;
-    toldWeakness_ = weakness;
-    listener_.stands(std::move(weakness));
+  if (hasToldStanding_ && toldWeakness_ == weakness) {
+    return false;
   }
+  hasToldStanding_ = true;
+  toldWeakness_ = weakness;
+  listener_.stands(std::move(weakness));
+  return true;
 }
 
 void InotifyWatch::interpret(const InotifyRecord& record, News& news) {

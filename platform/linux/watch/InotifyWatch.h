@@ -66,8 +66,8 @@ class InotifyWatch final : public FolderWatch, private ListingObserver {
   /// Reads what is queued, at most a buffer full. The bytes read; 0 when nothing is queued.
   std::size_t readEvents(std::vector<char>& buffer, News& news);
   void tell(News news);
-  /// Tells of the standing where it is not the one told last.
-  void tellStanding();
+  /// Tells of the standing where it is not the one told last. Whether it was told.
+  bool tellStanding();
 
   // All of these are called with the folders' lock held.
   void interpret(const InotifyRecord& record, News& news);

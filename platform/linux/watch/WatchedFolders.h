@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/walk/WalkedFolder.h"
+#include "platform/posix/walk/WalkedFolder.h"
 
 #include <map>
 #include <string>

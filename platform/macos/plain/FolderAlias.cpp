@@ -1,31 +1,38 @@
 #include "platform/macos/plain/FolderAlias.h"
 
+#include "base/Path.h"
+
+#include <algorithm>
+
 namespace cirrovane {
 namespace {
 
-bool leadsBelow(std::string_view folder, std::string_view path) {
-  if (folder.empty()) {
-    return false;
+/// The path below one folder as it is below another; a path that is not below the first stays as it is.
+std::string replaced(std::string_view path, std::string_view from, std::string_view to) {
+  from = withoutTrailingSlash(from);
+  const bool isThere =
+      path.starts_with(from) && (from.ends_with('/') || path.size() == from.size() || path[from.size()] == '/');
+  if (!isThere) {
+    return std::string(path);
   }
-  while (folder.ends_with('/')) {
-    folder.remove_suffix(1);
+  std::string_view below = path.substr(from.size());
+  below.remove_prefix(std::min(below.find_first_not_of('/'), below.size()));
+  std::string found(withoutTrailingSlash(to));
+  if (!below.empty()) {
+    found += found.ends_with('/') ? "" : "/";
+    found += below;
   }
-  return path.starts_with(folder) && path.substr(folder.size()).find_first_not_of('/') != std::string_view::npos &&
-         path[folder.size()] == '/';
+  return found;
 }
 
 }  // namespace
 
-std::string FolderAlias::asAsked(std::string path) const {
-  const bool isBelow = path.size() > real.size() && path.starts_with(real) && path[real.size()] == '/';
-  if (isBelow) {
-    path.replace(0, real.size(), asked);
-  }
-  return path;
+std::string FolderAlias::realPathOf(std::string_view path) const {
+  return replaced(path, asked, real);
 }
 
-bool FolderAlias::isBelow(std::string_view path) const {
-  return leadsBelow(real, path) || leadsBelow(asked, path);
+std::string FolderAlias::asAsked(std::string_view path) const {
+  return replaced(path, real, asked);
 }
 
 }  // namespace cirrovane

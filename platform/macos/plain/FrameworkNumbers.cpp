@@ -12,14 +12,6 @@ bool fitsInteger(double number) {
 
 }  // namespace
 
-std::optional<Time> timeOf(double secondsSince1970) {
-  const double microseconds = std::floor(secondsSince1970 * 1e6);
-  if (!fitsInteger(microseconds)) {
-    return std::nullopt;
-  }
-  return Time(std::chrono::microseconds(static_cast<std::int64_t>(microseconds)));
-}
-
 std::optional<std::int64_t> wholeNumberOf(double number) {
   const bool isWhole = fitsInteger(number) && std::trunc(number) == number;
   return isWhole ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/Time.h"
 #include "platform/NotificationCenter.h"
 #include "platform/SystemInformation.h"
 
@@ -10,9 +9,6 @@
 namespace cirrovane {
 
 // What the frameworks' bare numbers mean.
-
-/// A date by its seconds since 1970; absent when no clock could show it.
-std::optional<Time> timeOf(double secondsSince1970);
 
 /// A whole number; absent for a fraction, and beyond 64 bits.
 std::optional<std::int64_t> wholeNumberOf(double number);

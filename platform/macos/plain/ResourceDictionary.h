@@ -3,19 +3,16 @@
 #include "platform/FileSystem.h"
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace cirrovane {
 
-/// What is asked of the system about each item of a walk.
+/// What is asked of the system about an item's state in the cloud.
 enum class ResourceKey {
-  isDirectory,
-  isRegularFile,
-  isPackage,
   isUbiquitousItem,
-  contentModificationDate,
   ubiquitousItemIsUploaded,
   ubiquitousItemIsUploading,
   ubiquitousItemDownloadingStatus,
@@ -25,12 +22,8 @@ enum class ResourceKey {
 };
 
 /// All of them.
-inline constexpr std::array<ResourceKey, 11> kResourceKeys = {
-    ResourceKey::isDirectory,
-    ResourceKey::isRegularFile,
-    ResourceKey::isPackage,
+inline constexpr std::array<ResourceKey, 7> kResourceKeys = {
     ResourceKey::isUbiquitousItem,
-    ResourceKey::contentModificationDate,
     ResourceKey::ubiquitousItemIsUploaded,
     ResourceKey::ubiquitousItemIsUploading,
     ResourceKey::ubiquitousItemDownloadingStatus,
@@ -44,11 +37,17 @@ class ResourceDictionary {
  public:
   virtual ~ResourceDictionary() = default;
   virtual std::optional<bool> boolean(ResourceKey key) const = 0;
-  virtual std::optional<double> secondsSince1970(ResourceKey key) const = 0;
   virtual std::optional<DownloadingStatus> downloadingStatus() const = 0;
   /// The localized description of an error.
   virtual std::optional<std::string> errorText(ResourceKey key) const = 0;
 };
+
+/// Keeps a text for as long as the values that look at it.
+using TextKeeper = std::function<std::string_view(std::string text)>;
+
+/// Adds the item's state in the cloud to its values. Of an item that the cloud knows nothing of, nobody looks at the
+/// rest.
+void addCloudState(const ResourceDictionary& dictionary, const TextKeeper& keep, ResourceValues& values);
 
 /// The texts by which the system names where a cloud item is.
 struct DownloadingStatusNames {

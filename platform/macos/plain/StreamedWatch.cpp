@@ -4,6 +4,7 @@
 #include "base/Path.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -23,7 +24,7 @@ constexpr seconds kPatience{5};
 /// How long the stream is believed in without one.
 constexpr seconds kLongestFaith{300};
 /// When a changed item is read again: its cloud state follows its content.
-constexpr seconds kLaterReadings[] = {seconds(1), seconds(5), seconds(30)};
+constexpr std::array kLaterReadings = {seconds(1), seconds(5), seconds(30)};
 
 constexpr std::uint32_t kDrops =
     stream_flag::mustScanSubDirs | stream_flag::userDropped | stream_flag::kernelDropped | stream_flag::eventIdsWrapped;
@@ -341,7 +342,7 @@ void StreamedWatch::prove() {
 }
 
 std::vector<std::chrono::seconds> StreamedWatch::laterReadings() const {
-  return {std::begin(kLaterReadings), std::end(kLaterReadings)};
+  return {kLaterReadings.begin(), kLaterReadings.end()};
 }
 
 std::function<void()> StreamedWatch::wakeNotice() const {

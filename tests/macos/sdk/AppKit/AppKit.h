@@ -19,6 +19,11 @@ static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat w, CGFloat h) {
 
 typedef NS_ENUM(NSUInteger, NSCompositingOperation) { NSCompositingOperationSourceOver = 2 };
 
+@interface NSApplication : NSObject
+@property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+- (void)activateIgnoringOtherApps:(BOOL)flag;
+@end
+
 @interface NSRunningApplication : NSObject
 + (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier;
 @end

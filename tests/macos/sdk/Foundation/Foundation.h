@@ -6,16 +6,23 @@
 #include "../CoreGraphics/CoreGraphics.h"
 #include "../declarations.h"
 
+// The runtime's own header where it is at hand.
+#if __has_include(<objc/NSObject.h>)
+#include <objc/NSObject.h>
+#endif
+
 SDK_NONNULL_BEGIN
 
+#if !__has_include(<objc/NSObject.h>)
 typedef long NSInteger;
 typedef unsigned long NSUInteger;
-typedef double NSTimeInterval;
 typedef bool BOOL;
 #define YES __objc_yes
 #define NO __objc_no
 #define nil nullptr
+#endif
 
+typedef double NSTimeInterval;
 typedef CGRect NSRect;
 typedef struct _NSZone NSZone;
 typedef unsigned short unichar;
@@ -23,17 +30,11 @@ typedef unsigned short unichar;
 @class NSArray<__covariant ObjectType>, NSDate, NSDictionary<__covariant KeyType, __covariant ObjectType>, NSError,
     NSInvocation, NSLocale, NSMethodSignature, NSNotification, NSOperationQueue, NSString, NSTimeZone, NSURL;
 
+#if !__has_include(<objc/NSObject.h>)
 @protocol NSObject
 - (BOOL)isEqual:(nullable id)object;
 - (Class)class;
 - (BOOL)isKindOfClass:(Class)aClass;
-@end
-
-@protocol NSCopying
-- (id)copyWithZone:(nullable NSZone*)zone;
-@end
-
-@protocol NSCoding
 @end
 
 __attribute__((objc_root_class))
@@ -41,6 +42,15 @@ __attribute__((objc_root_class))
 - (instancetype)init;
 + (instancetype)alloc;
 + (Class)class;
+@end
+
+#endif
+
+@protocol NSCopying
+- (id)copyWithZone:(nullable NSZone*)zone;
+@end
+
+@protocol NSCoding
 @end
 
 typedef struct {
@@ -63,7 +73,6 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @interface NSString : NSObject <NSCopying>
 - (nullable instancetype)initWithBytes:(const void*)bytes length:(NSUInteger)len encoding:(NSStringEncoding)encoding;
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy;
-- (BOOL)hasSuffix:(NSString*)str;
 - (BOOL)isEqualToString:(NSString*)aString;
 - (NSComparisonResult)localizedCaseInsensitiveCompare:(NSString*)string;
 @end
@@ -91,19 +100,14 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @end
 
 @interface NSDate : NSObject <NSCopying>
-@property(readonly) NSTimeInterval timeIntervalSince1970;
 + (instancetype)dateWithTimeIntervalSince1970:(NSTimeInterval)secs;
 @end
 
 typedef NSString* NSErrorDomain;
-typedef NSString* NSErrorUserInfoKey;
-SDK_EXTERN NSErrorUserInfoKey const NSURLErrorKey;
-SDK_EXTERN NSErrorUserInfoKey const NSFilePathErrorKey;
 
 @interface NSError : NSObject <NSCopying>
 @property(readonly, copy) NSErrorDomain domain;
 @property(readonly) NSInteger code;
-@property(readonly, copy) NSDictionary<NSErrorUserInfoKey, id>* userInfo;
 @property(readonly, copy) NSString* localizedDescription;
 @end
 
@@ -139,11 +143,7 @@ typedef NS_ENUM(NSUInteger, NSDateFormatterStyle) {
 typedef NSString* NSURLResourceKey __attribute__((swift_wrapper(struct)));
 typedef NSString* NSURLUbiquitousItemDownloadingStatus __attribute__((swift_wrapper(enum)));
 
-SDK_EXTERN NSURLResourceKey const NSURLIsDirectoryKey;
-SDK_EXTERN NSURLResourceKey const NSURLIsRegularFileKey;
-SDK_EXTERN NSURLResourceKey const NSURLIsPackageKey;
 SDK_EXTERN NSURLResourceKey const NSURLIsUbiquitousItemKey;
-SDK_EXTERN NSURLResourceKey const NSURLContentModificationDateKey;
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemIsUploadedKey;
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemIsUploadingKey;
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemHasUnresolvedConflictsKey;
@@ -157,25 +157,14 @@ SDK_EXTERN NSURLUbiquitousItemDownloadingStatus const NSURLUbiquitousItemDownloa
 SDK_EXTERN NSURLUbiquitousItemDownloadingStatus const NSURLUbiquitousItemDownloadingStatusNotDownloaded SDK_SINCE(10.9);
 
 @interface NSURL : NSObject <NSCopying>
-@property(nullable, readonly, copy) NSString* path;
-+ (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDir;
+@property(readonly) const char* fileSystemRepresentation SDK_SINCE(10.9);
++ (NSURL*)fileURLWithFileSystemRepresentation:(const char*)path
+                                  isDirectory:(BOOL)isDir
+                                relativeToURL:(nullable NSURL*)baseURL SDK_SINCE(10.9);
 + (nullable instancetype)URLWithString:(NSString*)URLString;
 - (nullable NSDictionary<NSURLResourceKey, id>*)resourceValuesForKeys:(NSArray<NSURLResourceKey>*)keys
                                                                 error:(NSError* _Nullable* _Nullable)error;
 @end
-
-@interface NSEnumerator<ObjectType> : NSObject
-- (nullable ObjectType)nextObject;
-@end
-
-@interface NSDirectoryEnumerator<ObjectType> : NSEnumerator <ObjectType>
-@end
-
-typedef NS_OPTIONS(NSUInteger, NSDirectoryEnumerationOptions) {
-  NSDirectoryEnumerationSkipsSubdirectoryDescendants = 1UL << 0,
-  NSDirectoryEnumerationSkipsPackageDescendants = 1UL << 1,
-  NSDirectoryEnumerationSkipsHiddenFiles = 1UL << 2,
-};
 
 typedef NS_ENUM(NSUInteger, NSSearchPathDirectory) { NSApplicationSupportDirectory = 14 };
 typedef NS_OPTIONS(NSUInteger, NSSearchPathDomainMask) { NSUserDomainMask = 1 };
@@ -185,12 +174,7 @@ SDK_EXTERN NSString* NSHomeDirectory(void);
 @interface NSFileManager : NSObject
 @property(class, readonly, strong) NSFileManager* defaultManager;
 @property(nullable, readonly, copy) id<NSObject, NSCopying, NSCoding> ubiquityIdentityToken;
-- (BOOL)fileExistsAtPath:(NSString*)path;
 - (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory inDomains:(NSSearchPathDomainMask)domainMask;
-- (nullable NSDirectoryEnumerator<NSURL*>*)enumeratorAtURL:(NSURL*)url
-                                includingPropertiesForKeys:(nullable NSArray<NSURLResourceKey>*)keys
-                                                   options:(NSDirectoryEnumerationOptions)mask
-                                              errorHandler:(BOOL (^_Nullable)(NSURL* url, NSError* error))handler;
 @end
 
 typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
@@ -200,7 +184,13 @@ typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
   NSProcessInfoThermalStateCritical,
 };
 
+typedef NS_OPTIONS(uint64_t, NSActivityOptions) {
+  NSActivityUserInitiatedAllowingIdleSystemSleep = 0x00FFFFFFULL & ~(1ULL << 20),
+} SDK_SINCE(10.9);
+
 @interface NSProcessInfo : NSObject
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason SDK_SINCE(10.9);
+- (void)endActivity:(id<NSObject>)activity SDK_SINCE(10.9);
 @property(class, readonly, strong) NSProcessInfo* processInfo;
 @property(readonly) NSProcessInfoThermalState thermalState SDK_SINCE(10.10.3);
 @property(readonly, getter=isLowPowerModeEnabled) BOOL lowPowerModeEnabled SDK_SINCE(12.0);
@@ -218,7 +208,7 @@ typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
 @property(class, readonly, strong) NSBundle* mainBundle;
 @property(readonly, copy) NSURL* bundleURL;
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
-@property(nullable, readonly, copy) NSString* executablePath;
+@property(nullable, readonly, copy) NSURL* executableURL;
 - (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 @end
 

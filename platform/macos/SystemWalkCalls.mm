@@ -1,0 +1,150 @@
+#include "platform/macos/SystemWalkCalls.h"
+
+#include "platform/macos/FoundationText.h"
+#include "platform/macos/SystemListing.h"
+#include "platform/posix/walk/WalkedFolder.h"
+
+#import <Foundation/Foundation.h>
+#import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace cirrovane {
+namespace {
+
+NSURLResourceKey foundationKey(ResourceKey key) {
+  switch (key) {
+    case ResourceKey::isUbiquitousItem:
+      return NSURLIsUbiquitousItemKey;
+    case ResourceKey::ubiquitousItemIsUploaded:
+      return NSURLUbiquitousItemIsUploadedKey;
+    case ResourceKey::ubiquitousItemIsUploading:
+      return NSURLUbiquitousItemIsUploadingKey;
+    case ResourceKey::ubiquitousItemDownloadingStatus:
+      return NSURLUbiquitousItemDownloadingStatusKey;
+    case ResourceKey::ubiquitousItemHasUnresolvedConflicts:
+      return NSURLUbiquitousItemHasUnresolvedConflictsKey;
+    case ResourceKey::ubiquitousItemUploadingError:
+      return NSURLUbiquitousItemUploadingErrorKey;
+    case ResourceKey::ubiquitousItemDownloadingError:
+      return NSURLUbiquitousItemDownloadingErrorKey;
+  }
+}
+
+NSArray<NSURLResourceKey>* foundationKeys() {
+  NSMutableArray<NSURLResourceKey>* keys = [NSMutableArray array];
+  for (const ResourceKey key : kResourceKeys) {
+    [keys addObject:foundationKey(key)];
+  }
+  return keys;
+}
+
+/// The object if it is of the class, else nil.
+template <class Object>
+Object* checked(id object, Class expected) {
+  return [object isKindOfClass:expected] ? static_cast<Object*>(object) : nil;
+}
+
+/// The texts of the downloading status, made once for a walk.
+struct StatusTexts {
+  std::string current = bytesOf(NSURLUbiquitousItemDownloadingStatusCurrent);
+  std::string downloaded = bytesOf(NSURLUbiquitousItemDownloadingStatusDownloaded);
+  std::string notDownloaded = bytesOf(NSURLUbiquitousItemDownloadingStatusNotDownloaded);
+};
+
+class FoundationResources final : public ResourceDictionary {
+ public:
+  FoundationResources(NSDictionary<NSURLResourceKey, id>* _Nonnull values, const StatusTexts& statusTexts)
+      : values_(values), statusTexts_(statusTexts) {}
+
+  std::optional<bool> boolean(ResourceKey key) const override {
+    NSNumber* number = checked<NSNumber>(values_[foundationKey(key)], [NSNumber class]);
+    return number != nil ? std::optional<bool>(number.boolValue) : std::nullopt;
+  }
+
+  std::optional<DownloadingStatus> downloadingStatus() const override {
+    NSString* status = checked<NSString>(values_[NSURLUbiquitousItemDownloadingStatusKey], [NSString class]);
+    if (status == nil) {
+      return std::nullopt;
+    }
+    return downloadingStatusOf(bytesOf(status),
+                               {statusTexts_.current, statusTexts_.downloaded, statusTexts_.notDownloaded});
+  }
+
+  std::optional<std::string> errorText(ResourceKey key) const override {
+    NSError* error = checked<NSError>(values_[foundationKey(key)], [NSError class]);
+    return error != nil ? std::optional(bytesOf(error.localizedDescription)) : std::nullopt;
+  }
+
+ private:
+  NSDictionary<NSURLResourceKey, id>* values_;
+  const StatusTexts& statusTexts_;
+};
+
+/// What the cloud says of the item. The URL is a new one for each question, because one keeps what it once answered.
+NSDictionary<NSURLResourceKey, id>* _Nullable cloudValuesOf(NSURL* _Nonnull item, NSArray<NSURLResourceKey>* keys) {
+  return [item resourceValuesForKeys:keys error:nil];
+}
+
+class SystemWalkCalls final : public MacWalkCalls {
+ public:
+  int openFolder(int directory, const char* name, int flags) const override {
+    return cirrovane::openFolder(directory, name, flags);
+  }
+  int listEntries(int descriptor, std::span<char> target) const override {
+    return listSystemEntries(descriptor, target);
+  }
+  int readEntry(int descriptor, const char* name, std::span<char> target) const override {
+    return readSystemEntry(descriptor, name, target);
+  }
+
+  std::string withoutLinks(const std::string& path) const override {
+    char* found = realpath(path.c_str(), nullptr);
+    std::string real = found != nullptr ? found : path;
+    std::free(found);
+    return real;
+  }
+
+  bool isPackageExtension(std::string_view extension) const override { return isSystemPackageExtension(extension); }
+
+  bool readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const override {
+    @autoreleasepool {
+      NSURL* url = fileURLOf(path, isFolder);
+      if (url == nil) {
+        return false;
+      }
+      NSDictionary<NSURLResourceKey, id>* values = cloudValuesOf(url, keys_);
+      if (values == nil) {
+        return false;
+      }
+      take(FoundationResources(values, statusTexts_));
+      return true;
+    }
+  }
+
+ private:
+  NSArray<NSURLResourceKey>* keys_ = foundationKeys();
+  StatusTexts statusTexts_;
+};
+
+}  // namespace
+
+bool isSystemPackageExtension(std::string_view extension) {
+  @autoreleasepool {
+    NSString* text = textOf(extension);
+    UTType* type = text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil;
+    return [type conformsToType:UTTypePackage];
+  }
+}
+
+std::shared_ptr<const MacWalkCalls> systemWalkCalls() {
+  @autoreleasepool {
+    return std::make_shared<const SystemWalkCalls>();
+  }
+}
+
+}  // namespace cirrovane

@@ -1,0 +1,65 @@
+#include "ui/viewmodels/MenuCommands.h"
+
+#include <QMetaEnum>
+#include <QVariant>
+#include <QVariantMap>
+
+namespace cirrovane {
+
+// A Mac has a menu of the application's own, whatever the bar holds. A menu that is left without commands it hides, so
+// every command of the first one has to have a role there. To go by the words for Copy and Select All lets these two
+// work in the system's panels as well; all others have their role said, since what the words would give them differs
+// from one version of the toolkit to the next. Settings... would have PreferencesRole.
+MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
+  constexpr auto noRole = QAction::NoRole;
+  constexpr auto applicationsOwn = QAction::ApplicationSpecificRole;
+  constexpr auto byItsWords = QAction::TextHeuristicRole;
+  menus_ = {
+      {QStringLiteral("Cirrovane"),
+       {add(Command::about, QStringLiteral("About Cirrovane"), QAction::AboutRole),
+        add(Command::checkForUpdates, QStringLiteral("Check for Updates..."), applicationsOwn, Qt::CTRL | Qt::Key_U),
+        add(Command::releaseNotes, QStringLiteral("Open Release Notes"), applicationsOwn), nullptr,
+        add(Command::quit, QStringLiteral("Quit Cirrovane"), QAction::QuitRole, QKeySequence::Quit)}},
+      {QStringLiteral("Edit"),
+       {add(Command::copy, QStringLiteral("Copy"), byItsWords, QKeySequence::Copy),
+        add(Command::selectAll, QStringLiteral("Select All"), byItsWords, QKeySequence::SelectAll)}},
+      {QStringLiteral("View"), {add(Command::rescan, QStringLiteral("Rescan"), noRole, Qt::CTRL | Qt::Key_R)}},
+      {QStringLiteral("Window"),
+       {add(Command::minimize, QStringLiteral("Minimize"), noRole, Qt::CTRL | Qt::Key_M),
+        add(Command::closeWindow, QStringLiteral("Close Window"), noRole, QKeySequence::Close), nullptr,
+        add(Command::showWindow, QStringLiteral("Show Cirrovane"), noRole, Qt::CTRL | Qt::Key_0)}},
+      {QStringLiteral("Help"),
+       {add(Command::terminologyGuide, QStringLiteral("Terminology Guide"), noRole),
+        add(Command::faq, QStringLiteral("FAQ"), noRole)}},
+  };
+}
+
+QAction* MenuCommands::add(Command command, const QString& text, QAction::MenuRole role, const QKeySequence& shortcut) {
+  auto* action = new QAction(text, this);
+  action->setMenuRole(role);
+  action->setShortcut(shortcut);
+  const QString name = QString::fromLatin1(QMetaEnum::fromType<Command>().valueToKey(static_cast<int>(command)));
+  connect(action, &QAction::triggered, this, [this, command, name] { emit triggered(command, name); });
+  actions_.insert(name, action);
+  return action;
+}
+
+QVariantList MenuCommands::menuList() const {
+  QVariantList list;
+  for (const Menu& menu : menus_) {
+    QVariantList actions;
+    for (QAction* action : menu.actions) {
+      actions.append(QVariant::fromValue<QObject*>(action));
+    }
+    list.append(QVariantMap{{QStringLiteral("title"), menu.title}, {QStringLiteral("actions"), actions}});
+  }
+  return list;
+}
+
+void MenuCommands::setEnabled(const QString& name, bool isEnabled) {
+  if (QAction* action = actions_.value(name)) {
+    action->setEnabled(isEnabled);
+  }
+}
+
+}  // namespace cirrovane
