@@ -158,9 +158,7 @@ class LiveVerdict {
 
   /// Shared with the readings under way. nullptr where the system has none, or none was started.
   std::shared_ptr<FolderWatch> watch_;
-  bool awaitsStand_ = true;
   Uptime watchStarted_{0};
-  bool isScannedSinceStart_ = false;
   /// Why changes are not told; empty while they are.
   std::string reasonAgainst_;
   /// Why everything may have changed since the last full scan began; empty while nothing did.
@@ -168,8 +166,6 @@ class LiveVerdict {
   /// The loss that the full scan under way makes good.
   std::string lossMended_;
   Suspects suspects_;
-  /// Whether the watch has missed a change, and no full scan has agreed with it since.
-  bool isDoubted_ = false;
   std::int64_t disagreements_ = 0;
 
   PendingChanges pending_;
@@ -188,25 +184,15 @@ class LiveVerdict {
   };
   std::vector<LaterReading> laterReadings_;
 
-  bool hasIndex_ = false;
-  /// Whether the watch has stood ever since the index was made, so that the index knows what it was told.
-  bool isIndexFollowed_ = false;
   /// The folders of the index, and of the full scan that is under way or was last.
   std::vector<std::string> indexed_;
   std::vector<std::string> scanned_;
-  bool isScanning_ = false;
-  bool wantsScan_ = false;
-  bool wantsYes_ = false;
   LastScan lastScan_;
   Confirmation scanBegan_;
   Uptime scanDuration_{0};
   /// As they stood when they were last looked at.
   Confirmation noticed_;
   Confirmation confirmation_;
-  bool hasSlept_ = false;
-  bool wasSet_ = false;
-  bool isProceeding_ = false;
-  bool mustProceed_ = false;
   std::vector<TakeReport> takers_;
   std::vector<TakeReport> nextTakers_;
   /// Awaits the watch's proof that it lives, before it is shown as a YES.
@@ -214,6 +200,20 @@ class LiveVerdict {
 
   TurnedVerdict turned_;
   std::shared_ptr<const int> alive_ = std::make_shared<const int>();
+  bool awaitsStand_ = true;
+  bool isScannedSinceStart_ = false;
+  /// Whether the watch has missed a change, and no full scan has agreed with it since.
+  bool isDoubted_ = false;
+  bool hasIndex_ = false;
+  /// Whether the watch has stood ever since the index was made, so that the index knows what it was told.
+  bool isIndexFollowed_ = false;
+  bool isScanning_ = false;
+  bool wantsScan_ = false;
+  bool wantsYes_ = false;
+  bool hasSlept_ = false;
+  bool wasSet_ = false;
+  bool isProceeding_ = false;
+  bool mustProceed_ = false;
 };
 
 }  // namespace cirrovane
