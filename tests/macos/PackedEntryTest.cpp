@@ -15,7 +15,7 @@
 namespace cirrovane::test {
 namespace {
 
-// Where the parts of an entry with a name alone stand.
+// Where in its bytes an entry with a name alone keeps what it says.
 constexpr std::size_t kGroups = 4;
 constexpr std::size_t kNameReference = 24;
 
