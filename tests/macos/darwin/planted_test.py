@@ -88,7 +88,7 @@ class PlantedTest(unittest.TestCase):
                                  ("#include <fmt/ranges.h>\n", ""))
 
     def test_thread_that_joins_itself_in_test(self):
-        self.assert_not_compiled("tests/platform_qt/ThreadExecutorTest.cpp", "no member named 'jthread'",
+        self.assert_not_compiled("tests/platform/ThreadExecutorTest.cpp", "no member named 'jthread'",
                                  ("std::vector<std::thread>", "std::vector<std::jthread>"))
 
     def test_function_whose_header_differs(self):
