@@ -58,7 +58,7 @@ ExitStatus add(const Arguments& arguments, CommandContext& context) {
   for (const std::string& argument : arguments) {
     const std::string path = absolutePath(argument);
     // Watching a folder that is still to come is allowed: until then, no verdict is "safe".
-    if (!context.machine.fileSystem().exists(path)) {
+    if (!context.machine.fileSystem->exists(path)) {
       context.err.write(
           fmt::format("cirrovanectl: {} does not exist; it is watched all the same.\n", displayText(path)));
     }

@@ -1,4 +1,4 @@
-#include "platform/posix/HostLoad.h"
+#include "platform/posix/HostCondition.h"
 
 #include <array>
 #include <cstdlib>
@@ -11,6 +11,11 @@ std::optional<LoadAverages> hostLoadAverages() {
     return std::nullopt;
   }
   return LoadAverages{samples[0], samples[1], samples[2]};
+}
+
+std::optional<std::string> hostEnvironmentVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 
 }  // namespace cirrovane

@@ -1,29 +1,36 @@
 #pragma once
 
 #include "platform/CommandRunner.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/posix/ChildProcess.h"
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace cirrovane {
 
-/// Real child processes. Their programs, and nothing else, lie inside of a Mac root, and a path of the Mac's disk leads
-/// there; the environment is the one that the root describes.
-class LinuxCommandRunner final : public CommandRunner {
+/// Real child processes.
+class PosixCommandRunner final : public CommandRunner {
  public:
-  explicit LinuxCommandRunner(const MacRoot& root) : root_(root) {}
+  /// Where the program that a command names is. Callable on any thread, as the environment is.
+  using ProgramPlace = std::function<std::string(const std::string& path)>;
+  /// What children get; absent for our own.
+  using ChildEnvironment = std::function<std::optional<Environment>()>;
+
+  explicit PosixCommandRunner(
+      ProgramPlace placeOf = [](const std::string& path) { return path; },
+      ChildEnvironment environment = [] { return std::nullopt; })
+      : placeOf_(std::move(placeOf)), environment_(std::move(environment)) {}
 
   std::optional<CommandResult> run(const std::string& executable, const std::vector<std::string>& arguments,
                                    CommandOutput output, TimeLimit limit) const override;
   bool isExecutable(const std::string& path) const override;
 
  private:
-  /// Where an absolute path of the Mac's disk really is. A path that is inside of the root already stays as it is.
-  std::string realPath(const std::string& path) const;
-
-  const MacRoot& root_;
+  ProgramPlace placeOf_;
+  ChildEnvironment environment_;
 };
 
 }  // namespace cirrovane

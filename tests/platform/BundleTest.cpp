@@ -1,26 +1,25 @@
-#include "platform/linux/LinuxBundle.h"
+#include "platform/linux/host/HostBundle.h"
+#include "platform/linux/macroot/RootBundle.h"
 #include "tests/support/FakeBundle.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
 namespace cirrovane::test {
 namespace {
 
-class LinuxBundleTest : public testing::Test {
+class RootBundleTest : public testing::Test {
  protected:
   void describe(const std::string& facts) const { writeFile(folder_ / "machine.json", facts); }
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
-  MacRoot root_ = std::move(*MacRoot::open(folder_.path()));
-  LinuxBundle bundle_{root_};
+  const RootBundle bundle_{*MacRoot::open((writeFile(folder_ / "machine.json", "{}"), folder_.path()))};
 };
 
-TEST_F(LinuxBundleTest, describedBundle_isTaken) {
+TEST_F(RootBundleTest, describedBundle_isTaken) {
   describe(R"({"bundle": {"path": "/Applications/Cirrovane.app",
                           "info": {"CFBundleShortVersionString": "1.2", "CFBundleVersion": "45"}}})");
   EXPECT_EQ(bundle_.location(), "/Applications/Cirrovane.app");
@@ -29,7 +28,7 @@ TEST_F(LinuxBundleTest, describedBundle_isTaken) {
   EXPECT_TRUE(isApplicationBundle(bundle_));
 }
 
-TEST_F(LinuxBundleTest, descriptionWithoutABundle_isABareProgramOfNoVersion) {
+TEST_F(RootBundleTest, descriptionWithoutABundle_isABareProgramOfNoVersion) {
   for (const char* facts : {"{}", R"({"bundle": {}})", R"({"bundle": {"info": {}}})"}) {
     describe(facts);
     EXPECT_EQ(bundle_.location(), "") << facts;
@@ -38,7 +37,7 @@ TEST_F(LinuxBundleTest, descriptionWithoutABundle_isABareProgramOfNoVersion) {
   }
 }
 
-TEST_F(LinuxBundleTest, valuesOfOtherTypes_areAbsent) {
+TEST_F(RootBundleTest, valuesOfOtherTypes_areAbsent) {
   describe(R"({"bundle": {"path": 7, "info": {"CFBundleVersion": 45, "SUFeedURL": null, "SUPublicEDKey": ["x"]}}})");
   EXPECT_EQ(bundle_.location(), "");
   for (const char* key : {"CFBundleVersion", "SUFeedURL", "SUPublicEDKey", "path"}) {
@@ -48,19 +47,19 @@ TEST_F(LinuxBundleTest, valuesOfOtherTypes_areAbsent) {
   EXPECT_EQ(bundle_.infoText("CFBundleVersion"), std::nullopt);
 }
 
-TEST_F(LinuxBundleTest, blankText_isAText) {
+TEST_F(RootBundleTest, blankText_isAText) {
   describe(R"({"bundle": {"info": {"SUFeedURL": ""}}})");
   EXPECT_EQ(bundle_.infoText("SUFeedURL"), "");
 }
 
-TEST_F(LinuxBundleTest, description_isReadAfresh) {
+TEST_F(RootBundleTest, description_isReadAfresh) {
   describe(R"({"bundle": {"path": "/a.app"}})");
   EXPECT_EQ(bundle_.location(), "/a.app");
   describe(R"({"bundle": {"path": "/b.app"}})");
   EXPECT_EQ(bundle_.location(), "/b.app");
 }
 
-TEST_F(LinuxBundleTest, descriptionThatBecameUnreadable_isNone) {
+TEST_F(RootBundleTest, descriptionThatBecameUnreadable_isNone) {
   for (const char* facts : {"", "[]", R"({"bundle": "text"})", R"({"bundle": null})"}) {
     describe(facts);
     EXPECT_EQ(bundle_.location(), "") << facts;
@@ -68,32 +67,36 @@ TEST_F(LinuxBundleTest, descriptionThatBecameUnreadable_isNone) {
   }
 }
 
-TEST_F(LinuxBundleTest, host_isTheBareProgramItself) {
-  EXPECT_EQ(bundle_.location(), std::filesystem::read_symlink("/proc/self/exe"));
-  EXPECT_FALSE(isApplicationBundle(bundle_));
+TEST(HostBundle, location_isTheBareProgramItself) {
+  const HostBundle bundle;
+  EXPECT_EQ(bundle.location(), std::filesystem::read_symlink("/proc/self/exe"));
+  EXPECT_FALSE(isApplicationBundle(bundle));
 }
 
-TEST_F(LinuxBundleTest, installedProgram_isAnApplicationInItsPrefix) {
-  for (const std::string& prefix : {folder_ / "usr", folder_ / "opt/Cirrovane 1.0"}) {
+TEST(HostBundle, installedProgram_isAnApplicationInItsPrefix) {
+  const TemporaryFolder folder(CIRROVANE_TEST_DIR);
+  for (const std::string& prefix : {folder / "usr", folder / "opt/Cirrovane 1.0"}) {
     writeFile(prefix + "/share/applications/com.quillmere.Cirrovane.desktop", "");
     EXPECT_EQ(applicationLocation(prefix + "/bin/cirrovane"), prefix + "/Cirrovane.app");
   }
 }
 
-TEST_F(LinuxBundleTest, programThatNoMenuOffers_isBare) {
-  writeFile(folder_ / "usr/share/applications/com.quillmere.Cirrovane.desktop", "");
-  writeFile(folder_ / "build/share/applications/other.desktop", "");
-  for (const std::string& program : {folder_ / "build/bin/cirrovane", folder_ / "usr/sbin/cirrovane",
-                                     folder_ / "usr/bin/more/cirrovane", std::string("cirrovane"), std::string()}) {
+TEST(HostBundle, programThatNoMenuOffers_isBare) {
+  const TemporaryFolder folder(CIRROVANE_TEST_DIR);
+  writeFile(folder / "usr/share/applications/com.quillmere.Cirrovane.desktop", "");
+  writeFile(folder / "build/share/applications/other.desktop", "");
+  for (const std::string& program : {folder / "build/bin/cirrovane", folder / "usr/sbin/cirrovane",
+                                     folder / "usr/bin/more/cirrovane", std::string("cirrovane"), std::string()}) {
     EXPECT_EQ(applicationLocation(program), program);
   }
 }
 
-TEST_F(LinuxBundleTest, host_hasThisBuildsVersionAndNothingElse) {
-  EXPECT_EQ(bundle_.infoText("CFBundleShortVersionString"), CIRROVANE_VERSION);
-  EXPECT_EQ(bundle_.infoText("CFBundleVersion"), CIRROVANE_BUILD_NUMBER);
-  EXPECT_EQ(bundle_.infoText("SUFeedURL"), std::nullopt);
-  EXPECT_EQ(bundle_.infoText(""), std::nullopt);
+TEST(HostBundle, info_isThisBuildsVersionAndNothingElse) {
+  const HostBundle bundle;
+  EXPECT_EQ(bundle.infoText("CFBundleShortVersionString"), CIRROVANE_VERSION);
+  EXPECT_EQ(bundle.infoText("CFBundleVersion"), CIRROVANE_BUILD_NUMBER);
+  EXPECT_EQ(bundle.infoText("SUFeedURL"), std::nullopt);
+  EXPECT_EQ(bundle.infoText(""), std::nullopt);
 }
 
 TEST(Bundle, applicationBundle_isOneWhoseExtensionIsExactlyApp) {

@@ -1,4 +1,5 @@
-#include "platform/linux/LinuxCommandRunner.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/posix/PosixCommandRunner.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <optional>
@@ -10,7 +11,7 @@
 namespace cirrovane::test {
 namespace {
 
-class LinuxCommandRunnerTest : public testing::Test {
+class RootCommandsTest : public testing::Test {
  protected:
   void describe(const std::string& facts) const { writeFile(folder_ / "machine.json", facts); }
   /// A command of the Mac's disk that tells about itself.
@@ -20,58 +21,57 @@ class LinuxCommandRunnerTest : public testing::Test {
   }
   std::optional<std::string> outputOf(const std::string& path) const {
     const MacRoot root = *MacRoot::open(folder_.path());
-    const auto result = LinuxCommandRunner(root).run(path, {}, CommandOutput::collected, std::nullopt);
+    const auto result = commandRunnerOf(root)->run(path, {}, CommandOutput::collected, std::nullopt);
     return result ? std::optional(result->output) : std::nullopt;
   }
   bool isExecutable(const std::string& path) const {
     const MacRoot root = *MacRoot::open(folder_.path());
-    return LinuxCommandRunner(root).isExecutable(path);
+    return commandRunnerOf(root)->isExecutable(path);
   }
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
 };
 
-TEST_F(LinuxCommandRunnerTest, path_ofTheMac_leadsIntoTheRoot) {
+TEST_F(RootCommandsTest, path_ofTheMac_leadsIntoTheRoot) {
   addCommand("/usr/bin/tool", "echo \"$0\"");
   EXPECT_EQ(outputOf("/usr/bin/tool"), folder_.path() + "/usr/bin/tool\n");
   EXPECT_TRUE(isExecutable("/usr/bin/tool"));
 }
 
-TEST_F(LinuxCommandRunnerTest, path_insideOfTheRootAlready_staysAsItIs) {
+TEST_F(RootCommandsTest, path_insideOfTheRootAlready_staysAsItIs) {
   addCommand("/usr/bin/tool", "echo \"$0\"");
   EXPECT_EQ(outputOf(folder_ / "usr/bin/tool"), folder_.path() + "/usr/bin/tool\n");
   EXPECT_TRUE(isExecutable(folder_ / "usr/bin/tool"));
 }
 
-TEST_F(LinuxCommandRunnerTest, path_besideTheRootWithItsNameAsBeginning_leadsIntoTheRoot) {
+TEST_F(RootCommandsTest, path_besideTheRootWithItsNameAsBeginning_leadsIntoTheRoot) {
   addCommand(folder_.path() + "-other/tool", "echo inside");
   EXPECT_EQ(outputOf(folder_.path() + "-other/tool"), "inside\n");
 }
 
-TEST_F(LinuxCommandRunnerTest, path_upAndAwayFromTheRoot_staysInside) {
+TEST_F(RootCommandsTest, path_upAndAwayFromTheRoot_staysInside) {
   EXPECT_EQ(outputOf("/../../../../../../../../bin/echo"), std::nullopt);
   EXPECT_EQ(outputOf(folder_ / "../../../../../../../../../bin/echo"), std::nullopt);
 }
 
-TEST_F(LinuxCommandRunnerTest, command_ofTheHostAlone_isNotLaunched) {
+TEST_F(RootCommandsTest, command_ofTheHostAlone_isNotLaunched) {
   EXPECT_EQ(outputOf("/bin/echo"), std::nullopt);
   EXPECT_FALSE(isExecutable("/bin/echo"));
 }
 
-TEST_F(LinuxCommandRunnerTest, command_inTheHostRoot_isTheHosts) {
-  const MacRoot host = *MacRoot::open("/");
-  const auto result = LinuxCommandRunner(host).run("/bin/echo", {"a"}, CommandOutput::collected, std::nullopt);
+TEST(PosixCommandRunner, command_withNothingSaid_isTheHosts) {
+  const auto result = PosixCommandRunner().run("/bin/echo", {"a"}, CommandOutput::collected, std::nullopt);
   ASSERT_TRUE(result);
   EXPECT_EQ(result->output, "a\n");
 }
 
-TEST_F(LinuxCommandRunnerTest, environment_described_isWhatChildrenGet) {
+TEST_F(RootCommandsTest, environment_described_isWhatChildrenGet) {
   describe(R"({"environment": {"PATH": "/bin:/usr/bin", "ONE": "1", "number": 5}})");
   addCommand("/tool", "env | grep -v -e ^PWD= -e ^_= | sort");
   EXPECT_EQ(outputOf("/tool"), "ONE=1\nPATH=/bin:/usr/bin\n");
 }
 
-TEST_F(LinuxCommandRunnerTest, environment_notDescribed_isOurs) {
+TEST_F(RootCommandsTest, environment_notDescribed_isOurs) {
   describe("{}");
   setenv("CIRROVANE_TEST_VARIABLE", "ours", 1);
   addCommand("/tool", "echo $CIRROVANE_TEST_VARIABLE");
@@ -79,14 +79,14 @@ TEST_F(LinuxCommandRunnerTest, environment_notDescribed_isOurs) {
   unsetenv("CIRROVANE_TEST_VARIABLE");
 }
 
-TEST_F(LinuxCommandRunnerTest, environment_changedBetweenRuns_isReadAfresh) {
+TEST_F(RootCommandsTest, environment_changedBetweenRuns_isReadAfresh) {
   describe(R"({"environment": {"WORD": "one"}})");
   addCommand("/tool", "echo $WORD");
   const MacRoot root = *MacRoot::open(folder_.path());
-  const LinuxCommandRunner runner(root);
-  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected, std::nullopt)->output, "one\n");
+  const auto runner = commandRunnerOf(root);
+  EXPECT_EQ(runner->run("/tool", {}, CommandOutput::collected, std::nullopt)->output, "one\n");
   describe(R"({"environment": {"WORD": "two"}})");
-  EXPECT_EQ(runner.run("/tool", {}, CommandOutput::collected, std::nullopt)->output, "two\n");
+  EXPECT_EQ(runner->run("/tool", {}, CommandOutput::collected, std::nullopt)->output, "two\n");
 }
 
 }  // namespace

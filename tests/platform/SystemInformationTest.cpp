@@ -1,6 +1,8 @@
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/LinuxSystemInformation.h"
+#include "platform/linux/host/HostDisk.h"
 #include "platform/linux/host/HostPower.h"
+#include "platform/linux/host/HostSystemInformation.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/macroot/RootSystemInformation.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -21,7 +23,7 @@ class Described {
 
   void change(const std::string& facts) const { writeFile(folder_ / "machine.json", facts); }
   const SystemInformation& information() const { return information_; }
-  VolumeCapacities volume() const { return LinuxFileSystem(root_).volumeCapacities("/anywhere"); }
+  VolumeCapacities volume() const { return volumeOf(root_); }
 
  private:
   static MacRoot openRoot(const TemporaryFolder& folder) {
@@ -31,7 +33,7 @@ class Described {
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
   MacRoot root_ = openRoot(folder_);
-  LinuxSystemInformation information_{root_};
+  RootSystemInformation information_{root_};
 };
 
 TEST(DescribedMachine, facts_given_areWhatItSays) {
@@ -127,8 +129,7 @@ TEST(DescribedMachine, description_changed_showsAtTheNextQuestion) {
 }
 
 TEST(HostMachine, condition_isTheHostsOwn) {
-  const MacRoot host = *MacRoot::open("/");
-  const LinuxSystemInformation information(host);
+  const HostSystemInformation information;
   const auto memory =
       static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
   EXPECT_EQ(information.physicalMemory(), memory);
@@ -144,19 +145,16 @@ TEST(HostMachine, condition_isTheHostsOwn) {
 }
 
 TEST(HostMachine, volume_ofAFolder_isItsFileSystems) {
-  const MacRoot host = *MacRoot::open("/");
   struct statvfs volume {};
   ASSERT_EQ(statvfs(CIRROVANE_SOURCE_DIR, &volume), 0);
-  EXPECT_EQ(LinuxFileSystem(host).volumeCapacities(CIRROVANE_SOURCE_DIR).total,
-            static_cast<std::int64_t>(volume.f_blocks * volume.f_frsize));
-  EXPECT_GT(LinuxFileSystem(host).volumeCapacities(CIRROVANE_SOURCE_DIR).availableForImportantUsage, 0);
+  EXPECT_EQ(hostVolume(CIRROVANE_SOURCE_DIR).total, static_cast<std::int64_t>(volume.f_blocks * volume.f_frsize));
+  EXPECT_GT(hostVolume(CIRROVANE_SOURCE_DIR).availableForImportantUsage, 0);
 }
 
 TEST(HostMachine, volume_ofNoFolder_isUnknown) {
-  const MacRoot host = *MacRoot::open("/");
   for (const std::string& folder : {std::string("/no/such/folder"), std::string("/\0", 2)}) {
-    EXPECT_EQ(LinuxFileSystem(host).volumeCapacities(folder).total, std::nullopt);
-    EXPECT_EQ(LinuxFileSystem(host).volumeCapacities(folder).availableForImportantUsage, std::nullopt);
+    EXPECT_EQ(hostVolume(folder).total, std::nullopt);
+    EXPECT_EQ(hostVolume(folder).availableForImportantUsage, std::nullopt);
   }
 }
 

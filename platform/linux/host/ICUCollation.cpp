@@ -1,4 +1,4 @@
-#include "platform/linux/ICUCollation.h"
+#include "platform/linux/host/ICUCollation.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxUserDefaults.h"
+#include "platform/linux/host/LinuxUserDefaults.h"
 
 #include "base/Path.h"
 
@@ -24,7 +24,7 @@ json readAll(const FileStorage& storage, const std::string& path) {
 }  // namespace
 
 std::optional<DefaultsValue> LinuxUserDefaults::value(std::string_view key) const {
-  const json all = readAll(storage_, root_.userDefaultsPath());
+  const json all = readAll(storage_, path());
   const auto found = all.find(key);
   if (found == all.end() || found->is_null()) {
     return std::nullopt;
@@ -49,9 +49,13 @@ std::optional<Failure> LinuxUserDefaults::set(std::string_view key, const std::s
   return store(key, value);
 }
 
+std::string LinuxUserDefaults::path() const {
+  return folder_() + "/com.quillmere.Cirrovane.json";
+}
+
 template <class Value>
 std::optional<Failure> LinuxUserDefaults::store(std::string_view key, const Value& value) {
-  const std::string path = root_.userDefaultsPath();
+  const std::string path = this->path();
   json all = readAll(storage_, path);
   all[std::string(key)] = value;
   if (auto failure = storage_.createFolders(std::string(parentPath(path)), FileAccess::asUsual)) {

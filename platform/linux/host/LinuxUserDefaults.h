@@ -2,19 +2,22 @@
 
 #include "platform/FileStorage.h"
 #include "platform/UserDefaults.h"
-#include "platform/linux/macroot/MacRoot.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace cirrovane {
 
-/// User defaults as one JSON object in a file of the Mac root. Read afresh at each use, so that two processes see each
+/// User defaults as one JSON object in a file. Read afresh at each use, so that two processes see each
 /// other's settings and neither takes back what the other set.
 class LinuxUserDefaults final : public UserDefaults {
  public:
-  LinuxUserDefaults(const MacRoot& root, const FileStorage& storage) : root_(root), storage_(storage) {}
+  /// The folder is asked for at each use; the storage outlives this.
+  LinuxUserDefaults(std::function<std::string()> folder, const FileStorage& storage)
+      : folder_(std::move(folder)), storage_(storage) {}
 
   using UserDefaults::set;
 
@@ -26,7 +29,9 @@ class LinuxUserDefaults final : public UserDefaults {
   template <class Value>
   std::optional<Failure> store(std::string_view key, const Value& value);
 
-  const MacRoot& root_;
+  std::string path() const;
+
+  std::function<std::string()> folder_;
   const FileStorage& storage_;
 };
 

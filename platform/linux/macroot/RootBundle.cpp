@@ -1,7 +1,4 @@
-#include "platform/linux/LinuxBundle.h"
-
-#include <filesystem>
-#include <system_error>
+#include "platform/linux/macroot/RootBundle.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,23 +7,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr const char* kDesktopEntry = "com.quillmere.Cirrovane.desktop";
-
-std::string hostLocation() {
-  std::error_code error;
-  return applicationLocation(std::filesystem::read_symlink("/proc/self/exe", error));
-}
-
-std::optional<std::string> hostInfo(std::string_view key) {
-  if (key == "CFBundleShortVersionString") {
-    return CIRROVANE_VERSION;
-  }
-  if (key == "CFBundleVersion") {
-    return CIRROVANE_BUILD_NUMBER;
-  }
-  return std::nullopt;
-}
-
 std::optional<std::string> textMember(const json& object, std::string_view key) {
   const auto found = object.find(key);
   return found != object.end() && found->is_string() ? std::optional(found->get<std::string>()) : std::nullopt;
@@ -34,27 +14,11 @@ std::optional<std::string> textMember(const json& object, std::string_view key) 
 
 }  // namespace
 
-std::string applicationLocation(const std::filesystem::path& executable) {
-  const std::filesystem::path folder = executable.parent_path();
-  const std::filesystem::path prefix = folder.parent_path();
-  // A build folder has programs in a "bin" too, but offers none of them in a desktop's menu.
-  std::error_code error;
-  const bool isInstalled =
-      folder.filename() == "bin" && std::filesystem::exists(prefix / "share/applications" / kDesktopEntry, error);
-  return isInstalled ? prefix / "Cirrovane.app" : executable;
-}
-
-std::string LinuxBundle::location() const {
-  if (root_.describesHost()) {
-    return hostLocation();
-  }
+std::string RootBundle::location() const {
   return textMember(root_.facts().value("bundle", json::object()), "path").value_or("");
 }
 
-std::optional<std::string> LinuxBundle::infoText(std::string_view key) const {
-  if (root_.describesHost()) {
-    return hostInfo(key);
-  }
+std::optional<std::string> RootBundle::infoText(std::string_view key) const {
   const json bundle = root_.facts().value("bundle", json::object());
   const auto info = bundle.find("info");
   return info != bundle.end() && info->is_object() ? textMember(*info, key) : std::nullopt;

@@ -3,28 +3,23 @@
 #include "platform/Bundle.h"
 #include "platform/linux/macroot/MacRoot.h"
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace cirrovane {
 
-/// Where the application of a program is: a bundle's place in the prefix that the program was installed below, which
-/// may be any folder, and the program itself where it was not installed.
-std::string applicationLocation(const std::filesystem::path& executable);
-
-/// The bundle that a Mac root describes. On the host itself: a bundle's place in the install prefix for an installed
-/// program, else the bare executable, and in either case this build's own version.
-class LinuxBundle final : public Bundle {
+/// The bundle that a Mac root describes.
+class RootBundle final : public Bundle {
  public:
-  explicit LinuxBundle(const MacRoot& root) : root_(root) {}
+  explicit RootBundle(MacRoot root) : root_(std::move(root)) {}
 
   std::string location() const override;
   std::optional<std::string> infoText(std::string_view key) const override;
 
  private:
-  const MacRoot& root_;
+  MacRoot root_;
 };
 
 }  // namespace cirrovane

@@ -7,15 +7,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace cirrovane {
 
-/// The condition of the Mac that a Mac root describes; where it describes none, of the machine that we run on, of which
-/// what only a Mac can tell stays absent.
-class LinuxSystemInformation final : public SystemInformation {
+/// The condition of the Mac that a Mac root describes.
+class RootSystemInformation final : public SystemInformation {
  public:
-  explicit LinuxSystemInformation(const MacRoot& root) : root_(root) {}
+  explicit RootSystemInformation(MacRoot root) : root_(std::move(root)) {}
 
   bool hasUbiquityIdentityToken() const override;
   bool isApplicationRunning(std::string_view bundleIdentifier) const override;
@@ -28,7 +28,7 @@ class LinuxSystemInformation final : public SystemInformation {
   std::vector<PowerSource> powerSources() const override;
 
  private:
-  const MacRoot& root_;
+  MacRoot root_;
 };
 
 }  // namespace cirrovane

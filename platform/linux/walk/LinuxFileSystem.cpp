@@ -1,33 +1,14 @@
-#include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 
 #include "base/Path.h"
-#include "platform/linux/macroot/MachineFacts.h"
 #include "platform/linux/walk/LinuxWalk.h"
 #include "platform/posix/walk/NamedItems.h"
 
 #include <filesystem>
-#include <sys/statvfs.h>
 #include <system_error>
 #include <unistd.h>
 
-#include <nlohmann/json.hpp>
-
 namespace cirrovane {
-namespace {
-
-VolumeCapacities hostCapacities(const std::string& folder) {
-  struct statvfs volume {};
-  if (!isAddressable(folder) || statvfs(folder.c_str(), &volume) != 0) {
-    return {};
-  }
-  const auto inBytes = [&](fsblkcnt_t blocks) {
-    std::int64_t bytes = 0;
-    return __builtin_mul_overflow(blocks, volume.f_frsize, &bytes) ? std::nullopt : std::optional(bytes);
-  };
-  return {inBytes(volume.f_bavail), inBytes(volume.f_blocks)};
-}
-
-}  // namespace
 
 bool LinuxFileSystem::exists(const std::string& path) const {
   return isAddressable(path) && access(path.c_str(), F_OK) == 0;
@@ -52,14 +33,6 @@ std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const WalkRequest& reques
 std::unique_ptr<ItemBatch> LinuxFileSystem::readItems(const std::string& folder,
                                                       const std::vector<std::string>& names) const {
   return isAddressable(folder) ? readNamedItems(folder, names, *makeLinuxSource()) : nullptr;
-}
-
-VolumeCapacities LinuxFileSystem::volumeCapacities(const std::string& folder) const {
-  if (root_.describesHost()) {
-    return hostCapacities(folder);
-  }
-  const nlohmann::json volume = root_.facts().value("volume", nlohmann::json::object());
-  return {integerFact(volume, "availableForImportantUsage"), integerFact(volume, "total")};
 }
 
 }  // namespace cirrovane
