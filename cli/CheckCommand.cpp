@@ -147,7 +147,7 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
                                  "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
                                  "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
                                  "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
-  addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = isFolderArgument},
+  addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = complaintAboutFolder},
               options->folders);
   CLI::Option& wait = addFlag(command, "--wait", options->waits, "Wait until it is safe, or time is up");
   addArgument(command,
@@ -180,7 +180,7 @@ void addWatchCommand(CLI::App& app, ChosenCommand& chosen) {
                  "  cirrovanectl watch\n"
                  "  cirrovanectl watch ~/Documents/Clients --timeout 60\n"
                  "  cirrovanectl watch --json | jq --unbuffered .safeToClose");
-  addArgument(command, {.name = "FOLDER", .help = "Folders to watch", .complaint = isFolderArgument},
+  addArgument(command, {.name = "FOLDER", .help = "Folders to watch", .complaint = complaintAboutFolder},
               options->folders);
   addArgument(command,
               {.name = "--timeout",

@@ -116,7 +116,7 @@ void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto added = std::make_shared<Arguments>();
   CLI::App& addVerb = addCommand(command, "add", "Watch folders");
   addArgument(addVerb,
-              {.name = "FOLDER", .help = "Folders to watch", .isRequired = true, .complaint = isFolderArgument},
+              {.name = "FOLDER", .help = "Folders to watch", .isRequired = true, .complaint = complaintAboutFolder},
               *added);
   addJSONOption(addVerb, chosen);
 
@@ -126,7 +126,7 @@ void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
               {.name = "FOLDER-or-ID",
                .help = "Watched folders, or their identifiers",
                .isRequired = true,
-               .complaint = isFolderArgument},
+               .complaint = complaintAboutFolder},
               *removed);
   addJSONOption(removeVerb, chosen);
 
