@@ -128,12 +128,7 @@ class SystemWalkCalls final : public MacWalkCalls {
     return getattrlistat(descriptor, name, &asked, target.data(), target.size(), FSOPT_NOFOLLOW);
   }
 
-  std::string withoutLinks(const std::string& path) const override {
-    char* found = realpath(path.c_str(), nullptr);
-    std::string real = found != nullptr ? found : path;
-    std::free(found);
-    return real;
-  }
+  std::string withoutLinks(const std::string& path) const override { return pathWithoutLinks(path); }
 
   bool isPackageExtension(std::string_view extension) const override { return isSystemPackageExtension(extension); }
 
@@ -158,6 +153,13 @@ class SystemWalkCalls final : public MacWalkCalls {
 };
 
 }  // namespace
+
+std::string pathWithoutLinks(const std::string& path) {
+  char* found = realpath(path.c_str(), nullptr);
+  std::string real = found != nullptr ? found : path;
+  std::free(found);
+  return real;
+}
 
 bool isSystemPackageExtension(std::string_view extension) {
   @autoreleasepool {

@@ -12,22 +12,22 @@
 namespace cirrovane {
 namespace {
 
-std::string trimmed(std::string_view path) {
+std::string folderOf(std::string_view path) {
   return std::string(withoutTrailingSlash(path));
 }
 
 std::string hostHome() {
   if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') {
-    return trimmed(home);
+    return folderOf(home);
   }
   const passwd* user = getpwuid(getuid());
-  return trimmed(user != nullptr ? user->pw_dir : "/");
+  return folderOf(user != nullptr ? user->pw_dir : "/");
 }
 
 /// A folder that the user may have moved by a variable, as the desktop's base directories are.
 std::string hostFolder(const char* variable, const char* belowHome) {
   if (const char* path = std::getenv(variable); path != nullptr && *path == '/') {
-    return trimmed(path);
+    return folderOf(path);
   }
   return hostHome() + belowHome;
 }
