@@ -57,16 +57,6 @@ constexpr bool caseOfRawValue(const std::array<RawValue<Enumeration>, count>& ta
   return false;
 }
 
-/// The case of a raw value; absent when no case has it.
-template <RawRepresentable Enumeration>
-std::optional<Enumeration> makeFromRawValue(std::string_view text) {
-  Enumeration value{};
-  if (!fromRawValue(text, value)) {
-    return std::nullopt;
-  }
-  return value;
-}
-
 /// Calls `visit` with every field of the record's type, in declaration order.
 template <JSONRecord Record, class Visitor>
 constexpr void forEachField(Visitor&& visit) {

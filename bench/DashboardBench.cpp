@@ -150,11 +150,11 @@ class RefreshBench {
     for (const char* name : {"watchlist.json", "history.json", "incidents.json"}) {
       std::filesystem::remove(folder_ + "/" + name);
     }
-    const FileSystem& files = machine_.fileSystem();
-    const Clock& clock = machine_.clock();
+    const FileSystem& files = *machine_.fileSystem;
+    const Clock& clock = *machine_.clock;
     Services services;
     services.watchlist =
-        std::make_unique<WatchlistStore>(files, storage, machine_.collation(), folder_ + "/watchlist.json");
+        std::make_unique<WatchlistStore>(files, storage, *machine_.collation, folder_ + "/watchlist.json");
     services.watchlist->addFolder(watched);
     services.historyStore = std::make_unique<ScanHistoryStore>(files, storage, folder_ + "/history.json");
     for (std::size_t number = 0; number < ScanHistoryStore::kMaximumSnapshots; ++number) {
@@ -162,10 +162,10 @@ class RefreshBench {
     }
     services.engine = std::make_shared<const ICloudScanEngine>(files, clock);
     services.diagnosticsService =
-        std::make_shared<const PlatformDiagnosticsService>(machine_.systemInformation(), files, clock);
+        std::make_shared<const PlatformDiagnosticsService>(*machine_.systemInformation, files, clock);
     services.systemStatusService =
-        std::make_shared<const SystemStatusService>(machine_.systemInformation(), files, clock);
-    services.makeProbes = [this] { return std::make_unique<ProbeRunner>(commands_, machine_.monotonicClock()); };
+        std::make_shared<const SystemStatusService>(*machine_.systemInformation, files, clock);
+    services.makeProbes = [this] { return std::make_unique<ProbeRunner>(commands_, *machine_.monotonicClock); };
     services.incidentStore = std::make_unique<IncidentStore>(files, storage, clock, folder_ + "/incidents.json");
     std::vector<DiagnosticFinding> findings;
     for (std::size_t number = 0; number < IncidentStore::kMaximumRecords; ++number) {
@@ -179,10 +179,10 @@ class RefreshBench {
     const PosixFileStorage storage(calls);
     InlineExecutor executor;
     RefreshCycle cycle(services(storage), {{executor, executor, executor, executor},
-                                           machine_.fileStorage(),
-                                           machine_.userDefaults(),
-                                           machine_.clock(),
-                                           machine_.monotonicClock()});
+                                           *machine_.fileStorage,
+                                           *machine_.userDefaults,
+                                           *machine_.clock,
+                                           *machine_.monotonicClock});
     std::vector<double> seconds(static_cast<std::size_t>(repetitions));
     for (double& time : seconds) {
       time = secondsOf([&] { cycle.refresh(); });
@@ -222,7 +222,7 @@ int main(int argumentCount, char** arguments) {
     }
     auto machine = cirrovane::makeMachine(root);
     cirrovane::expect(static_cast<bool>(machine), "the folder cannot stand for a Mac");
-    cirrovane::RefreshBench(**machine, folder).run(repetitions);
+    cirrovane::RefreshBench(*machine, folder).run(repetitions);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "dashboard_bench: %s\n", error.what());

@@ -59,16 +59,16 @@ void print(std::string_view what, std::string_view how, const std::vector<double
 void measureOwnCost(const Machine& machine, int repetitions) {
   const test::FakeCommandRunner commands = macAnswers();
   SyncHealthReport report;
-  report.generatedAt = machine.clock().now();
+  report.generatedAt = machine.clock->now();
   report.metrics.pendingUploads = 3;
   report.blockers.emplace_back().filePath = "/Users/demo/Invoices/2026-11.pdf";
   const std::vector<WatchFolder> folders(kFolders, {UUID(), "Invoices", "/Users/demo/Invoices"});
-  const PlatformDiagnosticsService diagnostics(machine.systemInformation(), machine.fileSystem(), machine.clock());
-  const SystemStatusService status(machine.systemInformation(), machine.fileSystem(), machine.clock());
+  const PlatformDiagnosticsService diagnostics(*machine.systemInformation, *machine.fileSystem, *machine.clock);
+  const SystemStatusService status(*machine.systemInformation, *machine.fileSystem, *machine.clock);
   std::vector<double> collects;
   std::vector<double> captures;
   for (int repetition = 0; repetition < repetitions; ++repetition) {
-    ProbeRunner probes(commands, machine.monotonicClock());
+    ProbeRunner probes(commands, *machine.monotonicClock);
     collects.push_back(secondsOf(
         [&] { expect(diagnostics.collect(probes, report, folders).findings.size() > 20, "findings are missing"); }));
     captures.push_back(
@@ -128,7 +128,7 @@ int main(int argumentCount, char** arguments) {
     if (!machine) {
       throw std::runtime_error(machine.message());
     }
-    cirrovane::run(**machine, repetitions);
+    cirrovane::run(*machine, repetitions);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "diagnostics_bench: %s\n", error.what());

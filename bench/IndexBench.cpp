@@ -128,8 +128,8 @@ std::size_t numberOf(std::string_view text) {
 int run(const std::vector<std::string>& arguments) {
   auto opened = makeMachine("/");
   require(static_cast<bool>(opened), "no machine");
-  const std::unique_ptr<Machine> machine = std::move(*opened);
-  Bench bench{machine->fileSystem()};
+  const Machine machine = std::move(*opened);
+  Bench bench{*machine.fileSystem};
   bench.folders = {WatchFolder{UUID(), "Tree", arguments.at(1)}};
   const std::size_t runs = arguments.size() > 2 ? numberOf(arguments[2]) : 1;
   const std::string& what = arguments.front();

@@ -3,9 +3,11 @@
 
 #include "bench/SampleRecords.h"
 #include "platform/Clock.h"
-#include "platform/linux/ICUCollation.h"
-#include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/host/ICUCollation.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
@@ -34,8 +36,8 @@ constexpr std::size_t kFolders = 50;
 
 class Bench {
  public:
-  Bench(std::string folder, MacRoot root, int repetitions)
-      : folder_(std::move(folder)), root_(std::move(root)), fileSystem_(root_), repetitions_(repetitions) {}
+  Bench(std::string folder, const MacRoot& root, int repetitions)
+      : folder_(std::move(folder)), fileSystem_(foldersOf(root), hostVolume), repetitions_(repetitions) {}
 
   void run() {
     const CallsWithoutSync withoutSync;
@@ -128,7 +130,6 @@ class Bench {
   }
 
   std::string folder_;
-  MacRoot root_;
   LinuxFileSystem fileSystem_;
   SystemClock clock_;
   ICUCollation collation_;
@@ -155,7 +156,7 @@ int main(int argumentCount, char** arguments) {
     if (!root) {
       throw std::runtime_error(root.message());
     }
-    cirrovane::Bench(folder, std::move(*root), repetitions).run();
+    cirrovane::Bench(folder, *root, repetitions).run();
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "stores_bench: %s\n", error.what());

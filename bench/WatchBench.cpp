@@ -151,7 +151,7 @@ class BareReader {
 };
 
 void walk(const Machine& machine, const std::string& folder, ListingObserver* observer) {
-  const auto walk = machine.fileSystem().enumerate({folder, /*isDeep=*/true, observer});
+  const auto walk = machine.fileSystem->enumerate({folder, /*isDeep=*/true, observer});
   while (walk && walk->next() != nullptr) {
   }
 }
@@ -231,7 +231,7 @@ int main(int argumentCount, char** arguments) {
       throw std::runtime_error(machine.message());
     }
     const auto measure = what == "latency" ? cirrovane::measureLatency : cirrovane::measureFirstScan;
-    measure(**machine, arguments[2], std::atoi(arguments[3]));
+    measure(*machine, arguments[2], std::atoi(arguments[3]));
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "watch_bench: %s\n", error.what());

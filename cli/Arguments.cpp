@@ -26,8 +26,18 @@ void add(CLI::App& command, const ArgumentForm& form, Target& target) {
 
 template <class Number>
 std::optional<Number> parsed(const std::string& text) {
-  Number number = 0;
-  return CLI::detail::lexical_cast(text, number) ? std::optional(number) : std::nullopt;
+  if (text.empty()) {
+    // The parser takes it for 0.
+    return std::nullopt;
+  }
+  CLI::App reader;
+  CLI::Option* option = reader.add_option("number");
+  option->add_result(text);
+  try {
+    return option->as<Number>();
+  } catch (const CLI::ConversionError&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace

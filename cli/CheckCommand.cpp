@@ -122,7 +122,7 @@ ExitStatus watch(const WatchOptions& options, CommandContext& context) {
     if (!report || !session.verdict().hasWatchAnswered()) {
       return false;
     }
-    const WatchLine line = watchLine(**report, session.verdict(), context.machine.clock());
+    const WatchLine line = watchLine(**report, session.verdict(), *context.machine.clock);
     bool isHeard = true;
     if (!last || !line.saysTheSame(*last)) {
       const TextStyle style(context.out.isColoured());
@@ -147,7 +147,8 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
                                  "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
                                  "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
                                  "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
-  addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = isFolderArgument}, options->folders);
+  addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = complaintAboutFolder},
+              options->folders);
   CLI::Option& wait = addFlag(command, "--wait", options->waits, "Wait until it is safe, or time is up");
   addArgument(command,
               {.name = "--timeout",
@@ -179,7 +180,8 @@ void addWatchCommand(CLI::App& app, ChosenCommand& chosen) {
                  "  cirrovanectl watch\n"
                  "  cirrovanectl watch ~/Documents/Clients --timeout 60\n"
                  "  cirrovanectl watch --json | jq --unbuffered .safeToClose");
-  addArgument(command, {.name = "FOLDER", .help = "Folders to watch", .complaint = isFolderArgument}, options->folders);
+  addArgument(command, {.name = "FOLDER", .help = "Folders to watch", .complaint = complaintAboutFolder},
+              options->folders);
   addArgument(command,
               {.name = "--timeout",
                .help = "End after S seconds (default: never)",

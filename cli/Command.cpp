@@ -31,7 +31,7 @@ void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
   addFlag(command, "--json", chosen.wantsJSON, "Print one JSON document instead of text");
 }
 
-std::string isFolderArgument(const std::string& argument) {
+std::string complaintAboutFolder(const std::string& argument) {
   return argument.empty() ? "A folder's name cannot be empty." : "";
 }
 

@@ -70,7 +70,7 @@ void addVersionCommand(CLI::App& app, ChosenCommand& chosen);
 void addJSONOption(CLI::App& command, ChosenCommand& chosen);
 
 /// What is wrong with an argument that should name a folder; empty when nothing is.
-std::string isFolderArgument(const std::string& argument);
+std::string complaintAboutFolder(const std::string& argument);
 
 /// Says why a command could not do what it was asked for; names in the message are made harmless.
 ExitStatus reportFailure(CommandContext& context, std::string_view message);

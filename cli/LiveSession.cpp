@@ -22,7 +22,7 @@ constexpr std::string_view kWatchlistFile = "watchlist.json";
 class LiveSession::WatchlistFollower final : public FolderWatchListener {
  public:
   WatchlistFollower(Machine& machine, Executor& loop, std::function<void()> changed)
-      : fileSystem_(machine.fileSystem()),
+      : fileSystem_(*machine.fileSystem),
         folder_(parentPath(defaultStoragePath(fileSystem_, kWatchlistFile))),
         loop_(loop),
         changed_(std::move(changed)),
@@ -65,13 +65,13 @@ class LiveSession::WatchlistFollower final : public FolderWatchListener {
 LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>& folders, LivePace pace)
     : context_(context),
       given_(namedFolders(folders)),
-      loop_(context.machine.monotonicClock()),
+      loop_(*context.machine.monotonicClock),
       alarm_(loop_.makeAlarm()),
       timeout_(loop_.makeAlarm()),
-      verdict_({context.machine.fileSystem(), context.machine.clock(), &progress_},
+      verdict_({*context.machine.fileSystem, *context.machine.clock, &progress_},
                {{loop_, scan_, updates_},
-                context.machine.clock(),
-                context.machine.monotonicClock(),
+                *context.machine.clock,
+                *context.machine.monotonicClock,
                 *alarm_,
                 [&context](FolderWatchListener& listener) { return context.machine.makeFolderWatch(listener); }},
                pace) {
@@ -96,7 +96,7 @@ void LiveSession::endOnSignalsAndClosedOutput() {
 void LiveSession::run(std::optional<std::chrono::nanoseconds> timeout, std::function<bool()> look) {
   look_ = std::move(look);
   if (timeout) {
-    awaitEnd(context_.machine.monotonicClock().sinceBoot() + *timeout);
+    awaitEnd(context_.machine.monotonicClock->sinceBoot() + *timeout);
   }
   progressLine_.emplace(progress_, context_.err);
   if (given_.empty()) {
@@ -123,9 +123,9 @@ std::vector<WatchFolder> LiveSession::currentFolders() const {
 }
 
 void LiveSession::awaitEnd(std::chrono::nanoseconds end) {
-  const std::chrono::nanoseconds left = end - context_.machine.monotonicClock().sinceBoot();
+  const std::chrono::nanoseconds left = end - context_.machine.monotonicClock->sinceBoot();
   timeout_->set(std::max(left, std::chrono::nanoseconds(0)), [this, end] {
-    if (context_.machine.monotonicClock().sinceBoot() < end) {
+    if (context_.machine.monotonicClock->sinceBoot() < end) {
       awaitEnd(end);
       return;
     }

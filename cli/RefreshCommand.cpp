@@ -22,10 +22,10 @@ class InlineRefresh {
  public:
   explicit InlineRefresh(CommandContext& context)
       : cycle_(makeServices(context.machine, &progress_), {{executor_, executor_, executor_, executor_},
-                                                           context.machine.fileStorage(),
-                                                           context.machine.userDefaults(),
-                                                           context.machine.clock(),
-                                                           context.machine.monotonicClock()}) {
+                                                           *context.machine.fileStorage,
+                                                           *context.machine.userDefaults,
+                                                           *context.machine.clock,
+                                                           *context.machine.monotonicClock}) {
     const ProgressLine line(progress_, context.err);
     cycle_.refresh();
   }

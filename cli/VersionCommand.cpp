@@ -17,7 +17,7 @@ struct Version {
 };
 
 ExitStatus version(CommandContext& context) {
-  const std::string label = versionLabel(context.machine.bundle());
+  const std::string label = versionLabel(*context.machine.bundle);
   if (context.wantsJSON) {
     writeJSONDocument(context.out, Version{label});
   } else {

@@ -58,7 +58,7 @@ ExitStatus add(const Arguments& arguments, CommandContext& context) {
   for (const std::string& argument : arguments) {
     const std::string path = absolutePath(argument);
     // Watching a folder that is still to come is allowed: until then, no verdict is "safe".
-    if (!context.machine.fileSystem().exists(path)) {
+    if (!context.machine.fileSystem->exists(path)) {
       context.err.write(
           fmt::format("cirrovanectl: {} does not exist; it is watched all the same.\n", displayText(path)));
     }
@@ -116,7 +116,7 @@ void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto added = std::make_shared<Arguments>();
   CLI::App& addVerb = addCommand(command, "add", "Watch folders");
   addArgument(addVerb,
-              {.name = "FOLDER", .help = "Folders to watch", .isRequired = true, .complaint = isFolderArgument},
+              {.name = "FOLDER", .help = "Folders to watch", .isRequired = true, .complaint = complaintAboutFolder},
               *added);
   addJSONOption(addVerb, chosen);
 
@@ -126,7 +126,7 @@ void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen) {
               {.name = "FOLDER-or-ID",
                .help = "Watched folders, or their identifiers",
                .isRequired = true,
-               .complaint = isFolderArgument},
+               .complaint = complaintAboutFolder},
               *removed);
   addJSONOption(removeVerb, chosen);
 

@@ -49,12 +49,12 @@ ExitStatus explainUsage(const CLI::App& app, const CLI::ParseError& error, Outpu
 }
 
 ExitStatus runOn(const std::string& root, const ChosenCommand& chosen, Output& out, Output& err) {
-  Result<std::unique_ptr<Machine>> machine = makeMachine(absolutePath(root));
+  Result<Machine> machine = makeMachine(absolutePath(root));
   if (!machine) {
     err.write(fmt::format("cirrovanectl: {}\n", displayText(machine.message())));
     return ExitStatus::couldNot;
   }
-  CommandContext context{**machine, out, err, chosen.wantsJSON};
+  CommandContext context{*machine, out, err, chosen.wantsJSON};
   const ExitStatus status = chosen.run(context);
   return statusAfterWriting(status, out, err);
 }

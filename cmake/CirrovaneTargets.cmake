@@ -64,7 +64,8 @@ add_library(cirrovane_build_options INTERFACE)
 target_link_libraries(cirrovane_build_options INTERFACE cirrovane_warnings cirrovane_instrumentation)
 
 # cirrovane_library(NAME SOURCES... [NEEDS libraries...]): the library cirrovane::NAME of one folder. A folder includes
-# only what it NEEDS, so an include against the layers' direction does not link.
+# only what it NEEDS. A program without the layers above does not link what a library uses of them; scripts/check-layers
+# finds what a linker does not, a header alone among it.
 function(cirrovane_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;NEEDS;USES")
   set(target cirrovane_${name})

@@ -14,10 +14,6 @@ bool isCritical(BlockerReason reason) {
 
 }  // namespace
 
-std::int64_t coverageGapCount(const SyncHealthReport& report) {
-  return std::ranges::count_if(report.blockers, isCoverageGap, &SyncBlocker::reason);
-}
-
 std::vector<SafetyCriterion> safetyCriteria(const SyncHealthReport& report) {
   UUIDGenerator makeID;
   std::vector<SafetyCriterion> criteria;

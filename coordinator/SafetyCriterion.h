@@ -4,7 +4,6 @@
 #include "base/UUID.h"
 #include "core/SyncHealthReport.h"
 
-#include <cstdint>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -29,8 +28,5 @@ struct SafetyCriterion {
 
 /// The five criteria over a report, made from its counts alone and never from its verdict.
 std::vector<SafetyCriterion> safetyCriteria(const SyncHealthReport& report);
-
-/// Blockers of a report that are watched folders which are missing or outside iCloud.
-std::int64_t coverageGapCount(const SyncHealthReport& report);
 
 }  // namespace cirrovane

@@ -5,38 +5,37 @@
 namespace cirrovane {
 
 std::unique_ptr<WatchlistStore> openWatchlist(const Machine& machine) {
-  return std::make_unique<WatchlistStore>(machine.fileSystem(), machine.fileStorage(), machine.collation());
+  return std::make_unique<WatchlistStore>(*machine.fileSystem, *machine.fileStorage, *machine.collation);
 }
 
 std::unique_ptr<ScanHistoryStore> openHistory(const Machine& machine) {
-  return std::make_unique<ScanHistoryStore>(machine.fileSystem(), machine.fileStorage());
+  return std::make_unique<ScanHistoryStore>(*machine.fileSystem, *machine.fileStorage);
 }
 
 std::unique_ptr<IncidentStore> openIncidents(const Machine& machine) {
-  return std::make_unique<IncidentStore>(machine.fileSystem(), machine.fileStorage(), machine.clock());
+  return std::make_unique<IncidentStore>(*machine.fileSystem, *machine.fileStorage, *machine.clock);
 }
 
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress) {
-  return std::make_shared<const ICloudScanEngine>(machine.fileSystem(), machine.clock(),
+  return std::make_shared<const ICloudScanEngine>(*machine.fileSystem, *machine.clock,
                                                   ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
 }
 
 std::shared_ptr<const PlatformDiagnosticsService> makeDiagnosticsService(const Machine& machine) {
-  return std::make_shared<const PlatformDiagnosticsService>(machine.systemInformation(), machine.fileSystem(),
-                                                            machine.clock());
+  return std::make_shared<const PlatformDiagnosticsService>(*machine.systemInformation, *machine.fileSystem,
+                                                            *machine.clock);
 }
 
 std::shared_ptr<const SystemStatusService> makeSystemStatusService(const Machine& machine) {
-  return std::make_shared<const SystemStatusService>(machine.systemInformation(), machine.fileSystem(),
-                                                     machine.clock());
+  return std::make_shared<const SystemStatusService>(*machine.systemInformation, *machine.fileSystem, *machine.clock);
 }
 
 std::unique_ptr<ProbeRunner> makeProbeRunner(const Machine& machine) {
-  return std::make_unique<ProbeRunner>(machine.commandRunner(), machine.monotonicClock());
+  return std::make_unique<ProbeRunner>(*machine.commandRunner, *machine.monotonicClock);
 }
 
 ToolInstaller makeToolInstaller(const Machine& machine) {
-  return {machine.commandRunner(), machine.systemInformation()};
+  return {*machine.commandRunner, *machine.systemInformation};
 }
 
 Services makeServices(const Machine& machine, ScanProgress* progress) {

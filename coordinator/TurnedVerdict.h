@@ -15,7 +15,6 @@ class TurnedVerdict {
   void cycleBegan(Uptime now);
   /// The verdict that the cycle recorded.
   void cycleEnded(bool isSafe, Uptime now);
-  bool isCycling() const { return isCycling_; }
 
   /// When a cycle is to be started; absent while there is no reason to.
   std::optional<Uptime> due() const;

@@ -38,8 +38,4 @@ std::string_view displayTitle(BlockerReason reason) {
   return kDisplayTitles.at(static_cast<std::size_t>(reason));
 }
 
-bool isCoverageGap(BlockerReason reason) {
-  return reason == BlockerReason::unavailableFolder || reason == BlockerReason::outsideICloud;
-}
-
 }  // namespace cirrovane

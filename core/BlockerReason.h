@@ -33,7 +33,4 @@ bool fromRawValue(std::string_view text, BlockerReason& target);
 /// The one text by which every screen, notification and terminal names the reason.
 std::string_view displayTitle(BlockerReason reason);
 
-/// Whether the reason leaves a watched folder unseen: it is missing, or not in iCloud at all.
-bool isCoverageGap(BlockerReason reason);
-
 }  // namespace cirrovane

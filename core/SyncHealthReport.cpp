@@ -2,6 +2,8 @@
 
 #include "platform/Clock.h"
 
+#include <algorithm>
+
 namespace cirrovane {
 
 const SyncHealthReport& SyncHealthReport::empty() {
@@ -12,6 +14,12 @@ const SyncHealthReport& SyncHealthReport::empty() {
     return made;
   }();
   return report;
+}
+
+std::int64_t coverageGapCount(const SyncHealthReport& report) {
+  return std::ranges::count_if(report.blockers, [](const SyncBlocker& blocker) {
+    return blocker.reason == BlockerReason::unavailableFolder || blocker.reason == BlockerReason::outsideICloud;
+  });
 }
 
 }  // namespace cirrovane

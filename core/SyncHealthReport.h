@@ -116,4 +116,7 @@ struct SyncHealthReport {
   friend bool operator==(const SyncHealthReport&, const SyncHealthReport&) = default;
 };
 
+/// Watched folders that a report leaves unseen: they are missing, or not in iCloud at all.
+std::int64_t coverageGapCount(const SyncHealthReport& report);
+
 }  // namespace cirrovane

@@ -58,7 +58,7 @@ CollectedFindings PlatformDiagnosticsService::iCloudFindings(ProbeRunner& probes
     findings.add(error, "Upload/download errors",
                  fmt::format("{} iCloud metadata errors were observed during scan.", metrics.errors));
   }
-  if (const auto gaps = std::ranges::count_if(report.blockers, isCoverageGap, &SyncBlocker::reason); gaps >= 1) {
+  if (const std::int64_t gaps = coverageGapCount(report); gaps >= 1) {
     findings.add(warning, "Watchlist coverage gaps",
                  fmt::format("{} watchlist entries are outside iCloud or unavailable.", gaps));
   }

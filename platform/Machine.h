@@ -12,31 +12,30 @@
 #include "platform/TimeText.h"
 #include "platform/UserDefaults.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace cirrovane {
 
-/// Every platform operation that needs no window, for one machine.
-class Machine {
- public:
-  virtual ~Machine() = default;
-  virtual const FileSystem& fileSystem() const = 0;
-  virtual const FileStorage& fileStorage() const = 0;
-  virtual const CommandRunner& commandRunner() const = 0;
-  virtual const SystemInformation& systemInformation() const = 0;
-  virtual const Clock& clock() const = 0;
-  virtual const MonotonicClock& monotonicClock() const = 0;
-  virtual const Collation& collation() const = 0;
-  virtual const TimeText& timeText() const = 0;
-  virtual const Bundle& bundle() const = 0;
-  virtual UserDefaults& userDefaults() = 0;
+/// Every platform operation that needs no window, for one machine. `makeMachine` sets every member.
+struct Machine {
+  std::unique_ptr<const FileSystem> fileSystem;
+  std::unique_ptr<const FileStorage> fileStorage;
+  std::unique_ptr<const CommandRunner> commandRunner;
+  std::unique_ptr<const SystemInformation> systemInformation;
+  std::unique_ptr<const Clock> clock;
+  std::unique_ptr<const MonotonicClock> monotonicClock;
+  std::unique_ptr<const Collation> collation;
+  std::unique_ptr<const TimeText> timeText;
+  std::unique_ptr<const Bundle> bundle;
+  std::unique_ptr<UserDefaults> userDefaults;
   /// What the described machine's user says to notifications: "notDetermined", "authorized" or "denied"; absent where
   /// the system asks the user itself.
-  virtual std::optional<std::string> notificationAuthorization() const = 0;
+  std::function<std::optional<std::string>()> notificationAuthorization;
   /// A watch that tells this listener, which outlives it, as the machine does. It begins with `FolderWatch::start`.
-  virtual std::unique_ptr<FolderWatch> makeFolderWatch(FolderWatchListener& listener) = 0;
+  std::function<std::unique_ptr<FolderWatch>(FolderWatchListener& listener)> makeFolderWatch;
 };
 
 /// Whether a folder can stand for a machine on this system, beside the machine itself.
@@ -44,6 +43,6 @@ bool takesMachineFolders();
 
 /// The machine whose disk is the folder at an absolute path; "/" is the one that the program runs on. Each system has
 /// its own implementation. Fails when the folder cannot stand for a machine.
-Result<std::unique_ptr<Machine>> makeMachine(const std::string& root);
+Result<Machine> makeMachine(const std::string& root);
 
 }  // namespace cirrovane

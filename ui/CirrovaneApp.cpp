@@ -43,30 +43,30 @@ bool hasCommonMenuBar() {
 CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& firstTab)
     : machine_(machine),
       desktop_(desktop),
-      panels_(machine.fileSystem().homeDirectory()),
-      live_({machine.fileSystem(), machine.clock()},
+      panels_(machine.fileSystem->homeDirectory()),
+      live_({*machine.fileSystem, *machine.clock},
             {{mainExecutor_, scanExecutor_, updatesExecutor_},
-             machine.clock(),
-             machine.monotonicClock(),
+             *machine.clock,
+             *machine.monotonicClock,
              liveAlarm_,
              [&machine](FolderWatchListener& listener) { return machine.makeFolderWatch(listener); }}),
       dashboard_(makeWindowServices(machine, desktop.notificationCenter()),
                  {{mainExecutor_, scanExecutor_, diagnosticsExecutor_, statusExecutor_},
-                  machine.fileStorage(),
-                  machine.userDefaults(),
-                  machine.clock(),
-                  machine.monotonicClock(),
+                  *machine.fileStorage,
+                  *machine.userDefaults,
+                  *machine.clock,
+                  *machine.monotonicClock,
                   &cycleLimit_,
                   &staleAlarm_,
                   &live_},
-                 {refreshTimer_, panels_, desktop.workspace(), machine.fileSystem(), machine.timeText()}),
-      updates_(machine.bundle(), machine.userDefaults(), desktop.workspace(), machine.timeText(), machine.clock(),
+                 {refreshTimer_, panels_, desktop.workspace(), *machine.fileSystem, *machine.timeText}),
+      updates_(*machine.bundle, *machine.userDefaults, desktop.workspace(), *machine.timeText, *machine.clock,
                [&desktop] { return desktop.makeUpdater(); }),
-      settings_(machine.userDefaults(), desktop.motionPreference()),
+      settings_(*machine.userDefaults, desktop.motionPreference()),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
-      snapshot_(dashboard_, updates_, machine.timeText()),
+      snapshot_(dashboard_, updates_, *machine.timeText),
       tools_{makeToolInstaller(machine), clipboard_, desktop.workspace(), mainExecutor_},
-      pageContext_({dashboard_, machine.timeText(), settings_, tools_}) {
+      pageContext_({dashboard_, *machine.timeText, settings_, tools_}) {
   desktop_.onWake([this] {
     live_.wake();
     staleAlarm_.ring();
@@ -95,8 +95,8 @@ CirrovaneApp::~CirrovaneApp() = default;
 Services CirrovaneApp::makeWindowServices(Machine& machine, NotificationCenter& notificationCenter) {
   Services services = makeServices(machine);
   services.notificationService =
-      std::make_unique<GuardrailNotificationService>(notificationCenter, machine.bundle(), machine.userDefaults());
-  registerDefaults(machine.userDefaults());
+      std::make_unique<GuardrailNotificationService>(notificationCenter, *machine.bundle, *machine.userDefaults);
+  registerDefaults(*machine.userDefaults);
   return services;
 }
 

@@ -6,7 +6,6 @@
 #include "platform/Desktop.h"
 #include "platform/Machine.h"
 #include "platform/posix/ThreadExecutor.h"
-#include "platform/qt/QtAlarm.h"
 #include "platform/qt/QtClipboard.h"
 #include "platform/qt/QtMainExecutor.h"
 #include "platform/qt/QtPanels.h"

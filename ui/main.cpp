@@ -125,7 +125,7 @@ int runProgram(int argumentCount, char** arguments) {
   if (instance.start(options.opensPanel ? kPanelMessage : kWindowMessage) == SingleInstance::Start::received) {
     return 0;
   }
-  return runApplication(**machine, instance, options.opensPanel);
+  return runApplication(*machine, instance, options.opensPanel);
 }
 
 }  // namespace

@@ -1,55 +1,42 @@
 #include "platform/Machine.h"
-#include "platform/linux/ICUCollation.h"
-#include "platform/linux/ICUTimeText.h"
-#include "platform/linux/LinuxBundle.h"
-#include "platform/linux/LinuxCommandRunner.h"
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/LinuxSystemInformation.h"
-#include "platform/linux/LinuxUserDefaults.h"
+#include "platform/linux/host/HostBundle.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/host/HostSystemInformation.h"
+#include "platform/linux/host/ICUCollation.h"
+#include "platform/linux/host/ICUTimeText.h"
+#include "platform/linux/host/LinuxUserDefaults.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/macroot/RootBundle.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/macroot/RootSystemInformation.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/watch/InotifyWatch.h"
+#include "platform/posix/PosixCommandRunner.h"
 #include "platform/posix/PosixFileStorage.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
 namespace cirrovane {
 namespace {
 
-class LinuxMachine final : public Machine {
- public:
-  explicit LinuxMachine(MacRoot root) : root_(std::move(root)) {}
+/// What every machine on this system has of ours: its clocks, its user's language, its storage and its watch.
+Machine machineOfThisSystem() {
+  Machine machine;
+  machine.fileStorage = std::make_unique<PosixFileStorage>();
+  machine.clock = std::make_unique<SystemClock>();
+  machine.monotonicClock = std::make_unique<SystemMonotonicClock>();
+  machine.collation = std::make_unique<ICUCollation>();
+  machine.timeText = std::make_unique<ICUTimeText>();
+  machine.makeFolderWatch = [](FolderWatchListener& listener) { return std::make_unique<InotifyWatch>(listener); };
+  return machine;
+}
 
-  const FileSystem& fileSystem() const override { return fileSystem_; }
-  const FileStorage& fileStorage() const override { return fileStorage_; }
-  const CommandRunner& commandRunner() const override { return commandRunner_; }
-  const SystemInformation& systemInformation() const override { return systemInformation_; }
-  const Clock& clock() const override { return clock_; }
-  const MonotonicClock& monotonicClock() const override { return monotonicClock_; }
-  const Collation& collation() const override { return collation_; }
-  const TimeText& timeText() const override { return timeText_; }
-  const Bundle& bundle() const override { return bundle_; }
-  UserDefaults& userDefaults() override { return userDefaults_; }
-  std::optional<std::string> notificationAuthorization() const override { return root_.notificationAuthorization(); }
-  std::unique_ptr<FolderWatch> makeFolderWatch(FolderWatchListener& listener) override {
-    return std::make_unique<InotifyWatch>(listener);
-  }
-
- private:
-  MacRoot root_;
-  LinuxFileSystem fileSystem_{root_};
-  PosixFileStorage fileStorage_;
-  LinuxCommandRunner commandRunner_{root_};
-  LinuxSystemInformation systemInformation_{root_};
-  SystemClock clock_;
-  SystemMonotonicClock monotonicClock_;
-  ICUCollation collation_;
-  ICUTimeText timeText_;
-  LinuxBundle bundle_{root_};
-  LinuxUserDefaults userDefaults_{root_, fileStorage_};
-};
+void useFolders(Machine& machine, UserFolders folders, LinuxFileSystem::VolumeReading volume) {
+  machine.userDefaults = std::make_unique<LinuxUserDefaults>(folders.preferences, *machine.fileStorage);
+  machine.fileSystem = std::make_unique<LinuxFileSystem>(std::move(folders), std::move(volume));
+}
 
 }  // namespace
 
@@ -57,12 +44,31 @@ bool takesMachineFolders() {
   return true;
 }
 
-Result<std::unique_ptr<Machine>> makeMachine(const std::string& root) {
-  Result<MacRoot> opened = MacRoot::open(root);
+Result<Machine> makeMachine(const std::string& path) {
+  const Result<MacRoot> opened = MacRoot::open(path);
   if (!opened) {
     return Failure{opened.message()};
   }
-  return std::unique_ptr<Machine>(std::make_unique<LinuxMachine>(std::move(*opened)));
+  const MacRoot& root = *opened;
+  Machine machine = machineOfThisSystem();
+  LinuxFileSystem::VolumeReading volume = hostVolume;
+  if (root.isDescribed()) {
+    volume = [root](const std::string& /*folder*/) { return volumeOf(root); };
+    machine.systemInformation = std::make_unique<RootSystemInformation>(root);
+    machine.bundle = std::make_unique<RootBundle>(root);
+  } else {
+    machine.systemInformation = std::make_unique<HostSystemInformation>();
+    machine.bundle = std::make_unique<HostBundle>();
+  }
+  machine.notificationAuthorization = [root] { return root.notificationAuthorization(); };
+  if (root.isHost()) {
+    useFolders(machine, hostFolders(), std::move(volume));
+    machine.commandRunner = std::make_unique<PosixCommandRunner>();
+  } else {
+    useFolders(machine, foldersOf(root), std::move(volume));
+    machine.commandRunner = commandRunnerOf(root);
+  }
+  return machine;
 }
 
 }  // namespace cirrovane

@@ -8,19 +8,11 @@
 #include "platform/macos/plain/StreamedWatch.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <utility>
 #include <vector>
 
 namespace cirrovane {
 namespace {
-
-std::string withoutLinks(const std::string& path) {
-  char* found = realpath(path.c_str(), nullptr);
-  std::string real = found != nullptr ? found : path;
-  std::free(found);
-  return real;
-}
 
 /// As a walk decides it: what the walk enters, the watch may not be blind to.
 bool isPackage(const std::string& path) {
@@ -36,7 +28,7 @@ StreamSystem systemOn(const std::shared_ptr<DispatchQueue>& queue) {
     const std::shared_ptr<DispatchQueue> held = weak.lock();
     return held ? held->makeStream(paths, std::move(tell)) : nullptr;
   };
-  system.withoutLinks = withoutLinks;
+  system.withoutLinks = pathWithoutLinks;
   system.isPackage = isPackage;
   return system;
 }

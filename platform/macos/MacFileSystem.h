@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
-#include "platform/macos/SystemMaterialization.h"
+#include "platform/macos/SystemWalkCalls.h"
 
 #include <memory>
 #include <optional>

@@ -2,7 +2,6 @@
 
 #include "base/Path.h"
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/SystemWalkCalls.h"
 #include "platform/macos/plain/MacWalk.h"
 
 #import <Foundation/Foundation.h>

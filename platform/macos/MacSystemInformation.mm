@@ -4,13 +4,12 @@
 #include "platform/macos/plain/FrameworkNumbers.h"
 #include "platform/macos/plain/Owned.h"
 #include "platform/macos/plain/PowerDescription.h"
-#include "platform/posix/HostLoad.h"
+#include "platform/posix/HostCondition.h"
 
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>
 #import <IOKit/ps/IOPSKeys.h>
 #import <IOKit/ps/IOPowerSources.h>
-#include <cstdlib>
 #import <dispatch/dispatch.h>
 
 namespace cirrovane {
@@ -107,8 +106,7 @@ std::uint64_t MacSystemInformation::physicalMemory() const {
 }
 
 std::optional<std::string> MacSystemInformation::environmentVariable(const std::string& name) const {
-  const char* value = std::getenv(name.c_str());
-  return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+  return hostEnvironmentVariable(name);
 }
 
 std::optional<LoadAverages> MacSystemInformation::loadAverages() const {

@@ -1,7 +1,7 @@
 #include "platform/macos/SystemWalkCalls.h"
 
 #include "platform/macos/FoundationText.h"
-#include "platform/macos/SystemListing.h"
+#include "platform/macos/plain/PackedEntry.h"
 #include "platform/posix/walk/WalkedFolder.h"
 
 #import <Foundation/Foundation.h>
@@ -12,9 +12,33 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <sys/attr.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/vnode.h>
+#include <unistd.h>
 
 namespace cirrovane {
 namespace {
+
+static_assert(kReturnedAttributes == ATTR_CMN_RETURNED_ATTRS && kErrorAttribute == ATTR_CMN_ERROR &&
+              kNameAttribute == ATTR_CMN_NAME && kTypeAttribute == ATTR_CMN_OBJTYPE &&
+              kModifiedAttribute == ATTR_CMN_MODTIME && kFlagsAttribute == ATTR_CMN_FLAGS);
+static_assert(kRegularFileType == VREG && kFolderType == VDIR && kHiddenFlag == UF_HIDDEN);
+static_assert(kMaterializationOff == IOPOL_MATERIALIZE_DATALESS_FILES_OFF);
+
+/// What the kernel is asked of a folder's entries: name, kind, date and flags of each.
+attrlist askingFor(attrgroup_t more) {
+  attrlist asked{};
+  asked.bitmapcount = ATTR_BIT_MAP_COUNT;
+  asked.commonattr =
+      kReturnedAttributes | kNameAttribute | kTypeAttribute | kModifiedAttribute | kFlagsAttribute | more;
+  return asked;
+}
+
+int scopeNumber(PolicyScope scope) {
+  return scope == PolicyScope::thread ? IOPOL_SCOPE_THREAD : IOPOL_SCOPE_PROCESS;
+}
 
 NSURLResourceKey foundationKey(ResourceKey key) {
   switch (key) {
@@ -96,18 +120,15 @@ class SystemWalkCalls final : public MacWalkCalls {
     return cirrovane::openFolder(directory, name, flags);
   }
   int listEntries(int descriptor, std::span<char> target) const override {
-    return listSystemEntries(descriptor, target);
+    attrlist asked = askingFor(kErrorAttribute);
+    return getattrlistbulk(descriptor, &asked, target.data(), target.size(), 0);
   }
   int readEntry(int descriptor, const char* name, std::span<char> target) const override {
-    return readSystemEntry(descriptor, name, target);
+    attrlist asked = askingFor(0);
+    return getattrlistat(descriptor, name, &asked, target.data(), target.size(), FSOPT_NOFOLLOW);
   }
 
-  std::string withoutLinks(const std::string& path) const override {
-    char* found = realpath(path.c_str(), nullptr);
-    std::string real = found != nullptr ? found : path;
-    std::free(found);
-    return real;
-  }
+  std::string withoutLinks(const std::string& path) const override { return pathWithoutLinks(path); }
 
   bool isPackageExtension(std::string_view extension) const override { return isSystemPackageExtension(extension); }
 
@@ -133,12 +154,28 @@ class SystemWalkCalls final : public MacWalkCalls {
 
 }  // namespace
 
+std::string pathWithoutLinks(const std::string& path) {
+  char* found = realpath(path.c_str(), nullptr);
+  std::string real = found != nullptr ? found : path;
+  std::free(found);
+  return real;
+}
+
 bool isSystemPackageExtension(std::string_view extension) {
   @autoreleasepool {
     NSString* text = textOf(extension);
     UTType* type = text != nil ? [UTType typeWithFilenameExtension:text conformingToType:UTTypeDirectory] : nil;
     return [type conformsToType:UTTypePackage];
   }
+}
+
+std::optional<int> SystemMaterialization::policy(PolicyScope scope) const {
+  const int policy = getiopolicy_np(IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, scopeNumber(scope));
+  return policy >= 0 ? std::optional(policy) : std::nullopt;
+}
+
+bool SystemMaterialization::setPolicy(PolicyScope scope, int policy) const {
+  return setiopolicy_np(IOPOL_TYPE_VFS_MATERIALIZE_DATALESS_FILES, scopeNumber(scope), policy) == 0;
 }
 
 std::shared_ptr<const MacWalkCalls> systemWalkCalls() {

@@ -1,14 +1,44 @@
 #include "platform/Desktop.h"
+#include "platform/WakeNotice.h"
 #include "platform/qt/DBusFileManager.h"
 #include "platform/qt/DBusNotificationCenter.h"
 #include "platform/qt/QtWorkspace.h"
-#include "platform/qt/WakeTimer.h"
 
+#include <QSocketNotifier>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace cirrovane {
 namespace {
+
+/// Calls a function on the main thread when the machine wakes from sleep, and also when its clock is set. To be made
+/// when there is an application object; wakes the process at no other time.
+class WakeTimer {
+ public:
+  explicit WakeTimer(std::function<void()> woke) : notifier_(QSocketNotifier::Read) {
+    if (notice_.descriptor() < 0) {
+      return;
+    }
+    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this, woke = std::move(woke)] {
+      if (notice_.take()) {
+        woke();
+      }
+    });
+    notifier_.setSocket(notice_.descriptor());
+    notifier_.setEnabled(true);
+  }
+  ~WakeTimer() { notifier_.setEnabled(false); }
+
+  WakeTimer(const WakeTimer&) = delete;
+  WakeTimer& operator=(const WakeTimer&) = delete;
+
+ private:
+  WakeNotice notice_;
+  QSocketNotifier notifier_;
+};
 
 /// A desktop of freedesktop.org's kind.
 class DBusDesktop final : public Desktop {

@@ -1,6 +1,5 @@
 #include "coordinator/AppUpdateService.h"
-#include "platform/linux/LinuxUserDefaults.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/LinuxUserDefaults.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/support/FakeBundle.h"
 #include "tests/support/FakeTimeText.h"
@@ -266,8 +265,6 @@ TEST_F(AppUpdate, releasesURL_thatIsNone_isTheDefaultPage) {
 
 TEST(AppUpdateAcrossLaunches, token_isRememberedOnTheDisk) {
   const TemporaryFolder folder(CIRROVANE_TEST_DIR);
-  writeFile(folder / "machine.json", "{}");
-  const MacRoot root = std::move(*MacRoot::open(folder.path()));
   const PosixFileStorage storage;
   const FakeTimeText timeText;
   const ManualClock clock(atNineFortyOne());
@@ -275,7 +272,7 @@ TEST(AppUpdateAcrossLaunches, token_isRememberedOnTheDisk) {
   FakeBundle bundle;
   const auto lineOfBuild = [&](const std::string& build) {
     bundle.info["CFBundleVersion"] = build;
-    LinuxUserDefaults defaults(root, storage);
+    LinuxUserDefaults defaults([&] { return folder.path(); }, storage);
     return AppUpdateService(bundle, defaults, workspace, timeText, clock, [] { return nullptr; }).updateStatusLine();
   };
   EXPECT_EQ(lineOfBuild("45"), "Running vdev (45)");

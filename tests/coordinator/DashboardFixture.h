@@ -2,7 +2,7 @@
 
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/DefaultsKeys.h"
-#include "platform/linux/ICUCollation.h"
+#include "platform/linux/host/ICUCollation.h"
 #include "tests/coordinator/Builders.h"
 #include "tests/diagnostics/MachineFixture.h"
 #include "tests/support/FakeBundle.h"

@@ -1,7 +1,6 @@
 #include "coordinator/DefaultsKeys.h"
 #include "coordinator/GuardrailNotificationService.h"
-#include "platform/linux/LinuxUserDefaults.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/LinuxUserDefaults.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/core/Builders.h"
 #include "tests/support/FakeBundle.h"
@@ -241,14 +240,15 @@ class GuardrailNotificationsAcrossLaunches : public testing::Test {
  protected:
   GuardrailNotificationsAcrossLaunches() { setEnabled(true); }
 
-  void setEnabled(bool isEnabled) {
-    EXPECT_EQ(LinuxUserDefaults(root_, storage_).set(kEnabled, isEnabled), std::nullopt);
+  LinuxUserDefaults openDefaults() const {
+    return {[folder = folder_.path()] { return folder; }, storage_};
   }
-  std::optional<bool> lastKnown() const { return LinuxUserDefaults(root_, storage_).boolean(kLastKnown); }
+  void setEnabled(bool isEnabled) const { EXPECT_EQ(openDefaults().set(kEnabled, isEnabled), std::nullopt); }
+  std::optional<bool> lastKnown() const { return openDefaults().boolean(kLastKnown); }
 
   /// One launch with one refresh; the titles of what it posts.
   std::vector<std::string> launch(bool safe) {
-    LinuxUserDefaults defaults(root_, storage_);
+    LinuxUserDefaults defaults = openDefaults();
     FakeNotificationCenter center;
     GuardrailNotificationService(center, bundle_, defaults)
         .notifyStatusTransition(defaults.boolean(kLastKnownSafeToCloseKey), reportOf(safe));
@@ -261,7 +261,6 @@ class GuardrailNotificationsAcrossLaunches : public testing::Test {
   }
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
-  MacRoot root_ = std::move(*MacRoot::open((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
   PosixFileStorage storage_;
   FakeBundle bundle_;
 };
@@ -278,9 +277,11 @@ TEST_F(GuardrailNotificationsAcrossLaunches, eachChange_isToldOnce) {
 }
 
 TEST_F(GuardrailNotificationsAcrossLaunches, switchStoredAsANumber_isObeyed) {
-  writeFile(root_.userDefaultsPath(), R"({"guardrailNotificationsEnabled": 1, "lastKnownSafeToClose": false})");
+  writeFile(folder_ / "com.quillmere.Cirrovane.json",
+            R"({"guardrailNotificationsEnabled": 1, "lastKnownSafeToClose": false})");
   EXPECT_THAT(launch(true), ElementsAre("Cirrovane is now safe"));
-  writeFile(root_.userDefaultsPath(), R"({"guardrailNotificationsEnabled": 0, "lastKnownSafeToClose": false})");
+  writeFile(folder_ / "com.quillmere.Cirrovane.json",
+            R"({"guardrailNotificationsEnabled": 0, "lastKnownSafeToClose": false})");
   EXPECT_THAT(launch(true), IsEmpty());
   EXPECT_EQ(lastKnown(), false);
 }
@@ -304,7 +305,7 @@ TEST_F(GuardrailNotificationsAcrossLaunches, bareExecutable_leavesItsVerdictForT
 }
 
 TEST_F(GuardrailNotificationsAcrossLaunches, storedVerdictOfAnotherKind_countsAsUnknown) {
-  EXPECT_EQ(LinuxUserDefaults(root_, storage_).set(kLastKnown, "true"), std::nullopt);
+  EXPECT_EQ(openDefaults().set(kLastKnown, "true"), std::nullopt);
   EXPECT_THAT(launch(false), IsEmpty());
   EXPECT_EQ(lastKnown(), false);
 }

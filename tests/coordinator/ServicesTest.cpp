@@ -40,7 +40,7 @@ class ServicesOfAMachine : public testing::Test {
     setModified(drivePath() + "/" + name, now.count() - secondsAgo);
   }
   BlockerReason reasonOf(const std::string& name) const {
-    const Services services = makeServices(*machine_);
+    const Services services = makeServices(machine_);
     const SyncHealthReport report = services.engine->scan(services.watchlist->folders());
     for (const SyncBlocker& blocker : report.blockers) {
       if (blocker.filePath.ends_with("/" + name)) {
@@ -52,12 +52,11 @@ class ServicesOfAMachine : public testing::Test {
   }
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
-  std::unique_ptr<Machine> machine_ =
-      std::move(*makeMachine((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
+  Machine machine_ = std::move(*makeMachine((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
 };
 
 TEST_F(ServicesOfAMachine, services_areAllThereButTheNotifications) {
-  const Services services = makeServices(*machine_);
+  const Services services = makeServices(machine_);
   EXPECT_NE(services.watchlist, nullptr);
   EXPECT_NE(services.historyStore, nullptr);
   EXPECT_NE(services.engine, nullptr);
@@ -77,7 +76,7 @@ TEST_F(ServicesOfAMachine, engine_takesAnUploadForStalledAfterTwentyMinutes) {
 TEST_F(ServicesOfAMachine, progress_countsTheScannedFiles) {
   addUploadingFile("a.txt", 1);
   ScanProgress progress;
-  const Services services = makeServices(*machine_, &progress);
+  const Services services = makeServices(machine_, &progress);
   services.engine->scan(services.watchlist->folders());
   EXPECT_EQ(progress.files(), 1);
 }
@@ -89,23 +88,23 @@ TEST_F(ServicesOfAMachine, wholeCycleInOneGo_isKeptForTheNextLaunch) {
   FakePanels panels;
   FakeWorkspace workspace;
   {
-    DashboardViewModel dashboard(makeServices(*machine_),
+    DashboardViewModel dashboard(makeServices(machine_),
                                  {{executor, executor, executor, executor},
-                                  machine_->fileStorage(),
-                                  machine_->userDefaults(),
-                                  machine_->clock(),
-                                  machine_->monotonicClock()},
-                                 {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
+                                  *machine_.fileStorage,
+                                  *machine_.userDefaults,
+                                  *machine_.clock,
+                                  *machine_.monotonicClock},
+                                 {timer, panels, workspace, *machine_.fileSystem, *machine_.timeText});
     dashboard.refresh();
     EXPECT_FALSE(dashboard.isScanning());
     EXPECT_THAT(dashboard.report().blockers, SizeIs(1));
   }
-  const Services next = makeServices(*machine_);
+  const Services next = makeServices(machine_);
   EXPECT_THAT(next.watchlist->folders(), SizeIs(1));
   EXPECT_THAT(next.historyStore->snapshots(), SizeIs(1));
   EXPECT_THAT(next.incidentStore->records(), testing::Not(IsEmpty()));
   EXPECT_NE(readFile(storePath("incidents.json")), "");
-  EXPECT_EQ(machine_->userDefaults().value("lastKnownSafeToClose"), std::nullopt);
+  EXPECT_EQ(machine_.userDefaults->value("lastKnownSafeToClose"), std::nullopt);
 }
 
 TEST_F(ServicesOfAMachine, exportOnTheDisk_isThePacketOrTellsWhyNot) {
@@ -113,13 +112,13 @@ TEST_F(ServicesOfAMachine, exportOnTheDisk_isThePacketOrTellsWhyNot) {
   ManualTimer timer;
   FakePanels panels;
   FakeWorkspace workspace;
-  DashboardViewModel dashboard(makeServices(*machine_),
+  DashboardViewModel dashboard(makeServices(machine_),
                                {{executor, executor, executor, executor},
-                                machine_->fileStorage(),
-                                machine_->userDefaults(),
-                                machine_->clock(),
-                                machine_->monotonicClock()},
-                               {timer, panels, workspace, machine_->fileSystem(), machine_->timeText()});
+                                *machine_.fileStorage,
+                                *machine_.userDefaults,
+                                *machine_.clock,
+                                *machine_.monotonicClock},
+                               {timer, panels, workspace, *machine_.fileSystem, *machine_.timeText});
   panels.answer = folder_ / "proof.json";
   writeFile(*panels.answer, "an older one");
   dashboard.exportProofPacket();

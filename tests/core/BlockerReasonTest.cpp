@@ -3,6 +3,7 @@
 #include "core/BlockerReason.h"
 #include "core/HealthState.h"
 #include "tests/core/Builders.h"
+#include "tests/support/RawValue.h"
 
 #include <array>
 #include <cctype>
@@ -65,7 +66,7 @@ TEST(BlockerReason, allReasons_standInDeclarationOrder) {
 TEST(BlockerReason, eachReason_hasItsTextInBothDirections) {
   for (const ReasonRow& row : reasonRows()) {
     EXPECT_EQ(rawValue(row.reason), row.text);
-    EXPECT_EQ(makeFromRawValue<BlockerReason>(row.text), row.reason);
+    EXPECT_EQ(caseOf<BlockerReason>(row.text), row.reason);
     EXPECT_EQ(encodeJSON(row.reason), "\"" + row.text + "\"");
     EXPECT_EQ(decodeJSON<BlockerReason>("\"" + row.text + "\""), row.reason);
   }
@@ -80,7 +81,7 @@ TEST(BlockerReason, eachReason_hasItsTitle) {
 TEST(BlockerReason, otherCapitalisation_isRejected) {
   for (const ReasonRow& row : reasonRows()) {
     for (const std::string& other : otherCapitalisations(row.text)) {
-      EXPECT_FALSE(makeFromRawValue<BlockerReason>(other)) << other;
+      EXPECT_FALSE(caseOf<BlockerReason>(other)) << other;
       EXPECT_FALSE(decodeJSON<BlockerReason>("\"" + other + "\"")) << other;
     }
   }
@@ -108,11 +109,11 @@ TEST(HealthState, eachState_hasItsTextInBothDirectionsAndOrder) {
     EXPECT_EQ(kHealthStates.at(index).value, states[index]);
     EXPECT_EQ(static_cast<std::size_t>(states[index]), index);
     EXPECT_EQ(rawValue(states[index]), texts[index]);
-    EXPECT_EQ(makeFromRawValue<HealthState>(texts[index]), states[index]);
+    EXPECT_EQ(caseOf<HealthState>(texts[index]), states[index]);
     EXPECT_EQ(encodeJSON(states[index]), "\"" + texts[index] + "\"");
     EXPECT_EQ(decodeJSON<HealthState>("\"" + texts[index] + "\""), states[index]);
     for (const std::string& other : otherCapitalisations(texts[index])) {
-      EXPECT_FALSE(makeFromRawValue<HealthState>(other)) << other;
+      EXPECT_FALSE(caseOf<HealthState>(other)) << other;
       EXPECT_FALSE(decodeJSON<HealthState>("\"" + other + "\"")) << other;
     }
   }

@@ -1,8 +1,8 @@
 #include "base/FileDescriptor.h"
 #include "core/ICloudScanEngine.h"
 #include "core/ScanIndex.h"
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "tests/core/Builders.h"
 #include "tests/core/NaiveScan.h"
 #include "tests/support/ICloudAttribute.h"
@@ -30,8 +30,7 @@ class ScanIndexOnDisk : public testing::Test {
   }
 
   const TemporaryFolder folder{CIRROVANE_TEST_DIR};
-  const MacRoot root = *MacRoot::open(folder.path());
-  const LinuxFileSystem fileSystem{root};
+  const LinuxFileSystem fileSystem{hostFolders(), hostVolume};
   ManualClock clock{at(12)};
   std::vector<WatchFolder> folders = {makeFolder("Work", folder.path())};
 };

@@ -1,5 +1,5 @@
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/watch/InotifyWatch.h"
 #include "tests/core/ScanLife.h"
 #include "tests/core/ScanLives.h"
@@ -104,8 +104,7 @@ class SystemWatch final : public ChangeSource {
 /// A life on a disk of its own, beside the tree that it mirrors.
 bool liveOnDisk(const std::function<bool(FakeTree& tree, const FileSystem& files, const std::string& home)>& live) {
   const TemporaryFolder folder(CIRROVANE_TEST_DIR);
-  const MacRoot root = *MacRoot::open(folder.path());
-  const LinuxFileSystem fileSystem(root);
+  const LinuxFileSystem fileSystem(hostFolders(), hostVolume);
   const std::string home = folder / "Library/Mobile Documents/com~apple~CloudDocs/Documents";
   FakeTree tree;
   for (std::size_t end = home.find('/', 1); end != std::string::npos; end = home.find('/', end + 1)) {

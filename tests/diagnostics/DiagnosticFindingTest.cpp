@@ -1,6 +1,7 @@
 #include "base/JSONReader.h"
 #include "base/JSONWriter.h"
 #include "diagnostics/DiagnosticFinding.h"
+#include "tests/support/RawValue.h"
 
 #include <string>
 #include <unordered_set>
@@ -28,10 +29,10 @@ TEST(DiagnosticDomain, rawValues_areTheDomainsTitlesInDeclarationOrder) {
 }
 
 TEST(DiagnosticDomain, otherCapitalisation_isNoDomain) {
-  EXPECT_EQ(makeFromRawValue<DiagnosticDomain>("iCloud"), DiagnosticDomain::iCloud);
-  EXPECT_EQ(makeFromRawValue<DiagnosticDomain>("ICloud"), std::nullopt);
-  EXPECT_EQ(makeFromRawValue<DiagnosticDomain>("finder"), std::nullopt);
-  EXPECT_EQ(makeFromRawValue<DiagnosticDomain>(""), std::nullopt);
+  EXPECT_EQ(caseOf<DiagnosticDomain>("iCloud"), DiagnosticDomain::iCloud);
+  EXPECT_EQ(caseOf<DiagnosticDomain>("ICloud"), std::nullopt);
+  EXPECT_EQ(caseOf<DiagnosticDomain>("finder"), std::nullopt);
+  EXPECT_EQ(caseOf<DiagnosticDomain>(""), std::nullopt);
 }
 
 TEST(DiagnosticSeverity, rawValuesAndRanks) {

@@ -1,8 +1,9 @@
 #include "platform/macos/plain/AlternativePlaces.h"
-#include "platform/macos/plain/MacCommandRunner.h"
+#include "platform/posix/PosixCommandRunner.h"
 
 #include <array>
 #include <set>
+#include <span>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -37,9 +38,14 @@ TEST(AlternativePlaces, programOutsideTheTable_isNeverLookedForElsewhere) {
   EXPECT_EQ(placeOn(diskWith({"/sbin/route"}), "/sbin/route"), "/sbin/route");
 }
 
-TEST(MacCommandRunner, programElsewhere_runsWithItsArguments) {
+/// Runs a program where the table says that it is.
+PosixCommandRunner runnerWith(std::span<const AlternativePlace> places) {
+  return PosixCommandRunner([places](const std::string& path) { return placeOf(path, places, isExecutableFile); });
+}
+
+TEST(AlternativePlaces, programElsewhere_runsWithItsArguments) {
   static constexpr std::array<AlternativePlace, 1> kPlaces = {{{"/nowhere/sh", "/bin/sh"}}};
-  const MacCommandRunner runner(kPlaces);
+  const PosixCommandRunner runner = runnerWith(kPlaces);
   EXPECT_TRUE(runner.isExecutable("/nowhere/sh"));
   const auto result =
       runner.run("/nowhere/sh", {"-c", "echo \"$0 $1\"", "first", "second"}, CommandOutput::collected, std::nullopt);
@@ -48,8 +54,8 @@ TEST(MacCommandRunner, programElsewhere_runsWithItsArguments) {
   EXPECT_EQ(result->output, "first second\n");
 }
 
-TEST(MacCommandRunner, programNowhere_isNeitherExecutableNorRun) {
-  const MacCommandRunner runner;
+TEST(AlternativePlaces, programNowhere_isNeitherExecutableNorRun) {
+  const PosixCommandRunner runner = runnerWith(alternativePlaces());
   EXPECT_FALSE(runner.isExecutable("/nowhere/sh"));
   EXPECT_FALSE(runner.run("/nowhere/sh", {}, CommandOutput::collected, std::nullopt));
 }

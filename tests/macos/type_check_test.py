@@ -71,13 +71,13 @@ class TypeCheckTest(unittest.TestCase):
 
     def test_missing_method_of_interface(self):
         self.plant("platform/macos/MacSystemInformation.h", ("  bool isLowPowerModeEnabled() const override;\n", ""))
-        self.assert_found("platform/macos/MacMachine.cpp", "field type 'MacSystemInformation' is an abstract class")
+        self.assert_found("platform/macos/MacMachine.cpp", "abstract class type 'cirrovane::MacSystemInformation'")
 
     def test_interface_that_grew(self):
         self.plant("platform/FileSystem.h",
                    ("virtual std::string homeDirectory() const = 0;",
                     "virtual std::string homeDirectory() const = 0;\n  virtual bool isLocal() const = 0;"))
-        self.assert_found("platform/macos/MacMachine.cpp", "field type 'MacFileSystem' is an abstract class")
+        self.assert_found("platform/macos/MacMachine.cpp", "abstract class type 'cirrovane::MacFileSystem'")
 
     def test_method_that_does_not_match_interface(self):
         self.plant("platform/FileSystem.h",
@@ -140,7 +140,7 @@ class TypeCheckTest(unittest.TestCase):
     def test_number_of_attribute_that_is_not_the_kernels(self):
         self.plant("platform/macos/plain/PackedEntry.h",
                    ("kFlagsAttribute = 0x00040000", "kFlagsAttribute = 0x00080000"))
-        self.assert_found("platform/macos/SystemListing.cpp", "static assertion failed")
+        self.assert_found("platform/macos/SystemWalkCalls.mm", "static assertion failed")
 
     def test_enumeration_that_grew(self):
         self.plant("platform/macos/plain/ResourceDictionary.h",
@@ -233,8 +233,8 @@ class TypeCheckTest(unittest.TestCase):
     # Planted in what keeps the application awake and in front
 
     def test_end_of_activity_without_one(self):
-        self.plant("platform/macos/WatchingActivity.mm", ("endActivity:token_->activity", "endActivity:nil"))
-        self.assert_found("platform/macos/WatchingActivity.mm", "to a callee that requires a non-null argument")
+        self.plant("platform/macos/MacDesktop.mm", ("endActivity:token_]", "endActivity:nil]"))
+        self.assert_found("platform/macos/MacDesktop.mm", "to a callee that requires a non-null argument")
 
     def test_activation_newer_than_oldest_system(self):
         header = self.sdk / "AppKit" / "AppKit.h"
@@ -242,13 +242,13 @@ class TypeCheckTest(unittest.TestCase):
         right = "- (void)activateIgnoringOtherApps:(BOOL)flag;"
         self.assertIn(right, text)
         header.write_text(text.replace(right, f"{right}\n- (void)activate SDK_SINCE(14.0);"), encoding="utf-8")
-        self.plant("platform/macos/ApplicationActivation.mm", (" activateIgnoringOtherApps:YES]", " activate]"))
-        self.assert_found("platform/macos/ApplicationActivation.mm", "'activate' is only available on macOS 14.0 or newer")
+        self.plant("platform/macos/MacDesktop.mm", (" activateIgnoringOtherApps:YES]", " activate]"))
+        self.assert_found("platform/macos/MacDesktop.mm", "'activate' is only available on macOS 14.0 or newer")
 
     def test_desktop_that_does_not_say_whether_it_watches(self):
         self.plant("platform/Desktop.h", ("virtual void setWatching(bool isWatching) = 0;",
                                           "virtual void setWatching(int folders) = 0;"))
-        self.assert_found("platform/macos/MacDesktop.cpp", "setWatching")
+        self.assert_found("platform/macos/MacDesktop.mm", "setWatching")
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#include "platform/linux/ICUTimeText.h"
+#include "platform/linux/host/ICUTimeText.h"
 
 #include <chrono>
 #include <cstdlib>

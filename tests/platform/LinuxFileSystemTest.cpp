@@ -1,6 +1,7 @@
-#include "platform/Machine.h"
-#include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/host/HostDisk.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/ICloudAttribute.h"
 #include "tests/support/TemporaryFolder.h"
@@ -25,8 +26,8 @@ using namespace std::string_literals;
 class LinuxFileSystemOnDisk : public testing::Test {
  protected:
   const TemporaryFolder folder_{CIRROVANE_TEST_DIR};
-  const MacRoot root_ = *MacRoot::open(folder_.path());
-  const LinuxFileSystem fileSystem_{root_};
+  const MacRoot root_ = *MacRoot::open((writeFile(folder_ / "machine.json", "{}"), folder_.path()));
+  const LinuxFileSystem fileSystem_{foldersOf(root_), hostVolume};
 };
 
 TEST_F(LinuxFileSystemOnDisk, exists_ofAnythingThatIsThere_isTrue) {
@@ -147,22 +148,6 @@ TEST_F(LinuxFileSystemOnDisk, homeDirectory_isThatOfTheRoot) {
   EXPECT_EQ(fileSystem_.homeDirectory(), folder_ / "Users/demo");
   writeFile(folder_ / "machine.json", R"({"home": "/Users/other"})");
   EXPECT_EQ(fileSystem_.homeDirectory(), folder_ / "Users/other");
-}
-
-TEST(LinuxMachine, root_thatIsNoFolder_isRefusedByName) {
-  const TemporaryFolder folder(CIRROVANE_TEST_DIR);
-  const auto machine = makeMachine(folder / "missing");
-  ASSERT_FALSE(machine);
-  EXPECT_NE(machine.message().find(folder / "missing"), std::string::npos);
-}
-
-TEST(LinuxMachine, rootFolder_givesAMachineWithItsFilesAndAClock) {
-  const TemporaryFolder folder(CIRROVANE_TEST_DIR);
-  const auto machine = makeMachine(folder.path());
-  ASSERT_TRUE(machine);
-  EXPECT_EQ((*machine)->fileSystem().homeDirectory(), folder / "Users/demo");
-  const Time first = (*machine)->clock().now();
-  EXPECT_GT(first, Time(std::chrono::seconds(1'700'000'000)));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-#include "platform/linux/ICUCollation.h"
-#include "platform/linux/LinuxUserDefaults.h"
+#include "platform/linux/host/ICUCollation.h"
+#include "platform/linux/host/LinuxUserDefaults.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -15,10 +15,12 @@ namespace {
 class LinuxUserDefaultsTest : public testing::Test {
  protected:
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
-  MacRoot root_ = std::move(*MacRoot::open((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
   PosixFileStorage storage_;
-  LinuxUserDefaults defaults_{root_, storage_};
-  std::string path_ = folder_ / "Users/demo/Library/Preferences/com.quillmere.Cirrovane.json";
+  LinuxUserDefaults defaults() const {
+    return {[this] { return folder_ / "Preferences"; }, storage_};
+  }
+  LinuxUserDefaults defaults_ = defaults();
+  std::string path_ = folder_ / "Preferences/com.quillmere.Cirrovane.json";
 };
 
 TEST_F(LinuxUserDefaultsTest, nothingSet_isAbsent) {
@@ -30,7 +32,7 @@ TEST_F(LinuxUserDefaultsTest, nothingSet_isAbsent) {
 TEST_F(LinuxUserDefaultsTest, setValues_areReadBackByAnotherProcess) {
   EXPECT_EQ(defaults_.set("motionEnabled", false), std::nullopt);
   EXPECT_EQ(defaults_.set("visualStyle", std::string("classic")), std::nullopt);
-  const LinuxUserDefaults other(root_, storage_);
+  const LinuxUserDefaults other = defaults();
   EXPECT_EQ(other.boolean("motionEnabled"), false);
   EXPECT_EQ(other.text("visualStyle"), "classic");
 }
@@ -75,7 +77,7 @@ TEST_F(LinuxUserDefaultsTest, otherValues_asChoices_areTheirOwnOrAbsent) {
 
 TEST_F(LinuxUserDefaultsTest, settingOneKey_keepsTheOthersAndWhatAnotherProcessSet) {
   writeFile(path_, R"({"foreign": [1, 2]})");
-  LinuxUserDefaults other(root_, storage_);
+  LinuxUserDefaults other = defaults();
   EXPECT_EQ(defaults_.set("a", true), std::nullopt);
   EXPECT_EQ(other.set("b", true), std::nullopt);
   EXPECT_EQ(defaults_.set("a", false), std::nullopt);
@@ -97,7 +99,7 @@ TEST_F(LinuxUserDefaultsTest, file_isTheUsersAlone) {
 }
 
 TEST_F(LinuxUserDefaultsTest, folderThatCannotBeMade_isAFailure) {
-  writeFile(folder_ / "Users/demo/Library", "in the way");
+  writeFile(folder_ / "Preferences", "in the way");
   EXPECT_NE(defaults_.set("a", true), std::nullopt);
 }
 

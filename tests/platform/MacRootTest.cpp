@@ -3,7 +3,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
@@ -21,32 +20,6 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Sets an environment variable, or takes it away, as long as it lives.
-class EnvironmentVariable {
- public:
-  EnvironmentVariable(const char* name, const char* value) : name_(name) {
-    if (const char* before = std::getenv(name)) {
-      before_ = before;
-    }
-    set(value);
-  }
-  ~EnvironmentVariable() { set(before_ ? before_->c_str() : nullptr); }
-  EnvironmentVariable(const EnvironmentVariable&) = delete;
-  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-
- private:
-  void set(const char* value) const {
-    if (value != nullptr) {
-      setenv(name_, value, 1);
-    } else {
-      unsetenv(name_);
-    }
-  }
-
-  const char* name_;
-  std::optional<std::string> before_;
-};
-
 class MacRootOnDisk : public testing::Test {
  protected:
   void describe(const std::string& text) const { writeFile(folder_ / "machine.json", text); }
@@ -63,7 +36,8 @@ TEST_F(MacRootOnDisk, folder_withoutDescription_standsForThisMachinesFacts) {
   const auto root = MacRoot::open(folder_.path());
   ASSERT_TRUE(root);
   EXPECT_EQ(root->path(), folder_.path());
-  EXPECT_TRUE(root->describesHost());
+  EXPECT_FALSE(root->isDescribed());
+  EXPECT_FALSE(root->isHost());
   EXPECT_EQ(root->facts(), nlohmann::json::object());
   EXPECT_EQ(root->homeDirectory(), folder_ / "Users/demo");
 }
@@ -98,7 +72,7 @@ TEST_F(MacRootOnDisk, emptyDescription_isThatOfAMachineWithoutFacts) {
   describe("{}");
   const auto root = MacRoot::open(folder_.path());
   ASSERT_TRUE(root);
-  EXPECT_FALSE(root->describesHost());
+  EXPECT_TRUE(root->isDescribed());
   EXPECT_EQ(root->facts(), nlohmann::json::object());
   EXPECT_EQ(root->homeDirectory(), folder_ / "Users/demo");
 }
@@ -196,8 +170,18 @@ TEST_F(MacRootOnDisk, description_isReadAfreshAtEachUse) {
   EXPECT_EQ(root->homeDirectory(), folder_ / "Users/second");
   EXPECT_EQ(root->facts().at("lowPowerMode"), true);
   std::filesystem::remove(folder_ / "machine.json");
-  EXPECT_TRUE(root->describesHost());
+  EXPECT_TRUE(root->isDescribed());
+  EXPECT_EQ(root->facts(), nlohmann::json::object());
   EXPECT_EQ(root->homeDirectory(), folder_ / "Users/demo");
+}
+
+TEST_F(MacRootOnDisk, description_thatComesLater_isNotHeeded) {
+  const auto root = MacRoot::open(folder_.path());
+  ASSERT_TRUE(root);
+  describe(R"({"home": "/Users/late", "environment": {}})");
+  EXPECT_FALSE(root->isDescribed());
+  EXPECT_EQ(root->homeDirectory(), folder_ / "Users/demo");
+  EXPECT_EQ(root->environment(), std::nullopt);
 }
 
 TEST_F(MacRootOnDisk, description_thatBreaksLater_isOneWithoutFacts) {
@@ -206,7 +190,7 @@ TEST_F(MacRootOnDisk, description_thatBreaksLater_isOneWithoutFacts) {
   ASSERT_TRUE(root);
   for (const char* text : {"{", "[]", R"({"home": 1})", R"({"home": "/x", "volume": 1})"}) {
     describe(text);
-    EXPECT_FALSE(root->describesHost());
+    EXPECT_TRUE(root->isDescribed());
     EXPECT_EQ(root->facts(), nlohmann::json::object()) << text;
     EXPECT_EQ(root->homeDirectory(), folder_ / "Users/demo") << text;
   }
@@ -241,23 +225,12 @@ TEST_F(MacRootOnDisk, descriptionThatMayNotBeRead_isRefused) {
   EXPECT_THAT(refusal(), HasSubstr(folder_ / "machine.json"));
 }
 
-TEST(MacRootOfTheHost, home_isThatOfTheEnvironment) {
+TEST(MacRootOfTheHost, rootWithoutDescription_isThisMachine) {
   const auto root = MacRoot::open("/");
   ASSERT_TRUE(root);
-  ASSERT_TRUE(root->describesHost());
-  const EnvironmentVariable home("HOME", "/somewhere/else//");
   EXPECT_EQ(root->path(), "/");
-  EXPECT_EQ(root->homeDirectory(), "/somewhere/else");
-}
-
-TEST(MacRootOfTheHost, home_missingOrRelativeInTheEnvironment_isTheUsersOwn) {
-  const auto root = MacRoot::open("/");
-  ASSERT_TRUE(root);
-  for (const char* value : {static_cast<const char*>(nullptr), "", "relative/home"}) {
-    const EnvironmentVariable home("HOME", value);
-    EXPECT_TRUE(root->homeDirectory().starts_with('/'));
-    EXPECT_NE(root->homeDirectory(), "/relative/home");
-  }
+  EXPECT_FALSE(root->isDescribed());
+  EXPECT_TRUE(root->isHost());
 }
 
 }  // namespace

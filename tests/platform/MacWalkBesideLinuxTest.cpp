@@ -1,8 +1,8 @@
 // The walk of a Mac beside that of Linux, on the same folders of this machine: what both have to tell is the same.
 
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/HostDisk.h"
 #include "platform/linux/walk/ICloudAttribute.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/walk/Packages.h"
 #include "platform/macos/plain/MacWalk.h"
 #include "platform/posix/walk/WalkedFolder.h"
@@ -219,7 +219,7 @@ class MacWalkBesideLinux : public testing::Test {
     return items;
   }
   std::vector<WalkedItem> linuxItems(const std::string& folder) const {
-    return restOf(*LinuxFileSystem(*MacRoot::open(folder_.path())).enumerate(folder));
+    return restOf(*LinuxFileSystem(hostFolders(), hostVolume).enumerate(folder));
   }
   void expectSameWalks(const std::string& folder) const {
     const auto ofLinux = linuxItems(folder);
@@ -285,7 +285,7 @@ TEST_F(MacWalkBesideLinux, namedItems_areTheSameInTheSameOrder) {
   makeFolder(folder_ / "folder");
   const std::vector<std::string> names = {"folder", "missing", ".hidden", "file", "A.app", "folder/..", ""};
   const auto mac = readMacItems(folder_.path(), names, disk_, policy_);
-  const auto ofLinux = LinuxFileSystem(*MacRoot::open(folder_.path())).readItems(folder_.path(), names);
+  const auto ofLinux = LinuxFileSystem(hostFolders(), hostVolume).readItems(folder_.path(), names);
   ASSERT_TRUE(mac && ofLinux);
   ASSERT_EQ(mac->items().size(), ofLinux->items().size());
   for (std::size_t index = 0; index < mac->items().size(); ++index) {

@@ -1,8 +1,8 @@
 #include "tests/platform/WalkedItems.h"
 
 #include "base/FileDescriptor.h"
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/walk/LinuxWalk.h"
 #include "platform/linux/walk/Packages.h"
 
@@ -98,14 +98,6 @@ class NaiveWalk {
   std::vector<std::string> found_;
 };
 
-const MacRoot& someRoot() {
-  static const MacRoot root = [] {
-    std::filesystem::create_directories(CIRROVANE_TEST_DIR);
-    return *MacRoot::open(CIRROVANE_TEST_DIR);
-  }();
-  return root;
-}
-
 WalkKind kindWith(const char* name, const WalkOptions& options) {
   return {name, [options](const std::string& folder) { return startLinuxWalk(WalkRequest{folder}, options); }};
 }
@@ -182,7 +174,8 @@ std::ostream& operator<<(std::ostream& out, const WalkKind& kind) {
 
 const std::vector<WalkKind>& allWalkKinds() {
   static const std::vector<WalkKind> kinds = {
-      {"asFileSystem", [](const std::string& folder) { return LinuxFileSystem(someRoot()).enumerate(folder); }},
+      {"asFileSystem",
+       [](const std::string& folder) { return LinuxFileSystem(hostFolders(), hostVolume).enumerate(folder); }},
       kindWith("onCallersThread", {.threadCount = 0}),
       kindWith("onManyThreads", {.threadCount = 8}),
       kindWith("withoutWorkingDirectory", {.usesWorkingDirectory = false}),

@@ -9,11 +9,7 @@
 
 namespace cirrovane::test {
 
-WatchedDisk::WatchedDisk() {
-  auto root = MacRoot::open("/");
-  root_ = std::make_unique<MacRoot>(*root);
-  files_ = std::make_unique<LinuxFileSystem>(*root_);
-}
+WatchedDisk::WatchedDisk() = default;
 
 WatchedDisk::~WatchedDisk() = default;
 
@@ -30,7 +26,7 @@ NotedFolderNews::News WatchedDisk::watch(const std::vector<std::string>& folders
 }
 
 void WatchedDisk::walk(const std::string& folder, bool isDeep) {
-  const auto walk = files_->enumerate({folder, isDeep, &watch_->listings()});
+  const auto walk = files_.enumerate({folder, isDeep, &watch_->listings()});
   while (walk && walk->next() != nullptr) {
   }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/LinuxFileSystem.h"
-#include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/watch/InotifyWatch.h"
 #include "tests/support/NotedFolderNews.h"
 #include "tests/support/TemporaryFolder.h"
@@ -38,8 +38,7 @@ class WatchedDisk : public testing::Test {
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
   NotedFolderNews noted_;
-  std::unique_ptr<MacRoot> root_;
-  std::unique_ptr<LinuxFileSystem> files_;
+  LinuxFileSystem files_{hostFolders(), hostVolume};
   std::unique_ptr<InotifyWatch> watch_;
 };
 

@@ -2,8 +2,10 @@
 
 #include "base/FileDescriptor.h"
 #include "core/ICloudScanEngine.h"
-#include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/host/HostDisk.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/walk/LinuxWalk.h"
 #include "tests/platform/WalkedItems.h"
 #include "tests/support/ICloudAttribute.h"
@@ -41,7 +43,7 @@ class WalkedFileSystem final : public FileSystem {
  public:
   using Start = std::function<std::unique_ptr<FolderWalk>(const std::string& folder)>;
 
-  WalkedFileSystem(const MacRoot& root, Start start) : files_(root), start_(std::move(start)) {}
+  WalkedFileSystem(const MacRoot& root, Start start) : files_(foldersOf(root), hostVolume), start_(std::move(start)) {}
   bool exists(const std::string& path) const override { return files_.exists(path); }
   std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const override { return start_(request.folder); }
   std::unique_ptr<ItemBatch> readItems(const std::string& folder,

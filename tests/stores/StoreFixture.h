@@ -1,8 +1,10 @@
 #pragma once
 
-#include "platform/linux/ICUCollation.h"
-#include "platform/linux/LinuxFileSystem.h"
+#include "platform/linux/host/HostDisk.h"
+#include "platform/linux/host/ICUCollation.h"
 #include "platform/linux/macroot/MacRoot.h"
+#include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/posix/PosixFileStorage.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryFolder.h"
@@ -28,7 +30,7 @@ class StoreTest : public testing::Test {
 
   TemporaryFolder folder_{CIRROVANE_TEST_DIR};
   MacRoot root_ = std::move(*MacRoot::open((writeFile(folder_ / "machine.json", "{}"), folder_.path())));
-  LinuxFileSystem fileSystem_{root_};
+  LinuxFileSystem fileSystem_{foldersOf(root_), hostVolume};
   PosixFileStorage storage_;
   ICUCollation collation_{"en_US"};
   ManualClock clock_;

@@ -4,12 +4,10 @@
 #include "base/MacRootFacts.h"
 #include "base/Path.h"
 
-#include <cstdlib>
+#include <filesystem>
 #include <optional>
-#include <pwd.h>
 #include <string_view>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -35,34 +33,24 @@ bool isFolder(const std::string& path) {
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::string hostHomeDirectory() {
-  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/') {
-    return home;
-  }
-  const passwd* user = getpwuid(getuid());
-  return user != nullptr ? user->pw_dir : "/";
-}
-
-/// A folder that the user may have moved by a variable, as the desktop's base directories are.
-std::string hostFolder(const char* variable, std::string_view belowHome) {
-  if (const char* path = std::getenv(variable); path != nullptr && *path == '/') {
-    return path;
-  }
-  return hostHomeDirectory() + std::string(belowHome);
-}
-
 std::string trimmed(std::string_view path) {
   return std::string(withoutTrailingSlash(path));
 }
 
 }  // namespace
 
+MacRoot::MacRoot(std::string path) : path_(std::move(path)) {
+  // A link that leads nowhere is a broken description, not none.
+  struct stat status {};
+  isDescribed_ = lstat(factsPath().c_str(), &status) == 0;
+}
+
 Result<MacRoot> MacRoot::open(std::string path) {
   MacRoot root(trimmed(path));
   if (!isFolder(root.path_)) {
     return Failure{fmt::format("There is no folder {} to use as a Mac's disk.", root.path_)};
   }
-  if (!root.describesHost()) {
+  if (root.isDescribed()) {
     const std::optional<json> facts = readFacts(root.factsPath());
     if (!facts) {
       return Failure{fmt::format("{} cannot be read.", root.factsPath())};
@@ -74,13 +62,10 @@ Result<MacRoot> MacRoot::open(std::string path) {
   return root;
 }
 
-bool MacRoot::describesHost() const {
-  // A link that leads nowhere is a broken description, not none.
-  struct stat status {};
-  return lstat(factsPath().c_str(), &status) != 0;
-}
-
 json MacRoot::facts() const {
+  if (!isDescribed_) {
+    return json::object();
+  }
   const std::optional<json> facts = readFacts(factsPath());
   return facts && !complaintAboutFacts(*facts) ? *facts : json::object();
 }
@@ -107,22 +92,17 @@ std::optional<std::string> MacRoot::notificationAuthorization() const {
 }
 
 std::string MacRoot::homeDirectory() const {
-  if (isHost()) {
-    return trimmed(hostHomeDirectory());
-  }
   const std::string home = facts().value("home", std::string(kDefaultHome));
   return trimmed((path_ == "/" ? "" : path_) + home);
 }
 
-std::string MacRoot::applicationSupportDirectory() const {
-  return isHost() ? trimmed(hostFolder("XDG_DATA_HOME", "/.local/share"))
-                  : homeDirectory() + "/Library/Application Support";
-}
-
-std::string MacRoot::userDefaultsPath() const {
-  const std::string folder =
-      isHost() ? trimmed(hostFolder("XDG_CONFIG_HOME", "/.config")) : homeDirectory() + "/Library/Preferences";
-  return folder + "/com.quillmere.Cirrovane.json";
+std::string MacRoot::realPath(const std::string& path) const {
+  if (path_ == "/" || !path.starts_with('/')) {
+    return path;
+  }
+  // A ".." leads no further up than the Mac's own root.
+  const std::string onDisk = std::filesystem::path(path).lexically_normal().native();
+  return onDisk.starts_with(path_ + "/") ? onDisk : path_ + onDisk;
 }
 
 std::string MacRoot::factsPath() const {

@@ -20,10 +20,15 @@ class MacRoot {
   /// Absolute, without a trailing slash unless it is "/".
   const std::string& path() const { return path_; }
 
-  /// Whether facts come from this machine itself: there is no machine.json.
-  bool describesHost() const;
+  /// Whether there was a machine.json when the root was opened. Without one the facts are those of the machine that the
+  /// program runs on.
+  bool isDescribed() const { return isDescribed_; }
 
-  /// The machine.json as it is now; an empty object when there is none, or when it has become unreadable since.
+  /// Whether the user's own folders and the commands, too, are those of the machine that the program runs on.
+  bool isHost() const { return path_ == "/" && !isDescribed_; }
+
+  /// The machine.json as it is now; an empty object when there was none, or when it has gone or become unreadable
+  /// since.
   nlohmann::json facts() const;
 
   /// The environment that programs on this Mac see; absent when that is our own.
@@ -35,20 +40,17 @@ class MacRoot {
   /// The user's home folder as a real path, without a trailing slash.
   std::string homeDirectory() const;
 
-  /// Where programs keep the user's data.
-  std::string applicationSupportDirectory() const;
-
-  /// The file that holds this program's user defaults.
-  std::string userDefaultsPath() const;
+  /// Where an absolute path of the Mac's disk really is. A path that is inside of the root already stays as it is, and
+  /// so does one that is not absolute.
+  std::string realPath(const std::string& path) const;
 
  private:
-  explicit MacRoot(std::string path) : path_(std::move(path)) {}
+  explicit MacRoot(std::string path);
 
   std::string factsPath() const;
-  /// Whether the user's own folders are those of the machine that the program runs on.
-  bool isHost() const { return path_ == "/" && describesHost(); }
 
   std::string path_;
+  bool isDescribed_;
 };
 
 }  // namespace cirrovane

@@ -78,7 +78,7 @@ class PlantedTest(unittest.TestCase):
 
     def test_copy_without_mistake_is_compiled_and_linked(self):
         made = self.folder / "planted.o"
-        result = self.compile("platform/posix/HostLoad.cpp", self.plant("platform/posix/HostLoad.cpp"), f"-c -o {made}")
+        result = self.compile("platform/posix/HostCondition.cpp", self.plant("platform/posix/HostCondition.cpp"), f"-c -o {made}")
         self.assertEqual(result.returncode, 0, result.stderr)
         result = self.link("cirrovanectl", change=lambda command: command.replace(" -- ", f" {made} -- "))
         self.assertEqual(result.returncode, 0, result.stderr)
@@ -104,11 +104,11 @@ class PlantedTest(unittest.TestCase):
                                  ("kWithSleep = CLOCK_MONOTONIC;", "kWithSleep = CLOCK_BOOTTIME;"))
 
     def test_header_of_linux_alone(self):
-        self.assert_not_compiled("platform/posix/HostLoad.cpp", "'sys/sysinfo.h' file not found",
+        self.assert_not_compiled("platform/posix/HostCondition.cpp", "'sys/sysinfo.h' file not found",
                                  ("#include <cstdlib>\n", "#include <cstdlib>\n#include <sys/sysinfo.h>\n"))
 
     def test_part_of_the_library_that_came_later(self):
-        self.assert_not_compiled("platform/posix/HostLoad.cpp", "'to_chars' is unavailable",
+        self.assert_not_compiled("platform/posix/HostCondition.cpp", "'to_chars' is unavailable",
                                  ("#include <cstdlib>\n", "#include <charconv>\n#include <cstdlib>\n"),
                                  ("  std::array<double, 3> samples{};",
                                   "  std::array<double, 3> samples{};\n"
@@ -129,7 +129,7 @@ class PlantedTest(unittest.TestCase):
              '  fs::create_directories(parent);\n  lsetxattr(parent.c_str(), "a", "b", 1, 0);'))
 
     def test_symbol_that_a_mac_lacks(self):
-        self.assert_not_linked("cirrovanectl", "platform/posix/HostLoad.cpp", "_sysinfo",
+        self.assert_not_linked("cirrovanectl", "platform/posix/HostCondition.cpp", "_sysinfo",
                                ("namespace cirrovane {\n", 'extern "C" int sysinfo(void*);\nnamespace cirrovane {\n'),
                                ("  std::array<double, 3> samples{};",
                                 "  std::array<double, 3> samples{};\n  sysinfo(samples.data());"))
