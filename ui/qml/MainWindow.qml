@@ -40,11 +40,6 @@ ApplicationWindow {
         about.open();
     }
 
-    // Without types: Qt 6.4 hands no colour over to C++ from a function that has them.
-    function stateColor(state) {
-        return Theme.stateColor(state);
-    }
-
     onVisibleChanged: if (visible) arrival.restart()
 
     // The scan's threads would share the processor with the window's first picture.
@@ -129,12 +124,12 @@ ApplicationWindow {
 
         Item {
             id: tab
-            required property var modelData
             required property int index
+            required property string name
 
             Shortcut {
                 sequence: "Ctrl+" + (tab.index + 1)
-                onActivated: window.shell.selectedTab = tab.modelData.id
+                onActivated: window.shell.selectedTab = tab.name
             }
         }
     }

@@ -18,29 +18,13 @@ MenuBar {
     delegate: BarItem {
     }
 
-    Component.onCompleted: {
-        for (const entry of commands.menus) {
-            const menu = menuComponent.createObject(bar, {
-                title: entry.title
-            });
-            for (const command of entry.actions) {
-                if (command) {
-                    menu.addAction(actionComponent.createObject(menu, {
-                        command: command
-                    }));
-                } else {
-                    menu.addItem(separatorComponent.createObject(menu.contentItem));
-                }
-            }
-            addMenu(menu);
+    Instantiator {
+        model: bar.commands.menus
+        delegate: AppMenu {
         }
+        onObjectAdded: (index, menu) => bar.insertMenu(index, menu as AppMenu)
     }
 
-    Component {
-        id: menuComponent
-        AppMenu {
-        }
-    }
     Component {
         id: actionComponent
         Action {
@@ -82,8 +66,32 @@ MenuBar {
         Accessible.onPressAction: item.triggered()
     }
 
+    // A row of a menu's list: the command, or null for a line between two.
+    component Entry: QtObject {
+        required property var action
+    }
+
     component AppMenu: Menu {
         id: menu
+
+        required title
+        required property ListModelBase commands
+
+        Instantiator {
+            model: menu.commands
+            delegate: Entry {
+            }
+            onObjectAdded: (index, object) => {
+                const command = (object as Entry).action;
+                if (command) {
+                    menu.addAction(actionComponent.createObject(menu, {
+                        command: command
+                    }));
+                } else {
+                    menu.addItem(separatorComponent.createObject(menu.contentItem));
+                }
+            }
+        }
 
         delegate: CommandItem {
         }

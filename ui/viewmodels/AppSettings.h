@@ -2,6 +2,8 @@
 
 #include "platform/MotionPreference.h"
 #include "platform/UserDefaults.h"
+#include "ui/viewmodels/ChoiceRow.h"
+#include "ui/viewmodels/ListModel.h"
 
 #include <QObject>
 #include <QString>
@@ -15,6 +17,7 @@ class AppSettings : public QObject {
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
   Q_PROPERTY(QString visualStyle READ visualStyle WRITE setVisualStyle NOTIFY visualStyleChanged)
+  Q_PROPERTY(cirrovane::ListModelBase* visualStyles READ visualStyles CONSTANT)
   Q_PROPERTY(bool isClassic READ isClassic NOTIFY visualStyleChanged)
   Q_PROPERTY(bool motionEnabled READ motionEnabled WRITE setMotionEnabled NOTIFY motionEnabledChanged)
   Q_PROPERTY(bool motionAllowed READ motionAllowed NOTIFY motionAllowedChanged)
@@ -31,6 +34,8 @@ class AppSettings : public QObject {
 
   /// "liquid" or "classic"; a stored value that is neither counts as liquid.
   QString visualStyle() const { return isClassic_ ? QStringLiteral("classic") : QStringLiteral("liquid"); }
+  /// Those to choose from.
+  ListModel<ChoiceRow>* visualStyles() { return &visualStyles_; }
   bool isClassic() const { return isClassic_; }
   bool motionEnabled() const { return motionEnabled_; }
   /// Whether anything may move: the user wants it here, and has not asked the whole system for less of it.
@@ -55,6 +60,7 @@ class AppSettings : public QObject {
  private:
   UserDefaults& userDefaults_;
   MotionPreference* motionPreference_;
+  ListModel<ChoiceRow> visualStyles_;
   bool isClassic_;
   bool motionEnabled_;
   bool showTerminologyOnDashboard_;

@@ -4,6 +4,7 @@
 #include "coordinator/VerdictStanding.h"
 #include "core/HealthState.h"
 #include "platform/TimeText.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QString>
 #include <optional>
@@ -21,11 +22,8 @@ struct HealthWords {
 /// Without a state nothing is known yet, and the sign says neither good nor bad.
 HealthWords healthWords(std::optional<HealthState> state);
 
-/// The state's name in the records, by which its colour is known; empty without a state.
-QString stateName(std::optional<HealthState> state);
-
-/// The state whose colour the verdict itself has: absent while it is unknown, and for a YES that is stale.
-std::optional<HealthState> verdictState(const ShownVerdict& verdict);
+/// The tone of the verdict itself: neutral while it is unknown, and for a YES that is stale.
+Tone verdictTone(const ShownVerdict& verdict);
 
 /// "as of 6:21:07 PM" for a YES that is stale; empty otherwise.
 QString asOfText(const ShownVerdict& verdict, const TimeText& timeText);

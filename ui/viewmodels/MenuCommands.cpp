@@ -1,8 +1,8 @@
 #include "ui/viewmodels/MenuCommands.h"
 
 #include <QMetaEnum>
-#include <QVariant>
-#include <QVariantMap>
+#include <utility>
+#include <vector>
 
 namespace cirrovane {
 
@@ -32,6 +32,7 @@ MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
        {add(Command::terminologyGuide, QStringLiteral("Terminology Guide"), noRole),
         add(Command::faq, QStringLiteral("FAQ"), noRole)}},
   };
+  fillMenuList();
 }
 
 QAction* MenuCommands::add(Command command, const QString& text, QAction::MenuRole role, const QKeySequence& shortcut) {
@@ -44,16 +45,18 @@ QAction* MenuCommands::add(Command command, const QString& text, QAction::MenuRo
   return action;
 }
 
-QVariantList MenuCommands::menuList() const {
-  QVariantList list;
+void MenuCommands::fillMenuList() {
+  std::vector<MenuRow> rows;
   for (const Menu& menu : menus_) {
-    QVariantList actions;
+    std::vector<CommandRow> commands;
     for (QAction* action : menu.actions) {
-      actions.append(QVariant::fromValue<QObject*>(action));
+      commands.push_back({.action = action});
     }
-    list.append(QVariantMap{{QStringLiteral("title"), menu.title}, {QStringLiteral("actions"), actions}});
+    auto* list = new ListModel<CommandRow>(this);
+    list->setRows(std::move(commands));
+    rows.push_back({.title = menu.title, .commands = list});
   }
-  return list;
+  menuList_.setRows(std::move(rows));
 }
 
 void MenuCommands::setEnabled(const QString& name, bool isEnabled) {

@@ -1,15 +1,44 @@
 #pragma once
 
+#include "ui/viewmodels/ListModel.h"
+
 #include <QAction>
 #include <QHash>
 #include <QKeySequence>
 #include <QList>
 #include <QObject>
 #include <QString>
-#include <QVariantList>
 #include <QtQmlIntegration>
 
 namespace cirrovane {
+
+/// A command of a menu in the window.
+struct CommandRow {
+  Q_GADGET
+  Q_PROPERTY(QAction* action MEMBER action)
+
+ public:
+  /// nullptr for a line between two commands.
+  QAction* action = nullptr;
+
+  friend bool operator==(const CommandRow&, const CommandRow&) = default;
+  friend QString keyOf(const CommandRow& row) { return row.action != nullptr ? row.action->text() : QString(); }
+};
+
+/// A menu in the window with the list of its commands.
+struct MenuRow {
+  Q_GADGET
+  Q_PROPERTY(QString title MEMBER title)
+  Q_PROPERTY(cirrovane::ListModelBase* commands MEMBER commands)
+
+ public:
+  QString title;
+  /// Belongs to the object that has the menus.
+  ListModelBase* commands = nullptr;
+
+  friend bool operator==(const MenuRow&, const MenuRow&) = default;
+  friend const QString& keyOf(const MenuRow& row) { return row.title; }
+};
 
 /// The commands of the menus: one list for the bar in the window and for the one that a Mac has at the top of the
 /// screen.
@@ -17,7 +46,7 @@ class MenuCommands : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
-  Q_PROPERTY(QVariantList menus READ menuList CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* menus READ menuList CONSTANT)
 
  public:
   enum class Command {
@@ -46,8 +75,8 @@ class MenuCommands : public QObject {
 
   /// In the bar's order. Each action says by its role whether a Mac moves it into the application's menu.
   const QList<Menu>& menus() const { return menus_; }
-  /// The same for QML: each with its title and its actions.
-  QVariantList menuList() const;
+  /// The same for the window.
+  ListModel<MenuRow>* menuList() { return &menuList_; }
 
   /// Whether a command, by its enumerator's name, can be given now.
   Q_INVOKABLE void setEnabled(const QString& name, bool isEnabled);
@@ -57,10 +86,12 @@ class MenuCommands : public QObject {
   void triggered(cirrovane::MenuCommands::Command command, const QString& name);
 
  private:
+  void fillMenuList();
   QAction* add(Command command, const QString& text, QAction::MenuRole role, const QKeySequence& shortcut = {});
 
   QHash<QString, QAction*> actions_;
   QList<Menu> menus_;
+  ListModel<MenuRow> menuList_;
 };
 
 }  // namespace cirrovane

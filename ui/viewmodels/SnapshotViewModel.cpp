@@ -22,8 +22,8 @@ SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateSer
   follow(dashboard.publishedExportNote(), [this] { emit exportNoteChanged(); });
 }
 
-QString SnapshotViewModel::state() const {
-  return stateName(dashboard().verdict().sign());
+Tone SnapshotViewModel::tone() const {
+  return toneOf(dashboard().verdict().sign());
 }
 
 QString SnapshotViewModel::statusLabel() const {

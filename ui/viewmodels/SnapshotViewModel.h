@@ -2,6 +2,7 @@
 
 #include "platform/TimeText.h"
 #include "ui/viewmodels/SurfaceViewModel.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QString>
 #include <QtQmlIntegration>
@@ -14,7 +15,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
-  Q_PROPERTY(QString state READ state NOTIFY reportChanged)
+  Q_PROPERTY(cirrovane::Tones::Tone tone READ tone NOTIFY reportChanged)
   Q_PROPERTY(QString statusLabel READ statusLabel NOTIFY reportChanged)
   Q_PROPERTY(QString menuBarSymbol READ menuBarSymbol NOTIFY reportChanged)
   Q_PROPERTY(QString score READ score NOTIFY reportChanged)
@@ -35,8 +36,8 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
                     QObject* parent = nullptr);
 
-  /// The state that the sign has, by its name: "safe", "warning" or "danger"; empty before the first scan.
-  QString state() const;
+  /// Of the sign; neutral before the first scan.
+  Tone tone() const;
   /// "Green Safe", "Yellow Needs Attention" or "Red Unsafe"; "Scanning" before the first scan.
   QString statusLabel() const;
   QString menuBarSymbol() const;

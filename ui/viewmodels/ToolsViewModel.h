@@ -1,8 +1,9 @@
 #pragma once
 
 #include "diagnostics/OptionalTool.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
+#include "ui/viewmodels/Tone.h"
 #include "ui/viewmodels/ToolsEnvironment.h"
 
 #include <QString>
@@ -17,6 +18,39 @@
 
 namespace cirrovane {
 
+/// An optional tool in words.
+struct ToolRow {
+  Q_GADGET
+  Q_PROPERTY(QString name MEMBER name)
+  Q_PROPERTY(QString state MEMBER state)
+  Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone)
+  Q_PROPERTY(QString purpose MEMBER purpose)
+  Q_PROPERTY(QString unlocks MEMBER unlocks)
+  Q_PROPERTY(QString installCommand MEMBER installCommand)
+  Q_PROPERTY(QString status MEMBER status)
+  Q_PROPERTY(bool isInstalled MEMBER isInstalled)
+  Q_PROPERTY(bool isInstalling MEMBER isInstalling)
+  Q_PROPERTY(bool canInstall MEMBER canInstall)
+
+ public:
+  QString name;
+  /// "Installed"
+  QString state;
+  /// Of the state.
+  Tone tone = Tone::Plain;
+  QString purpose;
+  QString unlocks;
+  QString installCommand;
+  /// What came of the user's latest wish; empty before the first.
+  QString status;
+  bool isInstalled = false;
+  bool isInstalling = false;
+  bool canInstall = false;
+
+  friend bool operator==(const ToolRow&, const ToolRow&) = default;
+  friend const QString& keyOf(const ToolRow& row) { return row.name; }
+};
+
 /// The optional tools: which of them are installed, and the installs that the user asked this page for. What is known
 /// goes with the page; an install goes on without it.
 class ToolsViewModel : public cirrovane::PageViewModel {
@@ -25,7 +59,7 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString availableText READ availableText CONSTANT)
   Q_PROPERTY(QString installedText READ installedText NOTIFY changed)
   Q_PROPERTY(bool hasHomebrew READ hasHomebrew NOTIFY changed)
-  Q_PROPERTY(cirrovane::RowListModel* tools READ tools CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* tools READ tools CONSTANT)
 
  public:
   /// Runs a task on a thread of its own, beside all others; the task may outlive the caller.
@@ -37,7 +71,7 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   QString availableText() const;
   QString installedText() const;
   bool hasHomebrew() const { return brewPath_.has_value(); }
-  RowListModel* tools() { return &tools_; }
+  ListModel<ToolRow>* tools() { return &tools_; }
 
   /// Tools that are known to be installed.
   std::size_t installedCount() const;
@@ -60,13 +94,13 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   const ToolsEnvironment& environment() const;
   void refreshInstalledStates();
   void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
-  RowListModel::Row rowOf(const OptionalTool& tool) const;
+  ToolRow rowOf(const OptionalTool& tool) const;
   /// Runs `work` in the background, and then hands its result to `finish` on the main thread unless the page is gone.
   template <class Work, class Finish>
   void inBackground(Work work, Finish finish);
 
   Background background_;
-  RowListModel tools_;
+  ListModel<ToolRow> tools_;
   std::optional<std::string> brewPath_;
   bool isChecking_ = false;
   /// By command; those of the catalogue live for ever.

@@ -11,7 +11,7 @@ ScrollingPage {
     required property Component delegate
     // What stands above the rows.
     default property alias content: column.data
-    // The last control above the rows, which calls focusRow for the key that leads on to them.
+    // The last control above the rows, from which the Tab key leads on to them.
     required property Item lastControl
 
     // Rows come and go with the scrolling, in any order: the keyboard goes from row to row by their numbers.
@@ -66,6 +66,12 @@ ScrollingPage {
 
     area: list
 
+    Connections {
+        target: page.lastControl.Keys
+        function onTabPressed(event) {
+            event.accepted = page.focusRow(0, Qt.TabFocusReason);
+        }
+    }
     ListView {
         id: list
         anchors.fill: parent

@@ -6,7 +6,7 @@ Item {
     id: dial
 
     required property int score
-    required property string status
+    required property int tone
     property bool motionEnabled: Theme.motionEnabled
     property real dialSize: 160
     property real strokeWidth: 14
@@ -32,7 +32,7 @@ Item {
         width: dial.dialSize + 2 * glowMargin
         height: width
         progress: spring.value
-        status: dial.status
+        status: dial.tone === Tone.Good ? "safe" : dial.tone === Tone.Caution ? "warning" : "danger"
         strokeWidth: dial.strokeWidth
         shadowRadius: dial.shadowRadius
         track: Qt.rgba(1, 1, 1, 0.12)

@@ -46,7 +46,7 @@ PremiumCard {
                 Symbol {
                     id: symbol
                     name: health.stateSymbol
-                    color: Theme.stateColor(health.state)
+                    color: Tone.color(health.tone)
                     size: 40
                 }
             }
