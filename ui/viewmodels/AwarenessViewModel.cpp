@@ -36,71 +36,80 @@ void AwarenessViewModel::update() {
 
 SignalRow AwarenessViewModel::coverageRow() const {
   if (coverageGapCount_ == 0) {
-    return {.key = QStringLiteral("coverage"), .symbol = allClearSymbol(isKnown_),
-                              .tone = allClearTone(isKnown_),
-                              .title = QStringLiteral("Coverage Gaps"),
-                              .text = QStringLiteral("No watchlist coverage gaps detected.")};
+    return {.key = QStringLiteral("coverage"),
+            .symbol = allClearSymbol(isKnown_),
+            .tone = allClearTone(isKnown_),
+            .title = QStringLiteral("Coverage Gaps"),
+            .text = QStringLiteral("No watchlist coverage gaps detected.")};
   }
-  return {.key = QStringLiteral("coverage"), .symbol = QStringLiteral("exclamationmark.triangle.fill"),
-       .tone = Tone::Warning,
-       .title = QStringLiteral("Coverage Gaps"),
-       .text =
-           QStringLiteral("%1 items are outside iCloud or unavailable, so trust is reduced.").arg(coverageGapCount_)};
+  return {
+      .key = QStringLiteral("coverage"),
+      .symbol = QStringLiteral("exclamationmark.triangle.fill"),
+      .tone = Tone::Warning,
+      .title = QStringLiteral("Coverage Gaps"),
+      .text =
+          QStringLiteral("%1 items are outside iCloud or unavailable, so trust is reduced.").arg(coverageGapCount_)};
 }
 
 SignalRow AwarenessViewModel::cloudOnlyRow() const {
   const std::int64_t count = dashboard().report().metrics.notDownloaded;
   if (count == 0) {
-    return {.key = QStringLiteral("cloudOnly"), .symbol = allClearSymbol(isKnown_),
-                               .tone = allClearTone(isKnown_),
-                               .title = QStringLiteral("Cloud-Only Files"),
-                               .text = QStringLiteral("No cloud-only files currently detected.")};
+    return {.key = QStringLiteral("cloudOnly"),
+            .symbol = allClearSymbol(isKnown_),
+            .tone = allClearTone(isKnown_),
+            .title = QStringLiteral("Cloud-Only Files"),
+            .text = QStringLiteral("No cloud-only files currently detected.")};
   }
-  return {.key = QStringLiteral("cloudOnly"), .symbol = QStringLiteral("icloud.fill"),
-                .tone = Tone::Info,
-                .title = QStringLiteral("Cloud-Only Files"),
-                .text = QStringLiteral("%1 files are cloud-only on this device. They can still be safely in iCloud, "
-                                       "but may be unavailable offline.")
-                            .arg(count)};
+  return {.key = QStringLiteral("cloudOnly"),
+          .symbol = QStringLiteral("icloud.fill"),
+          .tone = Tone::Info,
+          .title = QStringLiteral("Cloud-Only Files"),
+          .text = QStringLiteral("%1 files are cloud-only on this device. They can still be safely in iCloud, "
+                                 "but may be unavailable offline.")
+                      .arg(count)};
 }
 
 SignalRow AwarenessViewModel::failedRow() const {
   const std::optional<ScanSnapshot> failed = dashboard().lastFailedSnapshot();
   if (!failed) {
-    return {.key = QStringLiteral("failed"), .symbol = QStringLiteral("info.circle.fill"),
-                  .tone = Tone::Info,
-                  .title = QStringLiteral("Last Scan Result"),
-                  .text = QStringLiteral("No failed scans in history"),
-                  .explanation = QStringLiteral("This can mean stable sync, or simply not enough scan history yet.")};
+    return {.key = QStringLiteral("failed"),
+            .symbol = QStringLiteral("info.circle.fill"),
+            .tone = Tone::Info,
+            .title = QStringLiteral("Last Scan Result"),
+            .text = QStringLiteral("No failed scans in history"),
+            .explanation = QStringLiteral("This can mean stable sync, or simply not enough scan history yet.")};
   }
   const QString reason = topReasonTitle(*failed);
   const auto& folder = failed->topBlockerFolderName;
   const auto& path = failed->topBlockerFilePath;
   const QString noPath = QStringLiteral("Location unavailable because older snapshots did not capture file paths.");
-  return {.key = QStringLiteral("failed"), .symbol = QStringLiteral("xmark.octagon.fill"),
-                          .tone = Tone::Critical,
-                          .title = QStringLiteral("Last Failed Sync"),
-                          .text = verdictTimeText(*failed, context()->timeText()),
-                          .reason = reason.isEmpty() ? QString() : QStringLiteral("Reason: ") + reason,
-                          .folder = folder ? QStringLiteral("Folder: ") + toDisplay(*folder) : QString(),
-                          .explanation = path ? QString() : noPath,
-                          .date = toQString(context()->timeText().dayAndTime(failed->timestamp)),
-                          .path = path ? toDisplay(*path) : QString()};
+  return {.key = QStringLiteral("failed"),
+          .symbol = QStringLiteral("xmark.octagon.fill"),
+          .tone = Tone::Critical,
+          .title = QStringLiteral("Last Failed Sync"),
+          .text = verdictTimeText(*failed, context()->timeText()),
+          .reason = reason.isEmpty() ? QString() : QStringLiteral("Reason: ") + reason,
+          .folder = folder ? QStringLiteral("Folder: ") + toDisplay(*folder) : QString(),
+          .explanation = path ? QString() : noPath,
+          .date = toQString(context()->timeText().dayAndTime(failed->timestamp)),
+          .path = path ? toDisplay(*path) : QString()};
 }
 
 SignalRow AwarenessViewModel::safeRow() const {
   const std::optional<ScanSnapshot> safe = dashboard().lastSafeSnapshot();
   if (!safe) {
-    return {.key = QStringLiteral("safe"), .symbol = QStringLiteral("info.circle.fill"),
-                          .tone = Tone::Info,
-                          .title = QStringLiteral("Last Confirmed Safe Scan"),
-                          .text = QStringLiteral("None yet in current history.")};
+    return {.key = QStringLiteral("safe"),
+            .symbol = QStringLiteral("info.circle.fill"),
+            .tone = Tone::Info,
+            .title = QStringLiteral("Last Confirmed Safe Scan"),
+            .text = QStringLiteral("None yet in current history.")};
   }
-  return {.key = QStringLiteral("safe"), .symbol = QStringLiteral("checkmark.circle.fill"),
-                        .tone = Tone::Good,
-                        .title = QStringLiteral("Last Confirmed Safe Scan"),
-                        .text = verdictTimeText(*safe, context()->timeText()),
-                        .date = toQString(context()->timeText().dayAndTime(safe->timestamp))};
+  return {.key = QStringLiteral("safe"),
+          .symbol = QStringLiteral("checkmark.circle.fill"),
+          .tone = Tone::Good,
+          .title = QStringLiteral("Last Confirmed Safe Scan"),
+          .text = verdictTimeText(*safe, context()->timeText()),
+          .date = toQString(context()->timeText().dayAndTime(safe->timestamp))};
 }
 
 void AwarenessViewModel::revealLastFailed() {

@@ -58,9 +58,10 @@ void SafetyExplainerViewModel::showCriteria() {
   std::vector<CriterionRow> rows;
   for (const SafetyCriterion& criterion : dashboard().safetyCriteria()) {
     // Before the first scan nothing was looked at, so nothing passes.
-    const CriterionSign sign = !verdict_.isKnown()   ? CriterionSign{"ellipsis.circle", Tone::Neutral, "Not checked yet"}
-                               : criterion.isPassing ? CriterionSign{"checkmark.circle.fill", Tone::Good, "Passed"}
-                                                     : CriterionSign{"xmark.octagon.fill", Tone::Critical, "Not passed"};
+    const CriterionSign sign = !verdict_.isKnown() ? CriterionSign{"ellipsis.circle", Tone::Neutral, "Not checked yet"}
+                               : criterion.isPassing
+                                   ? CriterionSign{"checkmark.circle.fill", Tone::Good, "Passed"}
+                                   : CriterionSign{"xmark.octagon.fill", Tone::Critical, "Not passed"};
     rows.push_back({.title = toQString(criterion.title),
                     .detail = toQString(criterion.detail),
                     .symbol = toQString(sign.symbol),

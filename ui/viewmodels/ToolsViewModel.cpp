@@ -126,7 +126,9 @@ ToolRow ToolsViewModel::rowOf(const OptionalTool& tool) const {
           .state = isUnknown     ? QStringLiteral("Checking")
                    : isInstalled ? QStringLiteral("Installed")
                                  : QStringLiteral("Not Installed"),
-          .tone = isUnknown ? Tone::Info : isInstalled ? Tone::Good : Tone::Neutral,
+          .tone = isUnknown     ? Tone::Info
+                  : isInstalled ? Tone::Good
+                                : Tone::Neutral,
           .purpose = toQString(tool.purpose),
           .unlocks = toQString(tool.unlocks),
           .installCommand = toQString(tool.installCommand),
