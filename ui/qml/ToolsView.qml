@@ -69,6 +69,7 @@ PremiumTabScaffold {
 
             WarningText {
                 text: "Homebrew not found. Install Homebrew first to use one-click installs."
+                role: Accessible.StaticText
             }
             ActionButton {
                 text: "Download Homebrew"

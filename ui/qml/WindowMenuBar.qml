@@ -20,11 +20,15 @@ MenuBar {
 
     Instantiator {
         model: bar.commands.menus
-        delegate: AppMenu {
-        }
-        onObjectAdded: (index, menu) => bar.insertMenu(index, menu as AppMenu)
+        delegate: menuComponent
+        onObjectAdded: (index, menu) => bar.insertMenu(index, menu)
     }
 
+    Component {
+        id: menuComponent
+        AppMenu {
+        }
+    }
     Component {
         id: actionComponent
         Action {
@@ -66,11 +70,6 @@ MenuBar {
         Accessible.onPressAction: item.triggered()
     }
 
-    // A row of a menu's list: the command, or null for a line between two.
-    component Entry: QtObject {
-        required property var action
-    }
-
     component AppMenu: Menu {
         id: menu
 
@@ -79,13 +78,13 @@ MenuBar {
 
         Instantiator {
             model: menu.commands
-            delegate: Entry {
+            delegate: QtObject {
+                required property var action
             }
-            onObjectAdded: (index, object) => {
-                const command = (object as Entry).action;
-                if (command) {
+            onObjectAdded: (index, row) => {
+                if (row.action) {
                     menu.addAction(actionComponent.createObject(menu, {
-                        command: command
+                        command: row.action
                     }));
                 } else {
                     menu.addItem(separatorComponent.createObject(menu.contentItem));

@@ -12,6 +12,7 @@ namespace {
 template <class Choices>
 std::vector<ChoiceRow> rowsOf(const Choices& choices) {
   std::vector<ChoiceRow> rows;
+  rows.reserve(choices.size());
   for (const auto& choice : choices) {
     rows.push_back({.value = toQString(choice.rawValue), .title = toQString(choice.title)});
   }

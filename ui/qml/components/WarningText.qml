@@ -6,6 +6,8 @@ RowLayout {
     id: row
 
     required property string text
+    // An alert is read out as it comes; what was there before is a static text.
+    property int role: Accessible.AlertMessage
 
     visible: text.length > 0
     spacing: Theme.rowSpacing
@@ -21,6 +23,6 @@ RowLayout {
         text: row.text
         font.pixelSize: Theme.subheadlineSize
         Layout.fillWidth: true
-        Accessible.role: Accessible.AlertMessage
+        Accessible.role: row.role
     }
 }
