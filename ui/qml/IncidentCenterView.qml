@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// The page of the problems that diagnostics found, now and before.
+// The page of the problems that diagnostics found.
 PremiumTabList {
     id: page
 

@@ -53,7 +53,7 @@ Item {
                     }
                 }
 
-                // Which page is open stays in sight.
+                // Keeps the chosen tab in sight.
                 function revealChosen() {
                     contentX = Math.max(0, Math.min(contentX, contentWidth - width));
                     if (extraTabs.isChosen) {

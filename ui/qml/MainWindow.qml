@@ -22,11 +22,11 @@ ApplicationWindow {
     minimumHeight: 700
     color: Theme.liquidBottom
 
-    // Made when it is first wanted, since it takes longer than the tab bar.
+    // Made at their first use, since they take longer than the tab bar.
     property var guide: null
     property var about: null
 
-    // The text that had the keyboard last: a menu that opens takes the keyboard, and leaves the selection.
+    // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
     readonly property bool canCopy: (text?.selectedText ?? "") !== ""
     onActiveFocusItemChanged: if (activeFocusItem instanceof TextEdit) text = activeFocusItem as TextEdit
@@ -72,7 +72,7 @@ ApplicationWindow {
         }
     }
 
-    // A sheet over the window has the key that closes the window.
+    // An open sheet takes the key that closes the window.
     CommandState {
         command: "closeWindow"
         isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// The page that says why the verdict is what it is.
+// The page that explains the verdict.
 PremiumTabScaffold {
     id: page
 

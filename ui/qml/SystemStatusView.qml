@@ -56,7 +56,7 @@ PremiumTabScaffold {
         }
     }
 
-    // Two cards in a row where there is room for them.
+    // A wide page has two cards in a row.
     GridLayout {
         columns: page.isWide ? 2 : 1
         columnSpacing: Theme.pageSpacing

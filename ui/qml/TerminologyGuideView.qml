@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Cirrovane
 
-// Every term and what it means, as a sheet over the window.
+// A sheet over the window that explains every term.
 Sheet {
     id: guide
 

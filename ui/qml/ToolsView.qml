@@ -153,7 +153,7 @@ PremiumTabScaffold {
                     enabled: card.canInstall
                     visible: !card.isInstalled
                     onClicked: {
-                        // It can do nothing until the install has ended, and would lose the focus.
+                        // The button is disabled during the install, and would lose the focus.
                         if (activeFocus) {
                             copy.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
                         }

@@ -5,7 +5,7 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Cirrovane
 
-// The commands of the application and its window, where the desktop has no bar of its own for them.
+// The menu bar in the window, for a desktop without a menu bar of its own.
 MenuBar {
     id: bar
 

@@ -36,7 +36,7 @@ class ActionsViewModel : public cirrovane::PageViewModel {
   using PageViewModel::PageViewModel;
 
   ListModel<ActionRow>* rows() { return &rows_; }
-  /// What stands in the place of the steps before a scan has found any; empty when there are some.
+  /// The report's summary while there are no steps; empty when there are some.
   const QString& emptyText() const { return emptyText_; }
 
  protected:

@@ -31,7 +31,7 @@ AppSettings::~AppSettings() {
   }
 }
 
-// A choice that could not be stored holds for as long as the application runs.
+// A choice that cannot be stored holds while the application runs.
 
 void AppSettings::setVisualStyle(const QString& style) {
   const bool isClassic = style == QLatin1String(kClassic);

@@ -11,7 +11,7 @@
 
 namespace cirrovane {
 
-/// The user's choices of look and notification. A change is stored at once, and seen by every surface.
+/// The user's choices of look and notification. The settings store a change at once and tell every surface.
 class AppSettings : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -27,18 +27,18 @@ class AppSettings : public QObject {
                  notificationsEnabledChanged)
 
  public:
-  /// What is given outlives the settings; without a preference, nobody asks the whole system for less motion.
+  /// `userDefaults` and `motionPreference` outlive the settings. Without a preference the system allows motion.
   explicit AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference = nullptr,
                        QObject* parent = nullptr);
   ~AppSettings() override;
 
   /// "liquid" or "classic"; a stored value that is neither counts as liquid.
   QString visualStyle() const { return isClassic_ ? QStringLiteral("classic") : QStringLiteral("liquid"); }
-  /// Those to choose from.
+  /// The values that visualStyle() can have.
   ListModel<ChoiceRow>* visualStyles() { return &visualStyles_; }
   bool isClassic() const { return isClassic_; }
   bool motionEnabled() const { return motionEnabled_; }
-  /// Whether anything may move: the user wants it here, and has not asked the whole system for less of it.
+  /// Whether anything may move: the user allows it here, and the system allows it.
   bool motionAllowed() const {
     return motionEnabled_ && (motionPreference_ == nullptr || !motionPreference_->isReduced());
   }

@@ -34,15 +34,15 @@ inline constexpr std::array<AppTab, 13> kAppTabs = {{
     {"tools", "Tools", "square.and.arrow.down"},
 }};
 
-/// Those with a button of their own in the tab bar.
+/// The tabs with a button in the tab bar.
 std::span<const AppTab> primaryTabs();
-/// Those in the tab bar's menu.
+/// The tabs in the tab bar's menu.
 std::span<const AppTab> extraTabs();
 
 /// The tab of this exact id; nullptr when there is none.
 const AppTab* findTab(std::string_view id);
 
-/// The tab to begin with, by the value of the environment variable that may name one.
+/// The tab that the environment variable's value names; the first tab for any other value.
 const AppTab& initialTab(const std::optional<std::string_view>& requested);
 
 }  // namespace cirrovane

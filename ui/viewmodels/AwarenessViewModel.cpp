@@ -8,7 +8,7 @@
 namespace cirrovane {
 namespace {
 
-/// The sign of a row that found nothing: a good one only after a scan.
+/// The sign of a row that found nothing. It is a good one only after a scan.
 QString allClearSymbol(bool isKnown) {
   return isKnown ? QStringLiteral("checkmark.circle.fill") : QStringLiteral("ellipsis.circle");
 }
@@ -20,7 +20,7 @@ Tone allClearTone(bool isKnown) {
 
 void AwarenessViewModel::begin() {
   coverageGapCount_ = dashboard().coverageGapCount();
-  // Counted once a report, and not at every update: the report may hold very many blockers.
+  // A report may hold very many blockers, so they are counted once a report.
   reportSubscription_ = dashboard().publishedReport().afterChange(
       [this](const Shared<SyncHealthReport>& report) { coverageGapCount_ = cirrovane::coverageGapCount(*report); });
   follow(dashboard().publishedReport());

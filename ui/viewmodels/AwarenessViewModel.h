@@ -11,7 +11,7 @@
 
 namespace cirrovane {
 
-/// A signal in words; what there is not to say is empty.
+/// A signal in words. A field without anything to say is empty.
 struct SignalRow {
   Q_GADGET
   Q_PROPERTY(QString symbol MEMBER symbol)
@@ -25,7 +25,7 @@ struct SignalRow {
   Q_PROPERTY(QString path MEMBER path)
 
  public:
-  /// Outlives a change of the title, so that the row stays and only its words change.
+  /// Stays when the title changes, so that the row stays too.
   QString key;
   QString symbol;
   /// Of the symbol.
@@ -35,16 +35,17 @@ struct SignalRow {
   QString reason = {};
   QString folder = {};
   QString explanation = {};
-  /// Of a scan.
+  /// The day of a scan.
   QString date = {};
-  /// Where a file can be shown in the file manager.
+  /// The path of a file that the file manager can show.
   QString path = {};
 
   friend bool operator==(const SignalRow&, const SignalRow&) = default;
   friend const QString& keyOf(const SignalRow& row) { return row.key; }
 };
 
-/// What is easily missed: how steady the verdict was, what the scans do not cover, the latest scans of either verdict.
+/// Signals that are easily missed: how steady the verdict was, what the scans do not cover, the latest scan of either
+/// verdict.
 class AwarenessViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT

@@ -30,7 +30,7 @@ struct BlockerRow {
 
 BlockerRow blockerRow(const SyncBlocker& blocker);
 
-/// Reason and file on one line: "Upload Stalled: invoice.pdf". A path without a last component stands whole.
+/// Reason and file on one line: "Upload Stalled: invoice.pdf". A path without a last component is shown whole.
 QString blockerLine(const SyncBlocker& blocker);
 
 }  // namespace cirrovane

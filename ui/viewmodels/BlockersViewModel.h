@@ -10,7 +10,7 @@
 
 namespace cirrovane {
 
-/// The most serious blockers of the latest report. However many there are, only those that are shown are looked at.
+/// The most serious blockers of the latest report. It reads the first ones only, since there may be very many.
 class BlockersViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -25,10 +25,10 @@ class BlockersViewModel : public cirrovane::PageViewModel {
 
   using PageViewModel::PageViewModel;
 
-  /// Of all blockers: "8 total".
+  /// Counts all blockers: "8 total".
   QString countText() const;
   bool isEmpty() const { return count_ == 0; }
-  /// What stands in the place of no blockers: that there are none, or that nobody has looked yet.
+  /// Says that there are no blockers, or that no scan has ended yet.
   QString emptyTitle() const;
   QString emptySubtitle() const;
   /// The first ones, in the report's order.

@@ -25,11 +25,11 @@ struct FindingRow {
   Tone tone = Tone::Plain;
 
   friend bool operator==(const FindingRow&, const FindingRow&) = default;
-  /// A finding's identifier is another at every refresh; its title is not.
+  /// Each refresh gives a finding a new identifier, and the same title.
   friend const QString& keyOf(const FindingRow& row) { return row.title; }
 };
 
-/// The findings of one domain, in the order in which the latest refresh presents them.
+/// The findings of one domain, in the order of the latest refresh.
 class DiagnosticsDomainViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -42,7 +42,7 @@ class DiagnosticsDomainViewModel : public cirrovane::PageViewModel {
  public:
   using PageViewModel::PageViewModel;
 
-  /// The domain's raw value, "Finder"; one that is not known leaves the domain as it is.
+  /// The domain's raw value: "Finder". setDomain() ignores an unknown one.
   QString domain() const;
   void setDomain(const QString& domain);
 

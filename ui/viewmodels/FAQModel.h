@@ -25,7 +25,7 @@ struct QuestionRow {
   friend const QString& keyOf(const QuestionRow& row) { return row.question; }
 };
 
-/// The questions of the FAQ page and which of them are open: none at first, any number later.
+/// The questions of the FAQ page. Any number of them can be open; at first none is.
 class FAQModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -55,7 +55,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
   QString verdict() const;
   /// Neutral before the first scan, and for a YES that is stale.
   Tone verdictTone() const;
-  /// Since when, and why, nobody vouches for a YES any more; empty while it holds, and for a NO.
+  /// Since when a YES is stale, and why; empty while it holds, and for a NO.
   QString verdictNote() const;
   /// "Live", "Catching up" or "Not live", and why; empty before the first scan.
   QString liveness() const;
@@ -76,7 +76,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
  private:
   void showMetrics();
 
-  // Of the report without its blockers: a page that held on to an old report would have to release it.
+  // A copy without the blockers, since a page that holds an old report would have to release it.
   SyncHealthReport summary_ = SyncHealthReport::empty();
   ShownVerdict verdict_;
   Liveness liveness_;

@@ -12,14 +12,14 @@
 
 namespace cirrovane {
 
-/// How a health state is shown wherever it appears.
+/// The words and the symbol of a health state.
 struct HealthWords {
   /// The colour and the state in words: "Green Safe".
   std::string_view label;
   std::string_view symbol;
 };
 
-/// Without a state nothing is known yet, and the sign says neither good nor bad.
+/// Without a state the sign says neither good nor bad.
 HealthWords healthWords(std::optional<HealthState> state);
 
 /// The tone of the verdict itself: neutral while it is unknown, and for a YES that is stale.
@@ -31,8 +31,8 @@ QString asOfText(const ShownVerdict& verdict, const TimeText& timeText);
 /// Why a YES is stale, as a sentence; empty when it is not.
 QString staleReason(const ShownVerdict& verdict);
 
-/// How the verdict stands to what happens now: "Live", "Catching up" or "Not live", with the reason in a second
-/// sentence where there is one; empty before the first scan.
+/// "Live", "Catching up" or "Not live", with the reason in a second sentence where there is one; empty before the first
+/// scan.
 QString livenessText(const ShownVerdict& verdict, const Liveness& liveness);
 
 /// When and why a YES is stale, in one line.

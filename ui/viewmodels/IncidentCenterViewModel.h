@@ -12,7 +12,7 @@
 
 namespace cirrovane {
 
-/// The incidents as the coordinator has them, of which two filters keep a part.
+/// The coordinator's incidents. Two filters keep a part of them.
 class IncidentCenterViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -31,7 +31,7 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
  public:
   explicit IncidentCenterViewModel(QObject* parent = nullptr);
 
-  // Of all incidents, whatever the filters keep.
+  // These count all incidents, whatever the filters keep.
   QString activeCount() const;
   QString resolvedCount() const;
   QString recurringCount() const;
@@ -39,7 +39,7 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   bool notificationsEnabled() const;
   void setNotificationsEnabled(bool enabled);
 
-  // A filter is chosen by the value of one of its choices, and keeps what it has for any other text.
+  // A filter takes the value of one of its choices, and ignores any other text.
 
   ListModel<ChoiceRow>* scopes() { return &scopes_; }
   QString scope() const;
@@ -48,14 +48,14 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   QString severityFilter() const;
   void setSeverityFilter(const QString& filter);
 
-  /// Those that both filters keep.
+  /// The incidents that both filters keep.
   ListModel<IncidentRow, IncidentRecord>* incidents() { return &incidents_; }
   bool isEmpty() const { return incidents_.count() == 0; }
 
-  /// Why the incidents as they are now are not on the disk; empty when they are.
+  /// Why the latest change is not on the disk; empty when it is.
   QString saveFailure() const;
 
-  /// Marks the incident of a row as resolved, or reopens it when it is. It stays in its place until the next refresh.
+  /// Resolves a row's incident, or reopens it. The row keeps its place until the next refresh.
   Q_INVOKABLE void toggleResolved(int row);
 
  protected:

@@ -47,7 +47,7 @@ struct IncidentRow {
 
 IncidentRow incidentRow(const IncidentRecord& record, const TimeText& timeText);
 
-/// By what a list knows an incident again.
+/// A list knows an incident again by this.
 QString keyOf(const IncidentRecord& record);
 
 }  // namespace cirrovane

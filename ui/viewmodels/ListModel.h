@@ -16,12 +16,12 @@
 
 namespace cirrovane {
 
-/// A list of rows for the window that changes only where its content changes, so that a refresh leaves scroll
-/// positions, focus and open rows alone.
+/// A list of rows for the window. It changes only where its content changes, so that a refresh leaves scroll positions,
+/// focus and open rows alone.
 ///
-/// A row is a gadget. What a row is made from is the row itself, or a source of another type: then a row is made only
-/// when a view asks for it, since there may be very many of which a few are in sight. Sources are compared by ==, and
-/// known again by keyOf(source), a function beside their type that gives a QString.
+/// A row is a gadget. It is its own source, or a function makes it from a source when a view asks for the row: there
+/// may be very many, with a few in sight. `keyOf(source)`, a function beside the source's type, gives the QString by
+/// which the list knows a source again; == tells whether it changed.
 template <class Row, class Source = Row>
 class ListModel final : public ListModelBase {
  public:
@@ -34,14 +34,13 @@ class ListModel final : public ListModelBase {
   explicit ListModel(Make make, QObject* parent = nullptr)
       : ListModelBase(Row::staticMetaObject, parent), make_(std::move(make)) {}
 
-  /// Takes over what became of the list; rows that stay are left alone. Of sources with equal keys each later one
-  /// counts as a row of its own.
+  /// Makes the list hold these, and leaves rows that stay alone. Equal keys make rows of their own.
   void setRows(std::vector<Source> sources) {
     const int before = count();
     become(itemsOf(std::move(sources)));
     tellCount(before);
   }
-  /// Takes another list over, to be shown from its start.
+  /// Makes the list hold these, and views show it from its start.
   void startOver(std::vector<Source> sources) {
     const int before = count();
     beginResetModel();
@@ -51,11 +50,11 @@ class ListModel final : public ListModelBase {
     tellCount(before);
   }
 
-  /// What a row is made from; nullptr when there is no such row.
+  /// The source of a row; nullptr when there is no such row.
   const Source* find(int row) const {
     return row >= 0 && row < count() ? &items_[static_cast<std::size_t>(row)].source : nullptr;
   }
-  /// A row that there is.
+  /// A row, whose number is below count().
   Row row(int row) const { return *static_cast<const Row*>(gadgetAt(row)); }
 
   int count() const override { return static_cast<int>(items_.size()); }
@@ -88,7 +87,7 @@ class ListModel final : public ListModelBase {
   using Items = std::vector<Item>;
   using Iterator = typename Items::iterator;
 
-  /// The row that was made last: a view asks for all its roles, one after another.
+  /// The row that was made last. A view asks for its roles one after another.
   struct Made {
     int number = -1;
     Row row;
@@ -135,7 +134,7 @@ class ListModel final : public ListModelBase {
     }
   }
 
-  /// In runs, the last first.
+  /// Removes runs of rows, the last run first.
   void removeMissing(const Items& wanted) {
     const QSet<QString> keys = keysOf(wanted);
     std::size_t end = items_.size();
@@ -164,7 +163,7 @@ class ListModel final : public ListModelBase {
     endInsertRows();
   }
 
-  /// Brings an item that is already there, not before the position, to it.
+  /// Brings an item from the position or from behind it to the position.
   void place(std::size_t position, Item wanted) {
     const auto target = at(position);
     const auto found = std::find_if(target, items_.end(), [&](const Item& item) { return item.key == wanted.key; });

@@ -10,7 +10,7 @@
 
 namespace cirrovane {
 
-/// A list for the window. Its roles are the properties of the gadget that a row is, by their names.
+/// A list for the window. A row is a gadget, and the names of its properties are the list's roles.
 class ListModelBase : public QAbstractListModel {
   Q_OBJECT
   QML_ELEMENT
@@ -33,7 +33,7 @@ class ListModelBase : public QAbstractListModel {
   /// The meta-object of the rows' gadget lives as long as the program.
   ListModelBase(const QMetaObject& rowType, QObject* parent);
 
-  /// The gadget of a row that there is; valid until the next call and the next change.
+  /// The gadget of a row below count(); valid until the next call and the next change.
   virtual const void* gadgetAt(int row) const = 0;
 
  private:

@@ -6,10 +6,9 @@
 
 namespace cirrovane {
 
-// A Mac has a menu of the application's own, whatever the bar holds. A menu that is left without commands it hides, so
-// every command of the first one has to have a role there. To go by the words for Copy and Select All lets these two
-// work in the system's panels as well; all others have their role said, since what the words would give them differs
-// from one version of the toolkit to the next. Settings... would have PreferencesRole.
+// A Mac has an application menu of its own, and hides a menu without commands: so every command of the first menu has a
+// role. Copy and Select All have TextHeuristicRole, so that they work in the system's panels too. All others name their
+// role, since versions of the toolkit read the words in different ways. Settings... would have PreferencesRole.
 MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
   constexpr auto noRole = QAction::NoRole;
   constexpr auto applicationsOwn = QAction::ApplicationSpecificRole;

@@ -40,8 +40,7 @@ struct MenuRow {
   friend const QString& keyOf(const MenuRow& row) { return row.title; }
 };
 
-/// The commands of the menus: one list for the bar in the window and for the one that a Mac has at the top of the
-/// screen.
+/// The commands of the menus, for the bar in the window and for a Mac's bar at the top of the screen.
 class MenuCommands : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -65,7 +64,7 @@ class MenuCommands : public QObject {
   };
   Q_ENUM(Command)
 
-  /// One menu; nullptr stands for a line between two commands.
+  /// A menu. nullptr stands for a line between two commands.
   struct Menu {
     QString title;
     QList<QAction*> actions;
@@ -73,16 +72,16 @@ class MenuCommands : public QObject {
 
   explicit MenuCommands(QObject* parent = nullptr);
 
-  /// In the bar's order. Each action says by its role whether a Mac moves it into the application's menu.
+  /// In the bar's order. An action's role says whether a Mac moves it into the application's menu.
   const QList<Menu>& menus() const { return menus_; }
-  /// The same for the window.
+  /// The menus for the window.
   ListModel<MenuRow>* menuList() { return &menuList_; }
 
-  /// Whether a command, by its enumerator's name, can be given now.
+  /// Switches the command of this enumerator on or off.
   Q_INVOKABLE void setEnabled(const QString& name, bool isEnabled);
 
  signals:
-  /// With the enumerator's name for QML, which knows only enumerators that begin with a capital.
+  /// The name is the enumerator's, for QML: it knows only enumerators that begin with a capital.
   void triggered(cirrovane::MenuCommands::Command command, const QString& name);
 
  private:

@@ -57,7 +57,7 @@ QString SafetyExplainerViewModel::verdictNote() const {
 void SafetyExplainerViewModel::showCriteria() {
   std::vector<CriterionRow> rows;
   for (const SafetyCriterion& criterion : dashboard().safetyCriteria()) {
-    // Before the first scan nothing was looked at, so nothing passes.
+    // Nothing passes before the first scan, since nobody has looked.
     const CriterionSign sign = !verdict_.isKnown() ? CriterionSign{"ellipsis.circle", Tone::Neutral, "Not checked yet"}
                                : criterion.isPassing
                                    ? CriterionSign{"checkmark.circle.fill", Tone::Good, "Passed"}

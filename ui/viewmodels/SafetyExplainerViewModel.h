@@ -31,7 +31,7 @@ struct CriterionRow {
   friend const QString& keyOf(const CriterionRow& row) { return row.title; }
 };
 
-/// Why the current verdict is what it is: the verdict, the checklist behind it, and what stands in the way most.
+/// The verdict, the checklist behind it, and the most serious blocker.
 class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -52,19 +52,19 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   QString verdict() const { return verdict_.safeToClose ? QStringLiteral("YES") : QStringLiteral("NO"); }
   /// Neutral before the first scan, and for a YES that is stale.
   Tone verdictTone() const;
-  /// Since when, and why, nobody vouches for a YES any more; empty while it holds, and for a NO.
+  /// Since when a YES is stale, and why; empty while it holds, and for a NO.
   QString verdictNote() const;
   /// With its time of day; "not yet" before the first scan.
   QString lastEvaluation() const { return lastEvaluation_; }
   ListModel<CriterionRow>* criteria() { return &criteria_; }
 
-  /// Whether anything stands in the way.
+  /// Whether there is a blocker.
   bool hasTopBlocker() const { return !topBlockerReason_.isEmpty(); }
   QString topBlockerReason() const { return topBlockerReason_; }
   QString topBlockerPath() const;
   QString topBlockerDetails() const { return topBlockerDetails_; }
 
-  /// Shows the file that stands in the way most in the file manager.
+  /// Shows the most serious blocker's file in the file manager.
   Q_INVOKABLE void revealTopBlocker();
 
  protected:
@@ -79,7 +79,7 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   ListModel<CriterionRow> criteria_;
   QString topBlockerReason_;
   QString topBlockerDetails_;
-  /// As it is on the disk.
+  /// The path as it is on the disk.
   std::string topBlockerPath_;
 };
 

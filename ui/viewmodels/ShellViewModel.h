@@ -14,7 +14,7 @@
 
 namespace cirrovane {
 
-/// The main window around its pages: which tab is shown, how the refresh and the updates stand.
+/// The main window around its pages: the tabs, the refresh and the updates.
 class ShellViewModel : public cirrovane::SurfaceViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -36,7 +36,7 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
   /// The title of the chosen tab when it is one of the menu's; "More" otherwise.
   QString extraTabsLabel() const;
   QString updateStatusLine() const;
-  /// "Build v1.2 (45)", or for a moment that it was copied.
+  /// "Build v1.2 (45)"; for a moment after copyBuild() "Copied v1.2 (45)".
   QString buildLabel() const override;
 
   /// Shows the tab of this id; an unknown one shows the first tab.
@@ -46,7 +46,7 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
   Q_INVOKABLE QString shortcutText(const QVariant& shortcut) const;
 
   Q_INVOKABLE void openReleaseNotes();
-  /// Puts the version label on the clipboard, for a message to whoever asks which build it is.
+  /// Puts the version label on the clipboard.
   Q_INVOKABLE void copyBuild();
 
  signals:

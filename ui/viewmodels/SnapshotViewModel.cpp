@@ -87,7 +87,7 @@ QString SnapshotViewModel::exportNote() const {
 }
 
 void SnapshotViewModel::exportProofPacket() {
-  // Later, since the dialog would keep waiting whoever has pressed the button for the user.
+  // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it.
   QMetaObject::invokeMethod(
       this,
       [this] {

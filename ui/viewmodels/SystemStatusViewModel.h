@@ -50,12 +50,12 @@ class SystemStatusViewModel : public cirrovane::PageViewModel {
   ListModel<ValueRow>* storage() { return &storage_; }
   ListModel<ValueRow>* power() { return &power_; }
   ListModel<ValueRow>* network() { return &network_; }
-  /// How the verdict follows the files.
+  /// Says how the verdict follows the files.
   ListModel<ValueRow>* live() { return &live_; }
 
   /// Whether it is known how full the memory is.
   bool hasMemoryGauge() const;
-  /// 0 to 1, and more where the estimate goes beyond all there is; 0 when unknown.
+  /// 0 to 1, and more when the estimate exceeds the memory; 0 when unknown.
   double memoryUsageRatio() const;
   /// "72%".
   QString memoryUsageText() const;

@@ -13,7 +13,7 @@ struct TabRow {
   Q_PROPERTY(QString symbol MEMBER symbol)
 
  public:
-  /// The tab's id, which is no name that QML lets a property have.
+  /// The tab's id. QML keeps the name `id` for itself.
   QString name;
   QString title;
   QString symbol;

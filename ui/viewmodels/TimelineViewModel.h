@@ -28,7 +28,7 @@ struct ScanRow {
   QString score;
   QString local;
   QString blockers;
-  /// In a word, or the reason against it.
+  /// "Safe", "Unsafe", or the reason against it.
   QString verdict;
   /// Of the health state.
   Tone tone = Tone::Plain;
@@ -56,7 +56,7 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   const ScoreHistory& snapshots() const { return snapshots_; }
   /// The newest scans, newest first.
   ListModel<ScanRow>* rows() { return &rows_; }
-  /// Why the latest scan will not be in the history after the application has ended; empty when it will.
+  /// Why the latest scan is not on the disk; empty when it is.
   const QString& saveFailure() const { return saveFailure_; }
   /// How the latest export ended; empty before the first.
   const QString& exportNote() const { return exportNote_; }

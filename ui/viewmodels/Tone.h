@@ -10,7 +10,7 @@
 
 namespace cirrovane {
 
-/// The tones for QML, with the one table of their colours. Without state.
+/// The tones for QML, and the one table of their colours. It has no state.
 class Tones : public QObject {
   Q_OBJECT
   QML_NAMED_ELEMENT(Tone)
@@ -21,7 +21,7 @@ class Tones : public QObject {
   enum class Tone {
     /// Says nothing.
     Plain,
-    /// Nothing is known yet, or it is neither good nor bad.
+    /// Neither good nor bad, or not known yet.
     Neutral,
     Info,
     Good,
@@ -34,7 +34,7 @@ class Tones : public QObject {
 
   explicit Tones(QObject* parent = nullptr) : QObject(parent) {}
 
-  /// The colour of a tone, for the window and the tray icon; what is no tone counts as critical. Any thread.
+  /// The colour of a tone, for the window and the tray icon. A number that is no tone counts as critical. Any thread.
   Q_INVOKABLE static QColor color(cirrovane::Tones::Tone tone);
 };
 

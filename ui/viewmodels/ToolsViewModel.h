@@ -41,7 +41,7 @@ struct ToolRow {
   QString purpose;
   QString unlocks;
   QString installCommand;
-  /// What came of the user's latest wish; empty before the first.
+  /// How the latest copy or install ended; empty before the first.
   QString status;
   bool isInstalled = false;
   bool isInstalling = false;
@@ -51,8 +51,7 @@ struct ToolRow {
   friend const QString& keyOf(const ToolRow& row) { return row.name; }
 };
 
-/// The optional tools: which of them are installed, and the installs that the user asked this page for. What is known
-/// goes with the page; an install goes on without it.
+/// The optional tools, and their installs. The page takes along what it knows; an install goes on without it.
 class ToolsViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -76,14 +75,14 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   /// Tools that are known to be installed.
   std::size_t installedCount() const;
 
-  // Of the tool in a row:
+  // These act on the tool of a row.
 
   /// Puts the command that installs it on the clipboard.
   Q_INVOKABLE void copyInstallCommand(int row);
-  /// Installs it through Homebrew; does nothing while that is under way, and without Homebrew.
+  /// Installs it with Homebrew; does nothing during an install of it, and without Homebrew.
   Q_INVOKABLE void install(int row);
 
-  /// Opens the page where Homebrew is to be had.
+  /// Opens Homebrew's page in the browser.
   Q_INVOKABLE void openHomebrewPage();
 
  protected:
@@ -95,7 +94,7 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   void refreshInstalledStates();
   void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
   ToolRow rowOf(const OptionalTool& tool) const;
-  /// Runs `work` in the background, and then hands its result to `finish` on the main thread unless the page is gone.
+  /// Runs `work` in the background. `finish` gets its result on the main thread, unless the page is gone.
   template <class Work, class Finish>
   void inBackground(Work work, Finish finish);
 
@@ -103,12 +102,12 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   ListModel<ToolRow> tools_;
   std::optional<std::string> brewPath_;
   bool isChecking_ = false;
-  /// By command; those of the catalogue live for ever.
+  /// By command. The catalogue's commands live for ever.
   std::set<std::string_view> installing_;
   std::map<std::string_view, QString> statusByCommand_;
   std::map<std::string_view, bool> installedByCommand_;
 
-  /// Gone with the page, by which work under way can tell.
+  /// Goes with the page, so that work under way can tell.
   std::shared_ptr<const int> alive_ = std::make_shared<const int>();
 };
 

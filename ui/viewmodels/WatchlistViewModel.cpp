@@ -24,8 +24,8 @@ void WatchlistViewModel::update() {
 
 void WatchlistViewModel::addFolder() {
   if (context() != nullptr) {
-    // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
-    // the page may go meanwhile.
+    // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it. The
+    // context queues it, since the page may go meanwhile.
     QMetaObject::invokeMethod(
         context(), [&dashboard = context()->dashboard(For<WatchlistViewModel>())] { dashboard.addFolderFromPanel(); },
         Qt::QueuedConnection);

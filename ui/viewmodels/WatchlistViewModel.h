@@ -39,7 +39,7 @@ class WatchlistViewModel : public cirrovane::PageViewModel {
   bool isEmpty() const { return rows_.count() == 0; }
   /// In the watchlist's order.
   ListModel<FolderRow>* rows() { return &rows_; }
-  /// Why the latest change will not outlive the application; empty when it will.
+  /// Why the latest change is not on the disk; empty when it is.
   const QString& saveFailure() const { return saveFailure_; }
 
   /// Lets the user pick a folder to watch.

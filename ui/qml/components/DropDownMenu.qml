@@ -37,7 +37,7 @@ ActionButton {
     T.Popup {
         id: popup
         y: button.height + 4
-        // Moves into the window where it would not fit under the button.
+        // Keeps the list in the window.
         margins: 6
         implicitWidth: 210
         implicitHeight: implicitContentHeight + 12
@@ -84,7 +84,7 @@ ActionButton {
             popup.close();
             button.picked(name);
         }
-        // Only a pointer that moves chooses, not one that lies where the list happens to open.
+        // Only a moving pointer chooses: the list may open under one that lies still.
         HoverHandler {
             property point before
             property bool hasBefore: false

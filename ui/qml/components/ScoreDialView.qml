@@ -1,7 +1,7 @@
 import QtQuick
 import Cirrovane
 
-// A score in its circle. A new one is read out at once, while what is seen moves there as on a spring.
+// A score in its circle. A screen reader hears a new score at once; the picture moves there as on a spring.
 Item {
     id: dial
 

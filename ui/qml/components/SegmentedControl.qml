@@ -53,7 +53,7 @@ FocusScope {
                 checked: isChosen
                 autoExclusive: false
                 onClicked: control.chosen(value)
-                // The template has checked the button by itself; what is chosen is decided elsewhere.
+                // The template checks the button by itself, but the owner decides what is chosen.
                 onToggled: checked = Qt.binding(() => segment.isChosen)
 
                 contentItem: AppLabel {

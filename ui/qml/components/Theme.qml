@@ -3,17 +3,17 @@ pragma Singleton
 import QtQuick
 import Cirrovane
 
-// Every colour, distance and type size of the look, once. The two styles differ in the backdrop and the cards alone.
+// Every colour, distance and type size of the look, once. The two styles differ only in the backdrop and the cards.
 QtObject {
     // Set by the application from the user's settings.
     property bool isClassic: false
     property bool motionEnabled: true
 
-    // The linter of Qt 6.4 does not know it.
+    // The linter of Qt 6.4 does not know Qt.application.font.
     readonly property string family: Qt.application.font.family // qmllint disable
     readonly property string monospacedFamily: Qt.platform.os === "osx" ? "Menlo" : "monospace"
 
-    // Type sizes, in points of the design.
+    // Type sizes, in pixels
     readonly property int titleSize: 30
     readonly property int dialSize: 36
     readonly property int verdictSize: 64

@@ -1,12 +1,12 @@
 import QtQuick
 import QtQuick.Layouts
 
-// What went wrong, where it concerns the user; nothing while it is empty.
+// A warning to the user. An empty one shows nothing.
 RowLayout {
     id: row
 
     required property string text
-    // An alert is read out as it comes; what was there before is a static text.
+    // A screen reader reads an alert out as it comes; a lasting condition is a static text.
     property int role: Accessible.AlertMessage
 
     visible: text.length > 0

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// What is easily missed.
+// Signals that are easily missed.
 PremiumCard {
     id: card
 

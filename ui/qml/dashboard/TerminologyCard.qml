@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// Every term of the page, a line each, beside what it stands for.
+// Every term beside its explanation, a line each.
 PremiumCard {
     heading: "Terminology"
     showsHeading: true

@@ -18,7 +18,7 @@ PremiumCard {
         context: card.context
     }
 
-    // Of the same width in every row.
+    // Has the same width in every row.
     component Cell: AppLabel {
         property real share: 1
 
