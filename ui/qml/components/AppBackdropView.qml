@@ -1,8 +1,8 @@
 import QtQuick
 import Cirrovane
 
-// The backdrop of every page. In the liquid style two soft lights drift over a dark gradient. The classic style has a
-// gradient alone.
+// The backdrop of every page: in the liquid style two soft lights drift over a dark gradient, in the classic style the
+// gradient stands alone.
 Item {
     id: backdrop
 
@@ -12,7 +12,7 @@ Item {
     Accessible.ignored: true
     clip: true
 
-    // How far each light is between its two places, 0 to 1.
+    // Where the lights are on their way between their two places, 0 to 1.
     property real orbOnePhase: 0
     property real orbTwoPhase: 0
 
@@ -55,7 +55,7 @@ Item {
         y: parent.height / 2 + (230 - 190 * backdrop.orbTwoPhase)
     }
 
-    // Each step repaints the whole window, and a slow drift needs few.
+    // So slow a drift needs few pictures a second, and each costs a repaint of the whole window.
     Timer {
         property real elapsed: 0
 

@@ -14,7 +14,7 @@ ScoreTimeline {
     Accessible.name: "Score timeline"
     Accessible.description: description
 
-    // The layer smooths the edges. It is drawn anew only when the scores or the size change.
+    // The layer smooths the edges; it is drawn anew only when the scores or the size change.
     Shape {
         anchors.fill: parent
         layer.enabled: true
