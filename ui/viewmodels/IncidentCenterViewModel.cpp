@@ -10,7 +10,7 @@ namespace cirrovane {
 namespace {
 
 template <class Choices>
-std::vector<ChoiceRow> rowsOf(const Choices& choices) {
+std::vector<ChoiceRow> choicesOf(const Choices& choices) {
   std::vector<ChoiceRow> rows;
   rows.reserve(choices.size());
   for (const auto& choice : choices) {
@@ -24,8 +24,8 @@ std::vector<ChoiceRow> rowsOf(const Choices& choices) {
 IncidentCenterViewModel::IncidentCenterViewModel(QObject* parent)
     : PageViewModel(parent),
       incidents_([this](const IncidentRecord& record) { return incidentRow(record, context()->timeText()); }) {
-  scopes_.setRows(rowsOf(kIncidentScopes));
-  severityFilters_.setRows(rowsOf(kIncidentSeverityFilters));
+  scopes_.setRows(choicesOf(kIncidentScopes));
+  severityFilters_.setRows(choicesOf(kIncidentSeverityFilters));
 }
 
 QString IncidentCenterViewModel::activeCount() const {

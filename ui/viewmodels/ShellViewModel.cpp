@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::chrono::seconds kCopiedNoteLifetime{2};
 
-std::vector<TabRow> rowsOf(std::span<const AppTab> tabs) {
+std::vector<TabRow> tabRowsOf(std::span<const AppTab> tabs) {
   std::vector<TabRow> rows;
   for (const AppTab& tab : tabs) {
     rows.push_back({.name = toQString(tab.id), .title = toQString(tab.title), .symbol = toQString(tab.sfSymbol)});
@@ -30,8 +30,8 @@ ShellViewModel::ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& 
       clipboard_(clipboard),
       workspace_(workspace),
       selectedTab_(toQString(firstTab.id)) {
-  primaryTabs_.setRows(rowsOf(cirrovane::primaryTabs()));
-  extraTabs_.setRows(rowsOf(cirrovane::extraTabs()));
+  primaryTabs_.setRows(tabRowsOf(cirrovane::primaryTabs()));
+  extraTabs_.setRows(tabRowsOf(cirrovane::extraTabs()));
   copiedTimer_.setSingleShot(true);
   copiedTimer_.setInterval(kCopiedNoteLifetime);
   connect(&copiedTimer_, &QTimer::timeout, this, &ShellViewModel::buildLabelChanged);
