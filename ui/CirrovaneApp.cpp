@@ -143,19 +143,11 @@ void CirrovaneApp::makeIcons() {
   if (!hasCommonMenuBar()) {
     QGuiApplication::setWindowIcon(applicationIcon());
   }
-  trayIcon_ = std::make_unique<TrayIcon>(
-      snapshot_, [this](const QString& state) { return stateColour(state); }, desktop_);
+  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, desktop_);
   connect(trayIcon_.get(), &TrayIcon::clicked, this, &CirrovaneApp::togglePanel);
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
   connect(trayIcon_.get(), &TrayIcon::quitRequested, qApp, &QCoreApplication::quit);
-}
-
-QColor CirrovaneApp::stateColour(const QString& state) {
-  QVariant colour;
-  // By the window, since Qt 6.4 does not hand out a singleton that QML defines.
-  QMetaObject::invokeMethod(window_, "stateColor", Q_RETURN_ARG(QVariant, colour), Q_ARG(QVariant, state));
-  return colour.value<QColor>();
 }
 
 bool CirrovaneApp::isInSight() const {
@@ -265,11 +257,6 @@ void CirrovaneApp::placePanel() {
   const QRect area = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->availableGeometry();
   panel_->setProperty("availableHeight", area.height());
   panel_->setPosition(panelPlace(icon, panel_->size(), area));
-}
-
-bool CirrovaneApp::isBusy() const {
-  return scanExecutor_.isBusy() || diagnosticsExecutor_.isBusy() || statusExecutor_.isBusy() ||
-         updatesExecutor_.isBusy();
 }
 
 }  // namespace cirrovane

@@ -46,8 +46,6 @@ class CirrovaneApp : public QObject {
 
   /// Whether both surfaces could be made.
   bool isComplete() const { return window_ != nullptr; }
-  /// Whether work is under way that may never end.
-  bool isBusy() const;
 
  private:
   Services makeWindowServices(Machine& machine, NotificationCenter& notificationCenter);
@@ -65,8 +63,6 @@ class CirrovaneApp : public QObject {
   bool isInSight() const;
   /// Ends the application when nothing of it is left to click on.
   void quitIfOutOfReach();
-  /// The theme's colour of a health state.
-  QColor stateColour(const QString& state);
 
   Machine& machine_;
   Desktop& desktop_;

@@ -1,13 +1,15 @@
 #include "ui/TrayIcon.h"
 
 #include "ui/SymbolImageProvider.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QAction>
 #include <QCursor>
-#include <utility>
+
 namespace cirrovane {
-TrayIcon::TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, const Desktop& desktop, QObject* parent)
-    : QObject(parent), snapshot_(snapshot), stateColour_(std::move(stateColour)), desktop_(desktop) {
+
+TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject* parent)
+    : QObject(parent), snapshot_(snapshot), desktop_(desktop) {
   connect(menu_.addAction(QStringLiteral("Open Cirrovane")), &QAction::triggered, this, &TrayIcon::windowRequested);
   connect(menu_.addAction(QStringLiteral("Show Panel")), &QAction::triggered, this, &TrayIcon::panelRequested);
   menu_.addSeparator();
@@ -35,7 +37,7 @@ QRect TrayIcon::geometry() const {
 }
 
 void TrayIcon::update() {
-  QIcon icon = symbolIcon(snapshot_.menuBarSymbol(), stateColour_(snapshot_.state()), desktop_.symbolSource());
+  QIcon icon = symbolIcon(snapshot_.menuBarSymbol(), Tones::color(snapshot_.tone()), desktop_.symbolSource());
   // A menu bar that gives its icons their colour takes the shape alone.
   icon.setIsMask(true);
   icon_.setIcon(icon);

@@ -3,11 +3,9 @@
 #include "platform/Desktop.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 
-#include <QColor>
 #include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
-#include <functional>
 
 namespace cirrovane {
 
@@ -16,11 +14,8 @@ class TrayIcon : public QObject {
   Q_OBJECT
 
  public:
-  /// The colour of a health state by its name.
-  using StateColour = std::function<QColor(const QString& state)>;
-
   /// The desktop outlives the icon.
-  TrayIcon(SnapshotViewModel& snapshot, StateColour stateColour, const Desktop& desktop, QObject* parent = nullptr);
+  TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
   QRect geometry() const;
@@ -36,7 +31,6 @@ class TrayIcon : public QObject {
   void update();
 
   SnapshotViewModel& snapshot_;
-  StateColour stateColour_;
   const Desktop& desktop_;
   QMenu menu_;
   QSystemTrayIcon icon_;

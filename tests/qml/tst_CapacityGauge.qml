@@ -16,7 +16,7 @@ Item {
             ratio: 0.5
             valueText: "50%"
             label: "Disk"
-            tint: Theme.orange
+            tone: Tone.Warning
         }
     }
 
@@ -67,7 +67,7 @@ Item {
             fuzzyCompare(bar(gauge).width, track(gauge).width * 0.75, 0.01);
         }
 
-        function test_gauge_tint_isTheBars() {
+        function test_gauge_tone_isTheBars() {
             compare(bar(make(0.5)).color, Theme.orange);
         }
 

@@ -31,7 +31,6 @@ Item {
             ActionButton {
                 id: filter
                 text: "Filter"
-                Keys.onTabPressed: event => event.accepted = page.focusRow(0, Qt.TabFocusReason)
             }
 
             delegate: ListRow {

@@ -13,7 +13,7 @@ Item {
 
         ScoreDialView {
             score: 90
-            status: "safe"
+            tone: Tone.Good
             motionEnabled: true
         }
     }
@@ -56,6 +56,19 @@ Item {
             const dial = make({visible: false});
             dial.score = 12;
             compare(number(dial), "12");
+        }
+
+        function test_dial_tone_isTheRings_data() {
+            return [
+                {tag: "good", tone: Tone.Good, status: "safe"},
+                {tag: "caution", tone: Tone.Caution, status: "warning"},
+                {tag: "critical", tone: Tone.Critical, status: "danger"},
+                {tag: "nothing known", tone: Tone.Neutral, status: "danger"}
+            ];
+        }
+
+        function test_dial_tone_isTheRings(data) {
+            compare(ring(make({tone: data.tone})).status, data.status);
         }
 
         function test_dial_glow_reachesBeyondIt() {

@@ -8,6 +8,22 @@ Item {
     width: 600
     height: 200
 
+    ListModel {
+        id: styles
+
+        ListElement {
+            title: "Liquid"
+            value: "liquid"
+        }
+        ListElement {
+            title: "Classic"
+            value: "classic"
+        }
+        ListElement {
+            title: "None at all"
+            value: "none"
+        }
+    }
     Component {
         id: component
 
@@ -25,7 +41,7 @@ Item {
             }
 
             function checkedTitles() {
-                return segments.titles.filter(title => ScreenReader.isChecked(segment(title)));
+                return ["Liquid", "Classic", "None at all"].filter(title => ScreenReader.isChecked(segment(title)));
             }
 
             width: 500
@@ -33,8 +49,7 @@ Item {
 
             SegmentedControl {
                 id: segments
-                titles: ["Liquid", "Classic", "None at all"]
-                values: ["liquid", "classic", "none"]
+                choices: styles
                 value: owner.style
                 label: "Visual style"
                 onChosen: value => {

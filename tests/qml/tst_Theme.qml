@@ -10,24 +10,20 @@ ComponentCase {
         Theme.motionEnabled = true;
     }
 
-    function test_stateColor_state_hasItsSignal_data() {
+    function test_signal_isTheColourOfItsTone_data() {
         return [
-            {tag: "safe", colour: Theme.green},
-            {tag: "warning", colour: Theme.yellow},
-            {tag: "danger", colour: Theme.red}
+            {tag: "green", tone: Tone.Good},
+            {tag: "yellow", tone: Tone.Caution},
+            {tag: "orange", tone: Tone.Warning},
+            {tag: "red", tone: Tone.Critical},
+            {tag: "cyan", tone: Tone.Info},
+            {tag: "dimmedText", tone: Tone.Neutral},
+            {tag: "text", tone: Tone.Plain}
         ];
     }
 
-    function test_stateColor_state_hasItsSignal(data) {
-        compare(Theme.stateColor(data.tag), data.colour);
-    }
-
-    function test_stateColor_unknownState_isNotShownAsSafe() {
-        compare(Theme.stateColor("another"), Theme.red);
-    }
-
-    function test_stateColor_noStateYet_isNeitherGoodNorBad() {
-        compare(Theme.stateColor(""), Theme.dimmedText);
+    function test_signal_isTheColourOfItsTone(data) {
+        compare(String(Theme[data.tag]), String(Tone.color(data.tone)));
     }
 
     function test_style_cards_differ() {

@@ -22,7 +22,7 @@ Item {
 
         StatusBadge {
             text: "Open"
-            tint: Theme.red
+            tone: Tone.Critical
         }
     }
     Component {
@@ -62,8 +62,8 @@ Item {
             compare(labels(pill).map(label => label.text), ["Files", "7"]);
         }
 
-        function test_pill_tint_isOfTheValueAlone() {
-            const pill = createTemporaryObject(pillComponent, root, {tint: Theme.orange});
+        function test_pill_tone_isOfTheValueAlone() {
+            const pill = createTemporaryObject(pillComponent, root, {tone: Tone.Warning});
             compare(String(labels(pill)[0].color), String(Theme.dimmedText));
             compare(String(labels(pill)[1].color), String(Theme.orange));
         }
@@ -81,7 +81,7 @@ Item {
             verify(ScreenReader.find(createTemporaryObject(badgeComponent, root), "StaticText", "Open"));
         }
 
-        function test_badge_tint_isOfTheGroundAlone() {
+        function test_badge_tone_isOfTheGroundAlone() {
             const badge = createTemporaryObject(badgeComponent, root);
             compare(labels(badge)[0].color, Theme.text);
             compare(badge.color, Qt.rgba(Theme.red.r, Theme.red.g, Theme.red.b, 0.22));

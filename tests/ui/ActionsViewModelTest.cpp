@@ -12,7 +12,6 @@ namespace cirrovane::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class ActionsViewModelTest : public PageTest {
  protected:
@@ -29,14 +28,15 @@ class ActionsViewModelTest : public PageTest {
 };
 
 TEST_F(ActionsViewModelTest, beforeTheFirstScan_saysWhatToDo) {
-  EXPECT_THAT(texts(*page_->rows()), IsEmpty());
+  EXPECT_EQ(page_->rows()->count(), 0);
   EXPECT_EQ(page_->emptyText(), "Add a critical folder and run your first scan.");
 }
 
 TEST_F(ActionsViewModelTest, actions_areNumberedInTheReportsOrder) {
   publish();
-  EXPECT_THAT(texts(*page_->rows()),
-              ElementsAre("1.|Resolve file conflicts first|Decide.", "2.|Stabilize network and re-check|Confirm."));
+  EXPECT_THAT(rowsOf(*page_->rows()),
+              ElementsAre(ActionRow{.rank = "1.", .title = "Resolve file conflicts first", .detail = "Decide."},
+                          ActionRow{.rank = "2.", .title = "Stabilize network and re-check", .detail = "Confirm."}));
   EXPECT_EQ(page_->emptyText(), "");
 }
 

@@ -1,9 +1,11 @@
 #include "tests/support/FakeMotionPreference.h"
 #include "tests/support/FakeUserDefaults.h"
+#include "tests/ui/Rows.h"
 #include "ui/viewmodels/AppSettings.h"
 
 #include <QSignalSpy>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace cirrovane::test {
@@ -16,6 +18,14 @@ TEST(AppSettings, nothingStored_isTheDefault) {
   EXPECT_TRUE(settings.motionEnabled());
   EXPECT_FALSE(settings.showTerminologyOnDashboard());
   EXPECT_TRUE(settings.notificationsEnabled());
+}
+
+TEST(AppSettings, styles_areOfferedWithTheirTitles) {
+  FakeUserDefaults defaults;
+  AppSettings settings(defaults);
+  EXPECT_THAT(rowsOf(*settings.visualStyles()),
+              testing::ElementsAre(ChoiceRow{.value = "liquid", .title = "Liquid Glass"},
+                                   ChoiceRow{.value = "classic", .title = "Classic"}));
 }
 
 TEST(AppSettings, numbersStoredByHand_areTruthValues) {

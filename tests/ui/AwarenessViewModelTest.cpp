@@ -4,7 +4,6 @@
 #include "ui/viewmodels/AwarenessViewModel.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -32,26 +31,48 @@ class AwarenessViewModelTest : public PageTest {
     snapshot.topBlockerFilePath = "/Users/test/Work/a.txt";
     return snapshot;
   }
-  std::string row(std::size_t index) const { return texts(*page_->rows()).at(index); }
+  SignalRow coverage() const { return page_->rows()->row(0); }
+  SignalRow cloudOnly() const { return page_->rows()->row(1); }
+  SignalRow failed() const { return page_->rows()->row(2); }
+  SignalRow safe() const { return page_->rows()->row(3); }
 
   std::unique_ptr<AwarenessViewModel> page_ = open<AwarenessViewModel>();
 };
 
 TEST_F(AwarenessViewModelTest, noReportAndNoHistory_saysThatNothingIsKnown) {
   EXPECT_EQ(page_->recentStability(), "Not enough scans yet.");
-  EXPECT_THAT(
-      texts(*page_->rows()),
-      ElementsAre("ellipsis.circle|none|Coverage Gaps|No watchlist coverage gaps detected.|||||",
-                  "ellipsis.circle|none|Cloud-Only Files|No cloud-only files currently detected.|||||",
-                  "info.circle.fill|info|Last Scan Result|No failed scans in history|||This can mean stable sync, or "
-                  "simply not enough scan history yet.||",
-                  "info.circle.fill|info|Last Confirmed Safe Scan|None yet in current history.|||||"));
+  EXPECT_THAT(rowsOf(*page_->rows()),
+              ElementsAre(SignalRow{.key = "coverage",
+                                    .symbol = "ellipsis.circle",
+                                    .tone = Tone::Neutral,
+                                    .title = "Coverage Gaps",
+                                    .text = "No watchlist coverage gaps detected."},
+                          SignalRow{.key = "cloudOnly",
+                                    .symbol = "ellipsis.circle",
+                                    .tone = Tone::Neutral,
+                                    .title = "Cloud-Only Files",
+                                    .text = "No cloud-only files currently detected."},
+                          SignalRow{.key = "failed",
+                                    .symbol = "info.circle.fill",
+                                    .tone = Tone::Info,
+                                    .title = "Last Scan Result",
+                                    .text = "No failed scans in history",
+                                    .explanation = "This can mean stable sync, or simply not enough scan history yet."},
+                          SignalRow{.key = "safe",
+                                    .symbol = "info.circle.fill",
+                                    .tone = Tone::Info,
+                                    .title = "Last Confirmed Safe Scan",
+                                    .text = "None yet in current history."}));
 }
 
 TEST_F(AwarenessViewModelTest, reportWithoutGaps_isGoodNewsAfterAScanAlone) {
   publish(SyncHealthReport());
-  EXPECT_EQ(row(0), "checkmark.circle.fill|ok|Coverage Gaps|No watchlist coverage gaps detected.|||||");
-  EXPECT_EQ(row(1), "checkmark.circle.fill|ok|Cloud-Only Files|No cloud-only files currently detected.|||||");
+  for (const SignalRow& row : {coverage(), cloudOnly()}) {
+    EXPECT_EQ(row.symbol, "checkmark.circle.fill");
+    EXPECT_EQ(row.tone, Tone::Good);
+  }
+  EXPECT_EQ(coverage().text, "No watchlist coverage gaps detected.");
+  EXPECT_EQ(cloudOnly().text, "No cloud-only files currently detected.");
 }
 
 TEST_F(AwarenessViewModelTest, coverageGaps_areCountedFromBlockers) {
@@ -59,16 +80,17 @@ TEST_F(AwarenessViewModelTest, coverageGaps_areCountedFromBlockers) {
   report.blockers = makeBlockers({BlockerReason::outsideICloud, BlockerReason::unavailableFolder,
                                   BlockerReason::notUploaded, BlockerReason::notDownloaded});
   publish(report);
-  EXPECT_EQ(row(0),
-            "exclamationmark.triangle.fill|warning|Coverage Gaps|2 items are outside iCloud or unavailable, so trust "
-            "is reduced.|||||");
+  EXPECT_EQ(coverage().symbol, "exclamationmark.triangle.fill");
+  EXPECT_EQ(coverage().tone, Tone::Warning);
+  EXPECT_EQ(coverage().title, "Coverage Gaps");
+  EXPECT_EQ(coverage().text, "2 items are outside iCloud or unavailable, so trust is reduced.");
 }
 
 TEST_F(AwarenessViewModelTest, oneCoverageGap_keepsThePlural) {
   SyncHealthReport report;
   report.blockers = makeBlockers({BlockerReason::outsideICloud});
   publish(report);
-  EXPECT_THAT(row(0), testing::HasSubstr("|1 items are outside iCloud or unavailable, so trust is reduced.|"));
+  EXPECT_EQ(coverage().text, "1 items are outside iCloud or unavailable, so trust is reduced.");
 }
 
 TEST_F(AwarenessViewModelTest, coverageGaps_ofAnEarlierReport_areShownByAPageOpenedLater) {
@@ -76,30 +98,45 @@ TEST_F(AwarenessViewModelTest, coverageGaps_ofAnEarlierReport_areShownByAPageOpe
   report.blockers = makeBlockers({BlockerReason::outsideICloud});
   publish(report);
   const auto later = open<AwarenessViewModel>();
-  EXPECT_EQ(texts(*later->rows())[0], row(0));
+  EXPECT_EQ(later->rows()->row(0), coverage());
+  EXPECT_EQ(coverage().tone, Tone::Warning);
 }
 
 TEST_F(AwarenessViewModelTest, cloudOnlyFiles_areCountedFromMetrics) {
   SyncHealthReport report;
   report.metrics.notDownloaded = 7;
   publish(report);
-  EXPECT_EQ(row(1),
-            "icloud.fill|info|Cloud-Only Files|7 files are cloud-only on this device. They can still be safely in "
-            "iCloud, but may be unavailable offline.|||||");
+  EXPECT_EQ(cloudOnly().symbol, "icloud.fill");
+  EXPECT_EQ(cloudOnly().tone, Tone::Info);
+  EXPECT_EQ(cloudOnly().title, "Cloud-Only Files");
+  EXPECT_EQ(cloudOnly().text,
+            "7 files are cloud-only on this device. They can still be safely in iCloud, but may be unavailable "
+            "offline.");
 }
 
 TEST_F(AwarenessViewModelTest, lastFailed_withItsFile_isToldWhole) {
   publishHistory({makeSnapshot(true), failedSnapshot(), makeSnapshot(false)});
-  EXPECT_EQ(row(2),
-            "xmark.octagon.fill|error|Last Failed Sync|Unsafe at 6:21:00 PM|Reason: Upload Stalled|Folder: Work||Nov "
-            "15, 6:21 PM|/Users/test/Work/a.txt");
+  EXPECT_EQ(failed(), (SignalRow{.key = "failed",
+                                 .symbol = "xmark.octagon.fill",
+                                 .tone = Tone::Critical,
+                                 .title = "Last Failed Sync",
+                                 .text = "Unsafe at 6:21:00 PM",
+                                 .reason = "Reason: Upload Stalled",
+                                 .folder = "Folder: Work",
+                                 .date = "Nov 15, 6:21 PM",
+                                 .path = "/Users/test/Work/a.txt"}));
 }
 
 TEST_F(AwarenessViewModelTest, lastFailed_withoutAPath_saysWhyItCannotBeShown) {
   publishHistory({makeSnapshot(false)});
-  EXPECT_EQ(row(2),
-            "xmark.octagon.fill|error|Last Failed Sync|Unsafe at 6:21:00 PM|||Location unavailable because older "
-            "snapshots did not capture file paths.|Nov 15, 6:21 PM|");
+  EXPECT_EQ(failed(),
+            (SignalRow{.key = "failed",
+                       .symbol = "xmark.octagon.fill",
+                       .tone = Tone::Critical,
+                       .title = "Last Failed Sync",
+                       .text = "Unsafe at 6:21:00 PM",
+                       .explanation = "Location unavailable because older snapshots did not capture file paths.",
+                       .date = "Nov 15, 6:21 PM"}));
 }
 
 TEST_F(AwarenessViewModelTest, lastFailed_revealed_showsItsFileAsItIsOnTheDisk) {
@@ -107,7 +144,7 @@ TEST_F(AwarenessViewModelTest, lastFailed_revealed_showsItsFileAsItIsOnTheDisk) 
   snapshot.topBlockerFilePath = "/Users/test/a\nb";
   files_.addExisting("/Users/test/a\nb");
   publishHistory({snapshot});
-  EXPECT_THAT(row(2), testing::EndsWith("|/Users/test/a\\nb"));
+  EXPECT_EQ(failed().path, "/Users/test/a\\nb");
   page_->revealLastFailed();
   EXPECT_THAT(workspace_.revealed(), ElementsAre("/Users/test/a\nb"));
 }
@@ -122,14 +159,19 @@ TEST_F(AwarenessViewModelTest, lastSafe_isTheNewestSafeOne) {
   ScanSnapshot newest = makeSnapshot(true);
   newest.timestamp = at(9, 41);
   publishHistory({makeSnapshot(false), newest, makeSnapshot(true)});
-  EXPECT_EQ(row(3), "checkmark.circle.fill|ok|Last Confirmed Safe Scan|Safe at 9:41:00 AM||||Nov 15, 9:41 AM|");
+  EXPECT_EQ(safe(), (SignalRow{.key = "safe",
+                               .symbol = "checkmark.circle.fill",
+                               .tone = Tone::Good,
+                               .title = "Last Confirmed Safe Scan",
+                               .text = "Safe at 9:41:00 AM",
+                               .date = "Nov 15, 9:41 AM"}));
 }
 
 TEST_F(AwarenessViewModelTest, hostileFolderName_isEscaped) {
   ScanSnapshot snapshot = failedSnapshot();
   snapshot.topBlockerFolderName = "Wo\u202erk";
   publishHistory({snapshot});
-  EXPECT_THAT(row(2), testing::HasSubstr("|Folder: Wo\\u{202e}rk|"));
+  EXPECT_EQ(failed().folder, "Folder: Wo\\u{202e}rk");
 }
 
 TEST_F(AwarenessViewModelTest, stability_followsTheHistory) {

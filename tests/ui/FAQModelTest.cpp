@@ -1,3 +1,4 @@
+#include "tests/ui/RowSignals.h"
 #include "ui/viewmodels/FAQModel.h"
 
 #include <QAbstractItemModelTester>
@@ -14,36 +15,43 @@ using testing::IsEmpty;
 
 class FAQModelTest : public testing::Test {
  protected:
-  std::vector<int> openRows() const {
+  std::vector<int> openRows() {
     std::vector<int> rows;
-    for (int row = 0; row < model_.rowCount(); ++row) {
-      if (model_.data(model_.index(row), FAQModel::ExpandedRole).toBool()) {
+    for (int row = 0; row < faq_.questions()->count(); ++row) {
+      if (faq_.questions()->row(row).expanded) {
         rows.push_back(row);
       }
     }
     return rows;
   }
 
-  FAQModel model_;
-  QAbstractItemModelTester checks_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
+  FAQModel faq_;
+  QAbstractItemModelTester checks_{faq_.questions(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
 TEST_F(FAQModelTest, allQuestions_startClosed) {
-  EXPECT_EQ(model_.rowCount(), 7);
+  EXPECT_EQ(faq_.questions()->count(), 7);
   EXPECT_THAT(openRows(), IsEmpty());
 }
 
 TEST_F(FAQModelTest, severalQuestions_canBeOpenAtOnce) {
-  model_.toggle(2);
-  model_.toggle(4);
+  faq_.toggle(2);
+  faq_.toggle(4);
   EXPECT_THAT(openRows(), ElementsAre(2, 4));
-  model_.toggle(2);
+  faq_.toggle(2);
   EXPECT_THAT(openRows(), ElementsAre(4));
 }
 
+TEST_F(FAQModelTest, toggle_changesItsQuestionAlone) {
+  const RowSignals told(*faq_.questions());
+  faq_.toggle(2);
+  EXPECT_EQ(told.total(), 1);
+  EXPECT_EQ(told.changedRow(), 2);
+}
+
 TEST_F(FAQModelTest, toggle_ofNoQuestion_doesNothing) {
-  model_.toggle(-1);
-  model_.toggle(7);
+  faq_.toggle(-1);
+  faq_.toggle(7);
   EXPECT_THAT(openRows(), IsEmpty());
 }
 

@@ -26,49 +26,54 @@ class HealthViewModelTest : public PageTest {
     report.safeToClose = safeToClose;
     publish(report);
   }
-  QString localStateAt(std::int64_t score) {
+  Tone localToneAt(std::int64_t score) {
     SyncHealthReport report = makeReport();
     report.localAvailabilityScore = score;
     publish(report);
-    return page_->localState();
+    return page_->localTone();
+  }
+
+  static MetricRow row(const QString& title, const QString& value, Tone tone = Tone::Plain) {
+    return {.title = title, .value = value, .tone = tone};
   }
 
   std::unique_ptr<HealthViewModel> page_ = open<HealthViewModel>();
 };
 
 TEST_F(HealthViewModelTest, beforeTheFirstScan_isNotSafeAndHasNeitherGoodNorBadSigns) {
-  EXPECT_EQ(page_->state(), "");
+  EXPECT_EQ(page_->tone(), Tone::Neutral);
   EXPECT_EQ(page_->stateSymbol(), "ellipsis.circle");
   EXPECT_EQ(page_->stateLabel(), "Scanning");
   EXPECT_EQ(page_->verdict(), "NO");
-  EXPECT_EQ(page_->verdictState(), "");
-  EXPECT_EQ(page_->localState(), "");
+  EXPECT_EQ(page_->verdictTone(), Tone::Neutral);
+  EXPECT_EQ(page_->localTone(), Tone::Neutral);
   EXPECT_EQ(page_->updatedText(), "Not scanned yet");
   EXPECT_EQ(page_->uploadTrust(), 0);
-  EXPECT_THAT(texts(*page_->metrics()), ElementsAre("Files|0|", "Pending|0|", "Conflicts|0|", "Errors|0|",
-                                                    "Watchlist|1|", "Local Ready|0|", "Cloud-Only|0|"));
+  EXPECT_THAT(rowsOf(*page_->metrics()),
+              ElementsAre(row("Files", "0"), row("Pending", "0"), row("Conflicts", "0"), row("Errors", "0"),
+                          row("Watchlist", "1"), row("Local Ready", "0"), row("Cloud-Only", "0")));
 }
 
-TEST_F(HealthViewModelTest, eachState_hasItsSymbol) {
+TEST_F(HealthViewModelTest, eachState_hasItsSymbolAndItsTone) {
   publishState(HealthState::safe, true);
-  EXPECT_EQ(page_->state(), "safe");
+  EXPECT_EQ(page_->tone(), Tone::Good);
   EXPECT_EQ(page_->stateSymbol(), "checkmark.seal.fill");
   publishState(HealthState::warning, true);
-  EXPECT_EQ(page_->state(), "warning");
+  EXPECT_EQ(page_->tone(), Tone::Caution);
   EXPECT_EQ(page_->stateSymbol(), "exclamationmark.triangle.fill");
   publishState(HealthState::danger, false);
-  EXPECT_EQ(page_->state(), "danger");
+  EXPECT_EQ(page_->tone(), Tone::Critical);
   EXPECT_EQ(page_->stateSymbol(), "xmark.octagon.fill");
 }
 
 TEST_F(HealthViewModelTest, verdict_isTheReportsAndNotTheStates) {
   publishState(HealthState::warning, true);
   EXPECT_EQ(page_->verdict(), "YES");
-  EXPECT_EQ(page_->verdictState(), "safe");
+  EXPECT_EQ(page_->verdictTone(), Tone::Good);
   publishState(HealthState::safe, false);
   EXPECT_EQ(page_->verdict(), "NO");
-  EXPECT_EQ(page_->verdictState(), "danger");
-  EXPECT_EQ(page_->state(), "warning");
+  EXPECT_EQ(page_->verdictTone(), Tone::Critical);
+  EXPECT_EQ(page_->tone(), Tone::Caution);
 }
 
 TEST_F(HealthViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndWhy) {
@@ -77,9 +82,9 @@ TEST_F(HealthViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndWhy) {
   publishStanding(VerdictStanding::slept);
   catchUp();
   EXPECT_EQ(page_->verdict(), "YES");
-  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->verdictTone(), Tone::Neutral);
   EXPECT_EQ(page_->verdictNote(), "as of 6:25:00 PM. This Mac slept after the last scan.");
-  EXPECT_EQ(page_->state(), "warning");
+  EXPECT_EQ(page_->tone(), Tone::Caution);
   EXPECT_EQ(page_->stateSymbol(), "exclamationmark.triangle.fill");
 }
 
@@ -102,28 +107,29 @@ TEST_F(HealthViewModelTest, report_isToldWhole) {
   EXPECT_EQ(page_->uploadTrust(), 36);
   EXPECT_EQ(page_->localAvailability(), 71);
   EXPECT_EQ(page_->updatedText(), "Updated 6:21:00 PM");
-  EXPECT_THAT(texts(*page_->metrics()),
-              ElementsAre("Files|12|", "Pending|1|warning", "Conflicts|4|danger", "Errors|5|danger", "Watchlist|1|",
-                          "Local Ready|71|", "Cloud-Only|6|"));
+  EXPECT_THAT(rowsOf(*page_->metrics()),
+              ElementsAre(row("Files", "12"), row("Pending", "1", Tone::Caution), row("Conflicts", "4", Tone::Critical),
+                          row("Errors", "5", Tone::Critical), row("Watchlist", "1"), row("Local Ready", "71"),
+                          row("Cloud-Only", "6")));
 }
 
 TEST_F(HealthViewModelTest, largeCounts_arePlainIntegers) {
   SyncHealthReport report = makeReport();
   report.metrics.totalFiles = 1'234'567;
   publish(report);
-  EXPECT_EQ(texts(*page_->metrics())[0], "Files|1234567|");
+  EXPECT_EQ(page_->metrics()->row(0), row("Files", "1234567"));
 }
 
-TEST_F(HealthViewModelTest, localState_ofItsOwnScore_isNeverADanger) {
-  EXPECT_EQ(localStateAt(100), "safe");
-  EXPECT_EQ(localStateAt(0), "warning");
-  EXPECT_EQ(localStateAt(71), "warning");
+TEST_F(HealthViewModelTest, localTone_ofItsOwnScore_isNeverADanger) {
+  EXPECT_EQ(localToneAt(100), Tone::Good);
+  EXPECT_EQ(localToneAt(0), Tone::Caution);
+  EXPECT_EQ(localToneAt(71), Tone::Caution);
 }
 
 TEST_F(HealthViewModelTest, watchlist_grown_isCountedBeforeTheNextScan) {
   dashboard_->watchlist().addFolder("/Users/test/Desktop");
   catchUp();
-  EXPECT_EQ(texts(*page_->metrics())[4], "Watchlist|2|");
+  EXPECT_EQ(page_->metrics()->row(4), row("Watchlist", "2"));
 }
 
 TEST_F(HealthViewModelTest, sameReportAgain_changesNoPill) {

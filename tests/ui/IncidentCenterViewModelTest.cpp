@@ -1,4 +1,5 @@
 #include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
 #include "tests/ui/Rows.h"
 #include "ui/viewmodels/IncidentCenterViewModel.h"
 
@@ -50,17 +51,8 @@ class IncidentCenterViewModelTest : public PageTest {
     setPublished(dashboard_->publishedIncidents(), records);
     catchUp();
   }
-  std::string value(int row, const QByteArray& role) const {
-    const IncidentListModel& list = *page_->incidents();
-    return list.data(list.index(row), list.roleNames().key(role)).toString().toStdString();
-  }
-  std::vector<std::string> titles() const {
-    std::vector<std::string> all;
-    for (int row = 0; row < page_->incidents()->rowCount(); ++row) {
-      all.push_back(value(row, "title"));
-    }
-    return all;
-  }
+  IncidentRow row(int row) const { return page_->incidents()->row(row); }
+  std::vector<QString> titles() const { return fieldsOf(*page_->incidents(), &IncidentRow::title); }
   std::string counts() const {
     return (page_->activeCount() + ' ' + page_->resolvedCount() + ' ' + page_->recurringCount()).toStdString();
   }
@@ -71,27 +63,46 @@ class IncidentCenterViewModelTest : public PageTest {
 
 TEST_F(IncidentCenterViewModelTest, incident_isToldWhole) {
   openOver({incident(1, "Default route", kError), incident(2, "DNS", kWarning, true, 1)});
-  EXPECT_THAT(texts(*page_->incidents()),
-              ElementsAre("Default route|Detail.|xmark.octagon.fill|error|Error|Active|warning|Network|3 occurrences|"
-                          "First Nov 15, 8:00 AM|Last Nov 15, 6:25 PM|Mark Resolved",
-                          "DNS|Detail.|exclamationmark.triangle.fill|warning|Warning|Resolved|ok|Network|1 occurrence|"
-                          "First Nov 15, 8:00 AM|Last Nov 15, 6:25 PM|Reopen"));
+  EXPECT_THAT(rowsOf(*page_->incidents()), ElementsAre(IncidentRow{.title = "Default route",
+                                                                   .detail = "Detail.",
+                                                                   .symbol = "xmark.octagon.fill",
+                                                                   .severity = "Error",
+                                                                   .tone = Tone::Critical,
+                                                                   .state = "Active",
+                                                                   .stateTone = Tone::Warning,
+                                                                   .domain = "Network",
+                                                                   .occurrences = "3 occurrences",
+                                                                   .firstSeen = "First Nov 15, 8:00 AM",
+                                                                   .lastSeen = "Last Nov 15, 6:25 PM",
+                                                                   .action = "Mark Resolved"},
+                                                       IncidentRow{.title = "DNS",
+                                                                   .detail = "Detail.",
+                                                                   .symbol = "exclamationmark.triangle.fill",
+                                                                   .severity = "Warning",
+                                                                   .tone = Tone::Warning,
+                                                                   .state = "Resolved",
+                                                                   .stateTone = Tone::Good,
+                                                                   .domain = "Network",
+                                                                   .occurrences = "1 occurrence",
+                                                                   .firstSeen = "First Nov 15, 8:00 AM",
+                                                                   .lastSeen = "Last Nov 15, 6:25 PM",
+                                                                   .action = "Reopen"}));
 }
 
 TEST_F(IncidentCenterViewModelTest, occurrences_areCountedInWords) {
   openOver({incident(1, "None", kWarning, false, 0), incident(2, "One", kWarning, false, 1),
             incident(3, "Many", kWarning, false, 12'345)});
-  EXPECT_EQ(value(0, "occurrences"), "0 occurrences");
-  EXPECT_EQ(value(1, "occurrences"), "1 occurrence");
-  EXPECT_EQ(value(2, "occurrences"), "12345 occurrences");
+  EXPECT_EQ(row(0).occurrences, "0 occurrences");
+  EXPECT_EQ(row(1).occurrences, "1 occurrence");
+  EXPECT_EQ(row(2).occurrences, "12345 occurrences");
 }
 
 TEST_F(IncidentCenterViewModelTest, severitiesThatOnlyAHandWrites_haveTheirSymbols) {
   openOver({incident(1, "A", DiagnosticSeverity::ok), incident(2, "B", DiagnosticSeverity::info)});
-  EXPECT_EQ(value(0, "severitySymbol"), "checkmark.seal.fill");
-  EXPECT_EQ(value(0, "severityLevel"), "ok");
-  EXPECT_EQ(value(1, "severitySymbol"), "info.circle.fill");
-  EXPECT_EQ(value(1, "severityLevel"), "info");
+  EXPECT_EQ(row(0).symbol, "checkmark.seal.fill");
+  EXPECT_EQ(row(0).tone, Tone::Good);
+  EXPECT_EQ(row(1).symbol, "info.circle.fill");
+  EXPECT_EQ(row(1).tone, Tone::Info);
 }
 
 TEST_F(IncidentCenterViewModelTest, filters_ofANewPage_keepAll) {
@@ -109,10 +120,12 @@ TEST_F(IncidentCenterViewModelTest, filters_ofANewPage_keepAll) {
 
 TEST_F(IncidentCenterViewModelTest, filterChoices_areOfferedInOrder) {
   openOver({});
-  EXPECT_EQ(page_->scopes().join(' '), "all active resolved");
-  EXPECT_EQ(page_->scopeTitles().join(' '), "All Active Resolved");
-  EXPECT_EQ(page_->severityFilters().join(' '), "all warning error");
-  EXPECT_EQ(page_->severityFilterTitles().join(' '), "All Warnings Errors");
+  EXPECT_THAT(rowsOf(*page_->scopes()),
+              ElementsAre(ChoiceRow{.value = "all", .title = "All"}, ChoiceRow{.value = "active", .title = "Active"},
+                          ChoiceRow{.value = "resolved", .title = "Resolved"}));
+  EXPECT_THAT(rowsOf(*page_->severityFilters()),
+              ElementsAre(ChoiceRow{.value = "all", .title = "All"}, ChoiceRow{.value = "warning", .title = "Warnings"},
+                          ChoiceRow{.value = "error", .title = "Errors"}));
 }
 
 TEST_F(IncidentCenterViewModelTest, filters_keepWhatBothKeepInTheStoresOrder) {
@@ -158,26 +171,25 @@ TEST_F(IncidentCenterViewModelTest, resolveAndReopen_keepTheOrderAndAreStored) {
   openOver({incident(1, "A", kError), incident(2, "B"), incident(3, "C")});
   page_->toggleResolved(0);
   EXPECT_THAT(titles(), ElementsAre("A", "B", "C"));
-  EXPECT_EQ(value(0, "state"), "Resolved");
-  EXPECT_EQ(value(0, "action"), "Reopen");
+  EXPECT_EQ(row(0).state, "Resolved");
+  EXPECT_EQ(row(0).action, "Reopen");
   launch();
   EXPECT_EQ(dashboard_->incidentStore().records()[0].resolvedAt, clock_.now());
   openOver(dashboard_->incidentStore().records());
   page_->toggleResolved(0);
-  EXPECT_EQ(value(0, "action"), "Mark Resolved");
+  EXPECT_EQ(row(0).action, "Mark Resolved");
   EXPECT_FALSE(dashboard_->incidents()[0].isResolved);
   EXPECT_EQ(dashboard_->incidentStore().records()[0].resolvedAt, std::nullopt);
 }
 
 TEST_F(IncidentCenterViewModelTest, markResolved_changesOnlyItsRow) {
   openOver({incident(1, "A"), incident(2, "B"), incident(3, "C")});
-  const QSignalSpy changed(page_->incidents(), &IncidentListModel::dataChanged);
-  const RowChanges changes(*page_->incidents());
+  const RowSignals changes(*page_->incidents());
   page_->toggleResolved(1);
   catchUp();
-  ASSERT_EQ(changed.size(), 1);
-  EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
-  EXPECT_EQ(changes.count(), 1);
+  ASSERT_EQ(changes.changes(), 1);
+  EXPECT_EQ(changes.changedRow(), 1);
+  EXPECT_EQ(changes.total(), 1);
 }
 
 TEST_F(IncidentCenterViewModelTest, markResolved_ofARowThatIsNone_doesNothing) {
@@ -206,13 +218,13 @@ TEST_F(IncidentCenterViewModelTest, refresh_keepsTheFiltersAndTheRowsThatStay) {
   openOver(records);
   page_->setScope("active");
   page_->setSeverityFilter("warning");
-  const RowChanges changes(*page_->incidents());
+  const RowSignals changes(*page_->incidents());
   publish(records);
-  EXPECT_EQ(changes.count(), 0);
+  EXPECT_EQ(changes.total(), 0);
   EXPECT_EQ(page_->scope(), "active");
   EXPECT_EQ(page_->severityFilter(), "warning");
   publish({incident(4, "New"), records[0], records[1]});
-  EXPECT_EQ(changes.count(), 1);
+  EXPECT_EQ(changes.total(), 1);
   EXPECT_THAT(titles(), ElementsAre("New", "A", "B"));
 }
 
@@ -252,7 +264,7 @@ TEST_F(IncidentCenterViewModelTest, saveFailure_isToldUntilASaveSucceeds) {
   storage_.privateFailure = Failure{"No space left on device"};
   page_->toggleResolved(0);
   EXPECT_EQ(page_->saveFailure(), "The incidents could not be saved: No space left on device");
-  EXPECT_EQ(value(0, "state"), "Resolved");
+  EXPECT_EQ(row(0).state, "Resolved");
   storage_.privateFailure.reset();
   page_->toggleResolved(0);
   EXPECT_EQ(page_->saveFailure(), "");
@@ -262,8 +274,8 @@ TEST_F(IncidentCenterViewModelTest, hostileTexts_areMadeHarmless) {
   IncidentRecord record = incident(1, "<img src=x>\n\xe2\x80\xae");
   record.lastDetail = "\x1b[2J" + std::string(10'000, 'x');
   openOver({record});
-  EXPECT_EQ(value(0, "title"), "<img src=x>\\n\\u{202e}");
-  EXPECT_EQ(value(0, "detail"), "\\x1b[2J" + std::string(10'000, 'x'));
+  EXPECT_EQ(row(0).title, "<img src=x>\\n\\u{202e}");
+  EXPECT_EQ(row(0).detail.toStdString(), "\\x1b[2J" + std::string(10'000, 'x'));
 }
 
 TEST_F(IncidentCenterViewModelTest, thousands_areTakenOverWithoutMakingTheirTexts) {
@@ -276,15 +288,15 @@ TEST_F(IncidentCenterViewModelTest, thousands_areTakenOverWithoutMakingTheirText
   }
   openOver(records);
   checks_.reset();
-  EXPECT_EQ(page_->incidents()->rowCount(), 5'000);
-  const RowChanges changes(*page_->incidents());
+  EXPECT_EQ(page_->incidents()->count(), 5'000);
+  const RowSignals changes(*page_->incidents());
   page_->setScope("active");
-  EXPECT_EQ(page_->incidents()->rowCount(), 2'500);
+  EXPECT_EQ(page_->incidents()->count(), 2'500);
   page_->setScope("all");
   // Each as one change, whatever number of rows it brings.
-  EXPECT_EQ(changes.count(), 2);
+  EXPECT_EQ(changes.total(), 2);
   page_->toggleResolved(4'999);
-  EXPECT_EQ(changes.count(), 3);
+  EXPECT_EQ(changes.total(), 3);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "tests/ui/Rows.h"
 #include "ui/viewmodels/MenuCommands.h"
 
 #include <QGuiApplication>
@@ -5,6 +6,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -52,6 +54,18 @@ TEST_F(MenuCommandsTest, menus_areInTheUsualOrder) {
   EXPECT_EQ(titles, QStringList({"Cirrovane", "Edit", "View", "Window", "Help"}));
   EXPECT_EQ(texts(menu("Edit")), QStringList({"Copy", "Select All"}));
   EXPECT_EQ(texts(menu("Window")), QStringList({"Minimize", "Close Window", "-", "Show Cirrovane"}));
+}
+
+TEST_F(MenuCommandsTest, windowsMenus_areTheSame) {
+  ASSERT_EQ(commands_.menuList()->count(), commands_.menus().size());
+  for (int index = 0; index < commands_.menus().size(); ++index) {
+    const MenuRow shown = commands_.menuList()->row(index);
+    EXPECT_EQ(shown.title, commands_.menus()[index].title);
+    const auto* commands = dynamic_cast<const ListModel<CommandRow>*>(shown.commands);
+    ASSERT_NE(commands, nullptr);
+    const std::vector<QAction*> actions = fieldsOf(*commands, &CommandRow::action);
+    EXPECT_EQ(QList<QAction*>(actions.begin(), actions.end()), commands_.menus()[index].actions);
+  }
 }
 
 TEST_F(MenuCommandsTest, applicationsMenu_isLeftEmptyByAMac) {

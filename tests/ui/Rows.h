@@ -1,47 +1,46 @@
 #pragma once
 
-#include <QAbstractItemModel>
-#include <QList>
-#include <QObject>
-#include <QStringList>
-#include <algorithm>
-#include <string>
+#include "ui/viewmodels/ListModel.h"
+
+#include <QMetaProperty>
+#include <ostream>
 #include <vector>
+
+namespace cirrovane {
+
+/// Prints a row by the names of its fields when a test fails.
+template <class Row, class = typename Row::QtGadgetHelper>
+std::ostream& operator<<(std::ostream& out, const Row& row) {
+  const QMetaObject& type = Row::staticMetaObject;
+  for (int index = 0; index < type.propertyCount(); ++index) {
+    const QMetaProperty field = type.property(index);
+    out << (index > 0 ? ", " : "{") << field.name() << ": " << field.readOnGadget(&row).toString().toStdString();
+  }
+  return out << '}';
+}
+
+}  // namespace cirrovane
 
 namespace cirrovane::test {
 
-/// Each row with the values of its roles in their order, a bar between them.
-inline std::vector<std::string> texts(const QAbstractItemModel& list) {
-  std::vector<std::string> rows;
-  QList<int> roles = list.roleNames().keys();
-  std::sort(roles.begin(), roles.end());
-  for (int row = 0; row < list.rowCount(); ++row) {
-    QStringList values;
-    for (const int role : roles) {
-      values.append(list.data(list.index(row, 0), role).toString());
-    }
-    rows.push_back(values.join('|').toStdString());
+/// All rows of a list, in order.
+template <class Row, class Source>
+std::vector<Row> rowsOf(const ListModel<Row, Source>& list) {
+  std::vector<Row> rows;
+  for (int row = 0; row < list.count(); ++row) {
+    rows.push_back(list.row(row));
   }
   return rows;
 }
 
-/// Counts every change of a list from now on.
-class RowChanges {
- public:
-  explicit RowChanges(const QAbstractItemModel& list) {
-    const auto note = [this] { ++count_; };
-    QObject::connect(&list, &QAbstractItemModel::rowsInserted, &receiver_, note);
-    QObject::connect(&list, &QAbstractItemModel::rowsRemoved, &receiver_, note);
-    QObject::connect(&list, &QAbstractItemModel::rowsMoved, &receiver_, note);
-    QObject::connect(&list, &QAbstractItemModel::dataChanged, &receiver_, note);
-    QObject::connect(&list, &QAbstractItemModel::modelReset, &receiver_, note);
+/// One field of all rows, in order.
+template <class Row, class Source, class Field>
+std::vector<Field> fieldsOf(const ListModel<Row, Source>& list, Field Row::*field) {
+  std::vector<Field> fields;
+  for (const Row& row : rowsOf(list)) {
+    fields.push_back(row.*field);
   }
-
-  int count() const { return count_; }
-
- private:
-  QObject receiver_;
-  int count_ = 0;
-};
+  return fields;
+}
 
 }  // namespace cirrovane::test

@@ -1,4 +1,5 @@
 #include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
 #include "tests/ui/Rows.h"
 #include "ui/viewmodels/SafetyExplainerViewModel.h"
 
@@ -16,9 +17,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* kPassed = "|checkmark.circle.fill|ok|Passed";
-constexpr const char* kNotPassed = "|xmark.octagon.fill|error|Not passed";
-
 class SafetyExplainerViewModelTest : public PageTest {
  protected:
   void publish(SyncHealthReport report) {
@@ -32,28 +30,47 @@ class SafetyExplainerViewModelTest : public PageTest {
     return report;
   }
 
+  static CriterionRow notChecked(const QString& title, const QString& detail) {
+    return {.title = title,
+            .detail = detail,
+            .symbol = "ellipsis.circle",
+            .tone = Tone::Neutral,
+            .state = "Not checked yet"};
+  }
+  static CriterionRow notPassed(const QString& title, const QString& detail) {
+    return {.title = title,
+            .detail = detail,
+            .symbol = "xmark.octagon.fill",
+            .tone = Tone::Critical,
+            .state = "Not passed"};
+  }
+
   std::unique_ptr<SafetyExplainerViewModel> page_ = open<SafetyExplainerViewModel>();
   QAbstractItemModelTester checks_{page_->criteria(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
 TEST_F(SafetyExplainerViewModelTest, beforeTheFirstScan_isNoAndNothingPasses) {
   EXPECT_EQ(page_->verdict(), "NO");
-  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->verdictTone(), Tone::Neutral);
   EXPECT_EQ(page_->lastEvaluation(), "Last evaluation: not yet");
   EXPECT_FALSE(page_->hasTopBlocker());
-  const std::string notChecked = "|ellipsis.circle|none|Not checked yet";
   EXPECT_THAT(
-      texts(*page_->criteria()),
-      ElementsAre("No pending uploads|No pending uploads detected." + notChecked,
-                  "No unresolved conflicts|No unresolved conflict states detected." + notChecked,
-                  "No upload/download errors|No iCloud transfer errors detected." + notChecked,
-                  "No critical blockers|No critical blocker category is active." + notChecked,
-                  "Watchlist coverage intact|All watched folders are reachable and within coverage." + notChecked));
+      rowsOf(*page_->criteria()),
+      ElementsAre(notChecked("No pending uploads", "No pending uploads detected."),
+                  notChecked("No unresolved conflicts", "No unresolved conflict states detected."),
+                  notChecked("No upload/download errors", "No iCloud transfer errors detected."),
+                  notChecked("No critical blockers", "No critical blocker category is active."),
+                  notChecked("Watchlist coverage intact", "All watched folders are reachable and within coverage.")));
 }
 
 TEST_F(SafetyExplainerViewModelTest, passingCriteria_areMarked) {
   publish(reportOf({}));
-  EXPECT_THAT(texts(*page_->criteria()), testing::Each(testing::EndsWith(kPassed)));
+  ASSERT_EQ(page_->criteria()->count(), 5);
+  for (const CriterionRow& row : rowsOf(*page_->criteria())) {
+    EXPECT_EQ(row.symbol, "checkmark.circle.fill");
+    EXPECT_EQ(row.tone, Tone::Good);
+    EXPECT_EQ(row.state, "Passed");
+  }
 }
 
 TEST_F(SafetyExplainerViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndWhy) {
@@ -65,7 +82,7 @@ TEST_F(SafetyExplainerViewModelTest, yesThatIsStale_isDimmedAndSaysSinceWhenAndW
   publishStanding(VerdictStanding::expired);
   catchUp();
   EXPECT_EQ(page_->verdict(), "YES");
-  EXPECT_EQ(page_->verdictState(), "");
+  EXPECT_EQ(page_->verdictTone(), Tone::Neutral);
   EXPECT_EQ(page_->verdictNote(), "as of 6:25:00 PM. The last scan is over 3 minutes old.");
 }
 
@@ -76,13 +93,12 @@ TEST_F(SafetyExplainerViewModelTest, failingCriteria_areMarkedAndCounted) {
   report.metrics.errors = 3;
   publish(report);
   EXPECT_THAT(
-      texts(*page_->criteria()),
-      ElementsAre(
-          std::string("No pending uploads|1 uploads are still pending.") + kNotPassed,
-          std::string("No unresolved conflicts|2 conflict states remain unresolved.") + kNotPassed,
-          std::string("No upload/download errors|3 transfer errors were detected.") + kNotPassed,
-          std::string("No critical blockers|Critical blockers exist in the current watchlist.") + kNotPassed,
-          std::string("Watchlist coverage intact|1 watchlist entries are outside iCloud or missing.") + kNotPassed));
+      rowsOf(*page_->criteria()),
+      ElementsAre(notPassed("No pending uploads", "1 uploads are still pending."),
+                  notPassed("No unresolved conflicts", "2 conflict states remain unresolved."),
+                  notPassed("No upload/download errors", "3 transfer errors were detected."),
+                  notPassed("No critical blockers", "Critical blockers exist in the current watchlist."),
+                  notPassed("Watchlist coverage intact", "1 watchlist entries are outside iCloud or missing.")));
 }
 
 TEST_F(SafetyExplainerViewModelTest, lastEvaluation_isTheReportsTimeOfDay) {
@@ -96,7 +112,7 @@ TEST_F(SafetyExplainerViewModelTest, safeReport_withCloudOnlyBlockers_saysYesAnd
   report.safeToClose = true;
   publish(report);
   EXPECT_EQ(page_->verdict(), "YES");
-  EXPECT_EQ(page_->verdictState(), "safe");
+  EXPECT_EQ(page_->verdictTone(), Tone::Good);
   EXPECT_TRUE(page_->hasTopBlocker());
   EXPECT_EQ(page_->topBlockerReason(), "Cloud-Only (Not Local)");
   EXPECT_EQ(page_->topBlockerPath(), "/notDownloaded0");
@@ -123,13 +139,13 @@ TEST_F(SafetyExplainerViewModelTest, hostilePath_isShownHarmlessAndRevealedAsItI
 
 TEST_F(SafetyExplainerViewModelTest, refresh_withTheSameReport_changesNoRow) {
   publish(reportOf({}));
-  const RowChanges changes(*page_->criteria());
+  const RowSignals changes(*page_->criteria());
   publish(reportOf({}));
-  EXPECT_EQ(changes.count(), 0);
+  EXPECT_EQ(changes.total(), 0);
   SyncHealthReport report = reportOf({});
   report.metrics.errors = 1;
   publish(report);
-  EXPECT_EQ(changes.count(), 1);
+  EXPECT_EQ(changes.total(), 1);
 }
 
 }  // namespace

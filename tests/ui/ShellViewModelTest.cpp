@@ -1,6 +1,7 @@
 #include "tests/coordinator/DashboardFixture.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/NotedClipboard.h"
+#include "tests/ui/Rows.h"
 #include "ui/viewmodels/ShellViewModel.h"
 
 #include <QCoreApplication>
@@ -52,11 +53,13 @@ TEST_F(ShellViewModelTest, extraTabsLabel_namesTheChosenOneOfThem) {
   EXPECT_EQ(shell_->extraTabsLabel(), "More");
 }
 
-TEST_F(ShellViewModelTest, pageHeading_ofADomain_isItsDiagnostics) {
-  EXPECT_EQ(shell_->pageHeading("iCloud")["title"], "iCloud Diagnostics");
-  EXPECT_EQ(shell_->pageHeading("power")["subtitle"],
-            "Signals beyond file-level blockers to explain system conditions affecting trust.");
-  EXPECT_EQ(shell_->pageHeading("tools")["title"], "Tools & Downloads");
+TEST_F(ShellViewModelTest, tabs_areOfferedWithTheirTitlesAndSymbols) {
+  EXPECT_EQ(shell_->primaryTabs()->count(), 6);
+  EXPECT_EQ(shell_->primaryTabs()->row(1), (TabRow{.name = "why", .title = "Why", .symbol = "checklist"}));
+  EXPECT_EQ(shell_->extraTabs()->count(), 7);
+  EXPECT_EQ(shell_->extraTabs()->row(6),
+            (TabRow{.name = "tools", .title = "Tools", .symbol = "square.and.arrow.down"}));
+  EXPECT_EQ(shell_->extraTabs()->indexOf("faq"), 5);
 }
 
 TEST_F(ShellViewModelTest, appearing_startsTheTimerOnceAndRefreshesEachTime) {

@@ -66,7 +66,7 @@ class SnapshotViewModelTest : public DashboardMachine {
 
 TEST_F(SnapshotViewModelTest, beforeTheFirstScan_isNeitherGoodNorBad) {
   const SnapshotViewModel& snapshot = open();
-  EXPECT_EQ(snapshot.state(), "");
+  EXPECT_EQ(snapshot.tone(), Tone::Neutral);
   EXPECT_EQ(snapshot.menuBarSymbol(), "ellipsis.circle");
   EXPECT_EQ(snapshot.statusLabel(), "Scanning");
   EXPECT_EQ(snapshot.verdict(), "Do not close yet");
@@ -76,7 +76,7 @@ TEST_F(SnapshotViewModelTest, beforeTheFirstScan_isNeitherGoodNorBad) {
 TEST_F(SnapshotViewModelTest, noWithASafeState_hasTheWarningSign) {
   const SnapshotViewModel& snapshot = open();
   report(HealthState::safe, false);
-  EXPECT_EQ(snapshot.state(), "warning");
+  EXPECT_EQ(snapshot.tone(), Tone::Caution);
   EXPECT_EQ(snapshot.menuBarSymbol(), "exclamationmark.triangle.fill");
   EXPECT_EQ(snapshot.toolTip(), "Cirrovane: Yellow Needs Attention. Do not close yet.");
 }
@@ -86,7 +86,7 @@ TEST_F(SnapshotViewModelTest, yesThatIsStale_saysSinceWhenAndWhy) {
   report(HealthState::safe, true);
   EXPECT_EQ(snapshot.verdictNote(), "");
   publishStanding(VerdictStanding::expired);
-  EXPECT_EQ(snapshot.state(), "warning");
+  EXPECT_EQ(snapshot.tone(), Tone::Caution);
   EXPECT_EQ(snapshot.statusLabel(), "Yellow Needs Attention");
   EXPECT_EQ(snapshot.verdict(), "Safe to close as of 6:25:00 PM");
   EXPECT_EQ(snapshot.verdictNote(), "The last scan is over 3 minutes old.");
@@ -122,7 +122,7 @@ TEST_F(SnapshotViewModelTest, eachState_hasItsSymbolAndItsWords) {
   report(HealthState::safe, true);
   EXPECT_EQ(snapshot.menuBarSymbol(), "checkmark.seal.fill");
   EXPECT_EQ(snapshot.statusLabel(), "Green Safe");
-  EXPECT_EQ(snapshot.state(), "safe");
+  EXPECT_EQ(snapshot.tone(), Tone::Good);
   EXPECT_EQ(snapshot.verdict(), "Safe to close now");
   EXPECT_EQ(snapshot.scores(), "Upload Trust 92 · Local 84");
   EXPECT_EQ(snapshot.score(), "92");

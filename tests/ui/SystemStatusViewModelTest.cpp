@@ -27,19 +27,23 @@ class SystemStatusViewModelTest : public PageTest {
     publish(status);
   }
 
+  static ValueRow row(const QString& label, const QString& value) { return {.label = label, .value = value}; }
+
   std::unique_ptr<SystemStatusViewModel> page_ = open<SystemStatusViewModel>();
 };
 
 TEST_F(SystemStatusViewModelTest, beforeTheFirstSample_allIsUnknown) {
-  EXPECT_THAT(texts(*page_->cpu()), ElementsAre("Usage|Unknown", "Load|- / - / -", "Thermal State|Unknown",
-                                                "Temperature|Unknown (optional sensor required)"));
-  EXPECT_THAT(texts(*page_->memory()), ElementsAre("Used|Unknown", "Total|Zero KB"));
-  EXPECT_THAT(texts(*page_->storage()), ElementsAre("Free|Unknown", "Total|Unknown"));
-  EXPECT_THAT(texts(*page_->power()),
-              ElementsAre("Battery|Unknown", "Charging|Unknown", "Low Power Mode|Off", "Uptime|0m"));
-  EXPECT_THAT(texts(*page_->network()), ElementsAre("iCloud Reachability|Unknown"));
-  EXPECT_THAT(texts(*page_->live()),
-              ElementsAre("State|Not live", "Reason|None", "Verdict Confirmed|Not scanned yet", "Changes Missed|0"));
+  EXPECT_THAT(rowsOf(*page_->cpu()),
+              ElementsAre(row("Usage", "Unknown"), row("Load", "- / - / -"), row("Thermal State", "Unknown"),
+                          row("Temperature", "Unknown (optional sensor required)")));
+  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "Unknown"), row("Total", "Zero KB")));
+  EXPECT_THAT(rowsOf(*page_->storage()), ElementsAre(row("Free", "Unknown"), row("Total", "Unknown")));
+  EXPECT_THAT(rowsOf(*page_->power()), ElementsAre(row("Battery", "Unknown"), row("Charging", "Unknown"),
+                                                   row("Low Power Mode", "Off"), row("Uptime", "0m")));
+  EXPECT_THAT(rowsOf(*page_->network()), ElementsAre(row("iCloud Reachability", "Unknown")));
+  EXPECT_THAT(rowsOf(*page_->live()),
+              ElementsAre(row("State", "Not live"), row("Reason", "None"), row("Verdict Confirmed", "Not scanned yet"),
+                          row("Changes Missed", "0")));
   EXPECT_FALSE(page_->hasMemoryGauge());
 }
 
@@ -47,17 +51,17 @@ TEST_F(SystemStatusViewModelTest, verdictThatIsLive_isConfirmedNow) {
   publishReport(makeReport());
   publishLiveness({LivenessState::live, "", 0});
   catchUp();
-  EXPECT_THAT(texts(*page_->live()),
-              ElementsAre("State|Live", "Reason|None", "Verdict Confirmed|Now", "Changes Missed|0"));
+  EXPECT_THAT(rowsOf(*page_->live()), ElementsAre(row("State", "Live"), row("Reason", "None"),
+                                                  row("Verdict Confirmed", "Now"), row("Changes Missed", "0")));
 }
 
 TEST_F(SystemStatusViewModelTest, verdictThatIsNotLive_tellsWhyAndSinceWhen) {
   publishReport(makeReport());
   publishLiveness({LivenessState::notLive, "A scan found a change that had not been told.", 2});
   catchUp();
-  EXPECT_THAT(texts(*page_->live()),
-              ElementsAre("State|Not live", "Reason|A scan found a change that had not been told.",
-                          "Verdict Confirmed|6:25:00 PM", "Changes Missed|2"));
+  EXPECT_THAT(rowsOf(*page_->live()),
+              ElementsAre(row("State", "Not live"), row("Reason", "A scan found a change that had not been told."),
+                          row("Verdict Confirmed", "6:25:00 PM"), row("Changes Missed", "2")));
 }
 
 TEST_F(SystemStatusViewModelTest, fullSample_isToldWhole) {
@@ -78,12 +82,13 @@ TEST_F(SystemStatusViewModelTest, fullSample_isToldWhole) {
   status.networkReachable = false;
   status.uptimeSeconds = 273'600;
   publish(status);
-  EXPECT_THAT(texts(*page_->cpu()),
-              ElementsAre("Usage|7.2%", "Load|1.52 / 1.31 / 1.20", "Thermal State|Nominal", "Temperature|61.8 C"));
-  EXPECT_THAT(texts(*page_->memory()), ElementsAre("Used|8.59 GB", "Total|17.18 GB"));
-  EXPECT_THAT(texts(*page_->storage()), ElementsAre("Free|212.5 GB", "Total|494.38 GB"));
-  EXPECT_THAT(texts(*page_->power()), ElementsAre("Battery|87%", "Charging|Yes", "Low Power Mode|On", "Uptime|3d 4h"));
-  EXPECT_THAT(texts(*page_->network()), ElementsAre("iCloud Reachability|Not Reachable"));
+  EXPECT_THAT(rowsOf(*page_->cpu()), ElementsAre(row("Usage", "7.2%"), row("Load", "1.52 / 1.31 / 1.20"),
+                                                 row("Thermal State", "Nominal"), row("Temperature", "61.8 C")));
+  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "8.59 GB"), row("Total", "17.18 GB")));
+  EXPECT_THAT(rowsOf(*page_->storage()), ElementsAre(row("Free", "212.5 GB"), row("Total", "494.38 GB")));
+  EXPECT_THAT(rowsOf(*page_->power()), ElementsAre(row("Battery", "87%"), row("Charging", "Yes"),
+                                                   row("Low Power Mode", "On"), row("Uptime", "3d 4h")));
+  EXPECT_THAT(rowsOf(*page_->network()), ElementsAre(row("iCloud Reachability", "Not Reachable")));
   EXPECT_EQ(page_->memoryUsageText(), "50%");
 }
 
@@ -92,24 +97,24 @@ TEST_F(SystemStatusViewModelTest, load_withOneAbsent_hasADashInItsPlace) {
   status.load1m = 0.81;
   status.load15m = 0.64;
   publish(status);
-  EXPECT_EQ(texts(*page_->cpu())[1], "Load|0.81 / - / 0.64");
+  EXPECT_EQ(page_->cpu()->row(1), row("Load", "0.81 / - / 0.64"));
 }
 
-TEST_F(SystemStatusViewModelTest, memoryTint_atItsBounds) {
+TEST_F(SystemStatusViewModelTest, memoryTone_atItsBounds) {
   publishMemory(7'000, 10'000);
-  EXPECT_EQ(page_->memoryUsageLevel(), "ok");
+  EXPECT_EQ(page_->memoryUsageTone(), Tone::Good);
   publishMemory(7'001, 10'000);
-  EXPECT_EQ(page_->memoryUsageLevel(), "warning");
+  EXPECT_EQ(page_->memoryUsageTone(), Tone::Warning);
   publishMemory(8'500, 10'000);
-  EXPECT_EQ(page_->memoryUsageLevel(), "warning");
+  EXPECT_EQ(page_->memoryUsageTone(), Tone::Warning);
   publishMemory(8'501, 10'000);
-  EXPECT_EQ(page_->memoryUsageLevel(), "error");
+  EXPECT_EQ(page_->memoryUsageTone(), Tone::Critical);
 }
 
 TEST_F(SystemStatusViewModelTest, noTotalMemory_noGaugeAndNoDivision) {
   publishMemory(1'000'000, 0);
   EXPECT_FALSE(page_->hasMemoryGauge());
-  EXPECT_THAT(texts(*page_->memory()), ElementsAre("Used|1 MB", "Total|Zero KB"));
+  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "1 MB"), row("Total", "Zero KB")));
 }
 
 TEST_F(SystemStatusViewModelTest, refresh_duringACycle_changesNothing) {

@@ -1,10 +1,8 @@
 #include "tests/ui/PageFixture.h"
 #include "tests/ui/RowSignals.h"
-#include "tests/ui/Rows.h"
 #include "ui/viewmodels/TimelineViewModel.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -13,7 +11,6 @@
 namespace cirrovane::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -23,9 +20,9 @@ class TimelineViewModelTest : public PageTest {
     setPublished(dashboard_->historyStore().publishedSnapshots(), snapshots);
     catchUp();
   }
-  std::string rowOf(const ScanSnapshot& snapshot) {
+  ScanRow rowOf(const ScanSnapshot& snapshot) {
     publish({snapshot});
-    return texts(*page_->rows()).at(0);
+    return page_->rows()->row(0);
   }
 
   void exportProofPacket() {
@@ -42,7 +39,7 @@ class TimelineViewModelTest : public PageTest {
 
 TEST_F(TimelineViewModelTest, noHistory_isEmpty) {
   EXPECT_TRUE(page_->isEmpty());
-  EXPECT_THAT(texts(*page_->rows()), IsEmpty());
+  EXPECT_EQ(page_->rows()->count(), 0);
   EXPECT_THAT(page_->snapshots().scores(), IsEmpty());
   EXPECT_EQ(page_->exportNote(), "");
 }
@@ -51,14 +48,26 @@ TEST_F(TimelineViewModelTest, safeSnapshot_isToldWhole) {
   ScanSnapshot snapshot = makeSnapshot(true, 97);
   snapshot.status = HealthState::safe;
   snapshot.localAvailabilityScore = 84;
-  EXPECT_EQ(rowOf(snapshot), "6:21:00 PM|Nov 15, 6:21 PM|Score 97|Local 84|0 blockers|Safe|safe");
+  const ScanRow row = rowOf(snapshot);
+  EXPECT_EQ(row.time, "6:21:00 PM");
+  EXPECT_EQ(row.date, "Nov 15, 6:21 PM");
+  EXPECT_EQ(row.score, "Score 97");
+  EXPECT_EQ(row.local, "Local 84");
+  EXPECT_EQ(row.blockers, "0 blockers");
+  EXPECT_EQ(row.verdict, "Safe");
+  EXPECT_EQ(row.tone, Tone::Good);
 }
 
 TEST_F(TimelineViewModelTest, safeSnapshot_withBlockers_isStillSafe) {
   ScanSnapshot snapshot = makeSnapshot(true, 97);
   snapshot.blockerCount = 3;
   snapshot.topBlockerReason = BlockerReason::notDownloaded;
-  EXPECT_EQ(rowOf(snapshot), "6:21:00 PM|Nov 15, 6:21 PM|Score 97|Local -|3 blockers|Safe|warning");
+  const ScanRow row = rowOf(snapshot);
+  EXPECT_EQ(row.score, "Score 97");
+  EXPECT_EQ(row.local, "Local -");
+  EXPECT_EQ(row.blockers, "3 blockers");
+  EXPECT_EQ(row.verdict, "Safe");
+  EXPECT_EQ(row.tone, Tone::Caution);
 }
 
 TEST_F(TimelineViewModelTest, unsafeSnapshot_isNamedByItsReason) {
@@ -67,18 +76,28 @@ TEST_F(TimelineViewModelTest, unsafeSnapshot_isNamedByItsReason) {
   snapshot.localAvailabilityScore = 0;
   snapshot.blockerCount = 1;
   snapshot.topBlockerReason = BlockerReason::notUploaded;
-  EXPECT_EQ(rowOf(snapshot), "6:21:00 PM|Nov 15, 6:21 PM|Score 40|Local 0|1 blocker|Not Uploaded|danger");
+  const ScanRow row = rowOf(snapshot);
+  EXPECT_EQ(row.score, "Score 40");
+  EXPECT_EQ(row.local, "Local 0");
+  EXPECT_EQ(row.blockers, "1 blocker");
+  EXPECT_EQ(row.verdict, "Not Uploaded");
+  EXPECT_EQ(row.tone, Tone::Critical);
 }
 
 TEST_F(TimelineViewModelTest, unsafeSnapshot_withoutAReason_isUnsafe) {
-  EXPECT_EQ(rowOf(makeSnapshot(false, 40)), "6:21:00 PM|Nov 15, 6:21 PM|Score 40|Local -|0 blockers|Unsafe|warning");
+  const ScanRow row = rowOf(makeSnapshot(false, 40));
+  EXPECT_EQ(row.score, "Score 40");
+  EXPECT_EQ(row.local, "Local -");
+  EXPECT_EQ(row.blockers, "0 blockers");
+  EXPECT_EQ(row.verdict, "Unsafe");
+  EXPECT_EQ(row.tone, Tone::Caution);
 }
 
 TEST_F(TimelineViewModelTest, longHistory_showsTheEightNewestAndChartsTwoHundred) {
   publish(makeSnapshots(201));
-  ASSERT_THAT(texts(*page_->rows()), SizeIs(8));
-  EXPECT_THAT(texts(*page_->rows())[0], testing::HasSubstr("|Score 0|"));
-  EXPECT_THAT(texts(*page_->rows())[7], testing::HasSubstr("|Score 7|"));
+  ASSERT_EQ(page_->rows()->count(), 8);
+  EXPECT_EQ(page_->rows()->row(0).score, "Score 0");
+  EXPECT_EQ(page_->rows()->row(7).score, "Score 7");
   EXPECT_THAT(page_->snapshots().scores(), SizeIs(200));
   EXPECT_FALSE(page_->isEmpty());
 }
@@ -125,7 +144,7 @@ TEST_F(TimelineViewModelTest, scan_thatCouldNotBeSaved_isTold) {
   page_->rescan();
   executor_.runAll();
   catchUp();
-  EXPECT_THAT(texts(*page_->rows()), SizeIs(1));
+  EXPECT_EQ(page_->rows()->count(), 1);
   EXPECT_EQ(page_->saveFailure(), "The scan history could not be saved: No space left on device");
 }
 

@@ -1,5 +1,6 @@
 #include "coordinator/WebPages.h"
 #include "tests/ui/PageFixture.h"
+#include "tests/ui/RowSignals.h"
 #include "tests/ui/Rows.h"
 #include "ui/viewmodels/ToolsViewModel.h"
 
@@ -49,17 +50,8 @@ class ToolsViewModelTest : public PageTest {
     task();
     executor_.runAll();
   }
-  static std::string value(ToolsViewModel& page, int row, const QByteArray& role) {
-    const RowListModel& tools = *page.tools();
-    return tools.data(tools.index(row), tools.roleNames().key(role)).toString().toStdString();
-  }
-  static std::vector<std::string> values(ToolsViewModel& page, const QByteArray& role) {
-    std::vector<std::string> all;
-    for (int row = 0; row < page.tools()->rowCount(); ++row) {
-      all.push_back(value(page, row, role));
-    }
-    return all;
-  }
+  static ToolRow row(ToolsViewModel& page, int row) { return page.tools()->row(row); }
+  static std::vector<QString> states(ToolsViewModel& page) { return fieldsOf(*page.tools(), &ToolRow::state); }
   static CommandLine brewInstall(const std::string& formula) { return {kBrew, "install", formula}; }
   std::vector<CommandLine> brewRuns() const {
     std::vector<CommandLine> runs;
@@ -79,17 +71,18 @@ class ToolsViewModelTest : public PageTest {
 TEST_F(ToolsViewModelTest, catalogue_isShownInItsOrder) {
   const auto page = openTools();
   EXPECT_EQ(page->availableText(), "11 tools available");
-  EXPECT_THAT(values(*page, "name"), ElementsAre("osx-cpu-temp", "smartmontools", "iperf3", "ifstat", "mtr",
-                                                 "speedtest-cli", "htop", "btop", "fswatch", "jq", "lnav"));
-  EXPECT_EQ(value(*page, kSmartmontools, "purpose"), "Reads SMART storage health details.");
-  EXPECT_EQ(value(*page, kSmartmontools, "unlocks"), "Deeper disk risk diagnostics in Storage tab.");
-  EXPECT_EQ(value(*page, kSmartmontools, "installCommand"), "brew install smartmontools");
-  EXPECT_THAT(values(*page, "status"), Each(""));
+  EXPECT_THAT(fieldsOf(*page->tools(), &ToolRow::name),
+              ElementsAre("osx-cpu-temp", "smartmontools", "iperf3", "ifstat", "mtr", "speedtest-cli", "htop", "btop",
+                          "fswatch", "jq", "lnav"));
+  EXPECT_EQ(row(*page, kSmartmontools).purpose, "Reads SMART storage health details.");
+  EXPECT_EQ(row(*page, kSmartmontools).unlocks, "Deeper disk risk diagnostics in Storage tab.");
+  EXPECT_EQ(row(*page, kSmartmontools).installCommand, "brew install smartmontools");
+  EXPECT_THAT(fieldsOf(*page->tools(), &ToolRow::status), Each(""));
 }
 
 TEST_F(ToolsViewModelTest, beforeTheFirstDetection_allAreBeingChecked) {
   const auto page = openTools();
-  EXPECT_THAT(values(*page, "state"), Each("Checking"));
+  EXPECT_THAT(states(*page), Each("Checking"));
   EXPECT_EQ(page->installedCount(), 0U);
   EXPECT_EQ(page->installedText(), "0 installed");
 }
@@ -97,9 +90,9 @@ TEST_F(ToolsViewModelTest, beforeTheFirstDetection_allAreBeingChecked) {
 TEST_F(ToolsViewModelTest, detection_knowsAToolByItsCommand) {
   commands_.makeExecutable("/usr/local/bin/smartctl");
   const auto page = openDetected();
-  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Installed");
-  EXPECT_EQ(value(*page, kSmartmontools, "stateLevel"), "ok");
-  EXPECT_EQ(value(*page, kIperf, "state"), "Not Installed");
+  EXPECT_EQ(row(*page, kSmartmontools).state, "Installed");
+  EXPECT_EQ(row(*page, kSmartmontools).tone, Tone::Good);
+  EXPECT_EQ(row(*page, kIperf).state, "Not Installed");
   // The healthy Mac has a thermometer.
   EXPECT_EQ(page->installedText(), "2 installed");
 }
@@ -108,43 +101,43 @@ TEST_F(ToolsViewModelTest, detection_withAnEmptyPath_looksIntoTheUsualFolders) {
   system_.facts.environment["PATH"] = "";
   commands_.makeExecutable("/opt/homebrew/bin/jq");
   const auto page = openDetected();
-  EXPECT_THAT(values(*page, "state"), testing::Contains("Installed").Times(2));
+  EXPECT_THAT(states(*page), testing::Contains("Installed").Times(2));
 }
 
 TEST_F(ToolsViewModelTest, copy_putsTheCommandOnTheClipboard) {
   const auto page = openDetected();
   page->copyInstallCommand(kSmartmontools);
   EXPECT_EQ(clipboard_.text, "brew install smartmontools");
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Command copied");
-  EXPECT_EQ(value(*page, kIperf, "status"), "");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Command copied");
+  EXPECT_EQ(row(*page, kIperf).status, "");
 }
 
 TEST_F(ToolsViewModelTest, install_isToldFromItsBeginningToItsEnd) {
   commands_.answer(brewInstall("smartmontools"), "");
   const auto page = openDetected();
   page->install(kSmartmontools);
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Installing...");
-  EXPECT_EQ(value(*page, kSmartmontools, "isInstalling"), "true");
-  EXPECT_EQ(value(*page, kSmartmontools, "canInstall"), "false");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Installing...");
+  EXPECT_TRUE(row(*page, kSmartmontools).isInstalling);
+  EXPECT_FALSE(row(*page, kSmartmontools).canInstall);
   commands_.makeExecutable("/opt/homebrew/bin/smartctl");
   runBackground();
   EXPECT_THAT(brewRuns(), ElementsAre(brewInstall("smartmontools")));
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install complete");
-  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Installed");
-  EXPECT_EQ(value(*page, kSmartmontools, "canInstall"), "true");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Install complete");
+  EXPECT_EQ(row(*page, kSmartmontools).state, "Installed");
+  EXPECT_TRUE(row(*page, kSmartmontools).canInstall);
 }
 
 TEST_F(ToolsViewModelTest, install_thatFailsOrCannotBegin_saysSo) {
   const auto page = openDetected();
   page->install(kSmartmontools);
   runBackground();
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install failed");
-  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Not Installed");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Install failed");
+  EXPECT_EQ(row(*page, kSmartmontools).state, "Not Installed");
   commands_.answer(brewInstall("smartmontools"), {1, ""});
   page->install(kSmartmontools);
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Installing...");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Installing...");
   runBackground();
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install failed");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Install failed");
   EXPECT_THAT(brewRuns(), SizeIs(2));
 }
 
@@ -153,8 +146,8 @@ TEST_F(ToolsViewModelTest, install_withoutItsCommandAfterwards_isCompleteButNotI
   const auto page = openDetected();
   page->install(kIperf);
   runBackground();
-  EXPECT_EQ(value(*page, kIperf, "status"), "Install complete");
-  EXPECT_EQ(value(*page, kIperf, "state"), "Not Installed");
+  EXPECT_EQ(row(*page, kIperf).status, "Install complete");
+  EXPECT_EQ(row(*page, kIperf).state, "Not Installed");
 }
 
 TEST_F(ToolsViewModelTest, installs_ofDifferentTools_areUnderWayTogetherAndEndInAnyOrder) {
@@ -165,10 +158,10 @@ TEST_F(ToolsViewModelTest, installs_ofDifferentTools_areUnderWayTogetherAndEndIn
   ASSERT_THAT(background_, SizeIs(2));
   std::swap(background_[0], background_[1]);
   runBackground();
-  EXPECT_EQ(value(*page, kIperf, "status"), "Install complete");
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Installing...");
+  EXPECT_EQ(row(*page, kIperf).status, "Install complete");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Installing...");
   runBackground();
-  EXPECT_EQ(value(*page, kSmartmontools, "status"), "Install failed");
+  EXPECT_EQ(row(*page, kSmartmontools).status, "Install failed");
 }
 
 TEST_F(ToolsViewModelTest, install_ofAToolUnderWay_isNotStartedTwice) {
@@ -177,9 +170,9 @@ TEST_F(ToolsViewModelTest, install_ofAToolUnderWay_isNotStartedTwice) {
   page->copyInstallCommand(kIperf);
   page->install(kIperf);
   EXPECT_THAT(background_, SizeIs(1));
-  EXPECT_EQ(value(*page, kIperf, "status"), "Command copied");
+  EXPECT_EQ(row(*page, kIperf).status, "Command copied");
   runBackground();
-  EXPECT_EQ(value(*page, kIperf, "status"), "Install failed");
+  EXPECT_EQ(row(*page, kIperf).status, "Install failed");
 }
 
 TEST_F(ToolsViewModelTest, install_duringDetection_isKnownBeforeIt) {
@@ -189,10 +182,10 @@ TEST_F(ToolsViewModelTest, install_duringDetection_isKnownBeforeIt) {
   std::swap(background_[0], background_[1]);
   commands_.makeExecutable("/opt/homebrew/bin/iperf3");
   runBackground();
-  EXPECT_EQ(value(*page, kIperf, "state"), "Installed");
-  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Checking");
+  EXPECT_EQ(row(*page, kIperf).state, "Installed");
+  EXPECT_EQ(row(*page, kSmartmontools).state, "Checking");
   runBackground();
-  EXPECT_EQ(value(*page, kSmartmontools, "state"), "Not Installed");
+  EXPECT_EQ(row(*page, kSmartmontools).state, "Not Installed");
 }
 
 TEST_F(ToolsViewModelTest, pageClosed_duringDetectionAndInstall_bothComeToNothing) {
@@ -238,11 +231,11 @@ TEST_F(ToolsViewModelTest, rowsThatAreNone_doNothing) {
 TEST_F(ToolsViewModelTest, refresh_changesNoRow) {
   const auto page = openDetected();
   page->copyInstallCommand(kIperf);
-  const RowChanges changes(*page->tools());
+  const RowSignals changes(*page->tools());
   page->rescan();
   executor_.runAll();
   catchUp();
-  EXPECT_EQ(changes.count(), 0);
+  EXPECT_EQ(changes.total(), 0);
 }
 
 class ToolsWithoutHomebrewTest : public ToolsViewModelTest {
@@ -253,10 +246,10 @@ class ToolsWithoutHomebrewTest : public ToolsViewModelTest {
 TEST_F(ToolsWithoutHomebrewTest, install_doesNothing) {
   const auto page = openDetected();
   EXPECT_FALSE(page->hasHomebrew());
-  EXPECT_THAT(values(*page, "canInstall"), Each("false"));
+  EXPECT_THAT(fieldsOf(*page->tools(), &ToolRow::canInstall), Each(false));
   page->install(kIperf);
   EXPECT_THAT(background_, IsEmpty());
-  EXPECT_EQ(value(*page, kIperf, "status"), "");
+  EXPECT_EQ(row(*page, kIperf).status, "");
 }
 
 TEST_F(ToolsWithoutHomebrewTest, homebrewPage_opensInTheBrowser) {
@@ -271,7 +264,7 @@ TEST_F(ToolsWithoutHomebrewTest, homebrewThatCame_isSeenAtTheNextRefresh) {
   executor_.runAll();
   catchUp();
   EXPECT_TRUE(page->hasHomebrew());
-  EXPECT_THAT(values(*page, "canInstall"), Each("true"));
+  EXPECT_THAT(fieldsOf(*page->tools(), &ToolRow::canInstall), Each(true));
 }
 
 }  // namespace

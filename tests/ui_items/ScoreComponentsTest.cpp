@@ -45,13 +45,13 @@ class ScoreComponentsTest : public ApplicationTest {
 };
 
 TEST_F(ScoreComponentsTest, dial_beginsAtItsScore) {
-  load("ScoreDialView { score: 92; status: 'safe' }");
+  load("ScoreDialView { score: 92; tone: Tone.Good }");
   EXPECT_EQ(number(), "92");
   EXPECT_EQ(accessible(QAccessible::Name), "Upload Trust 92");
 }
 
 TEST_F(ScoreComponentsTest, dialWithANewScore_saysItAtOnceAndMovesThere) {
-  load("ScoreDialView { score: 90; status: 'safe'; caption: 'Local Availability' }");
+  load("ScoreDialView { score: 90; tone: Tone.Good; caption: 'Local Availability' }");
   object_->setProperty("score", 10);
   EXPECT_EQ(accessible(QAccessible::Name), "Local Availability 10");
   EXPECT_EQ(number(), "90");
@@ -64,13 +64,13 @@ TEST_F(ScoreComponentsTest, dialWithANewScore_saysItAtOnceAndMovesThere) {
 }
 
 TEST_F(ScoreComponentsTest, dialWithMotionOff_jumps) {
-  load("ScoreDialView { score: 90; status: 'safe'; motionEnabled: false }");
+  load("ScoreDialView { score: 90; tone: Tone.Good; motionEnabled: false }");
   object_->setProperty("score", 10);
   EXPECT_EQ(number(), "10");
 }
 
 TEST_F(ScoreComponentsTest, dial_isAsLargeAsItIsToldTo) {
-  load("ScoreDialView { score: 1; status: 'danger'; dialSize: 120; strokeWidth: 10; shadowRadius: 9 }");
+  load("ScoreDialView { score: 1; tone: Tone.Critical; dialSize: 120; strokeWidth: 10; shadowRadius: 9 }");
   const auto* dial = qobject_cast<QQuickItem*>(object_.get());
   EXPECT_EQ(dial->implicitWidth(), 120);
   EXPECT_EQ(dial->implicitHeight(), 120);

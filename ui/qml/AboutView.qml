@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// What this program is and which build of it, as a sheet over the window.
+// A sheet over the window that names the program and its build.
 Sheet {
     id: about
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// The whole picture on one page. The order of the cards is that of reading and of the Tab key in either arrangement.
+// The whole picture on one page. Reading and the Tab key follow the order of the cards, in one column and in two.
 PremiumTabScaffold {
     id: page
 
@@ -25,7 +25,7 @@ PremiumTabScaffold {
     TrustCard {
         context: page.context
     }
-    // Right below the scores, whose names are what one looks up first.
+    // Right below the scores, since users look up their names first.
     Repeater {
         model: page.settings.showTerminologyOnDashboard ? 1 : 0
 

@@ -32,13 +32,11 @@ PremiumTabScaffold {
                 value: diagnostics.lastUpdated
                 isMonospaced: true
             }
-            BusySpinner {
-                visible: diagnostics.isScanning
-            }
-            ActionButton {
-                text: "Rescan"
-                description: diagnostics.isScanning ? "A scan is running" : ""
+            RescanButton {
+                symbolName: ""
+                isScanning: diagnostics.isScanning
                 onClicked: diagnostics.rescan()
+                Layout.fillWidth: false
             }
         }
     }
@@ -51,8 +49,8 @@ PremiumTabScaffold {
 
             required property string title
             required property string detail
-            required property string severityTitle
-            required property string severityLevel
+            required property string severity
+            required property int tone
 
             heading: title
 
@@ -61,8 +59,8 @@ PremiumTabScaffold {
                 Layout.fillWidth: true
 
                 StatusBadge {
-                    text: card.severityTitle
-                    tint: Theme.severityColor(card.severityLevel)
+                    text: card.severity
+                    tone: card.tone
                     Layout.alignment: Qt.AlignTop
                     // Badges of different words leave the titles in one line.
                     Layout.minimumWidth: 68

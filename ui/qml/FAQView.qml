@@ -11,11 +11,11 @@ PremiumTabScaffold {
     subtitle: "Clear answers for trust, scoring, and safety decisions."
 
     FAQModel {
-        id: questions
+        id: faq
     }
 
     Repeater {
-        model: questions
+        model: faq.questions
 
         PremiumCard {
             id: card
@@ -31,7 +31,7 @@ PremiumTabScaffold {
                 title: card.question
                 body: card.answer
                 isExpanded: card.expanded
-                onToggled: questions.toggle(card.index)
+                onToggled: faq.toggle(card.index)
                 Layout.fillWidth: true
             }
         }

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// The page of the problems that diagnostics found, now and before.
+// The page of the problems that diagnostics found.
 PremiumTabList {
     id: page
 
@@ -13,11 +13,16 @@ PremiumTabList {
     title: "Incident Center"
     subtitle: "Persistent risk history with recurrence tracking and guardrail notifications."
     model: center.incidents
-    lastControl: rescan
+    lastControl: rescan.control
 
     IncidentCenterViewModel {
         id: center
         context: page.context
+    }
+
+    component Fact: AppLabel {
+        font.pixelSize: Theme.captionSize
+        color: Theme.dimmedText
     }
 
     PremiumCard {
@@ -30,19 +35,19 @@ PremiumTabList {
             MetricPill {
                 title: "Active"
                 value: center.activeCount
-                tint: Theme.orange
+                tone: Tone.Warning
                 valueSize: Theme.countSize
             }
             MetricPill {
                 title: "Resolved"
                 value: center.resolvedCount
-                tint: Theme.green
+                tone: Tone.Good
                 valueSize: Theme.countSize
             }
             MetricPill {
                 title: "Recurring"
                 value: center.recurringCount
-                tint: Theme.red
+                tone: Tone.Critical
                 valueSize: Theme.countSize
             }
             ColumnLayout {
@@ -73,12 +78,8 @@ PremiumTabList {
                 }
             }
         }
-        AppText {
+        WarningText {
             text: center.saveFailure
-            visible: text.length > 0
-            font.pixelSize: Theme.subheadlineSize
-            color: Theme.orange
-            Layout.fillWidth: true
         }
     }
 
@@ -96,8 +97,7 @@ PremiumTabList {
             }
             SegmentedControl {
                 label: "Scope"
-                titles: center.scopeTitles
-                values: center.scopes
+                choices: center.scopes
                 value: center.scope
                 onChosen: value => center.scope = value
             }
@@ -109,23 +109,19 @@ PremiumTabList {
             }
             SegmentedControl {
                 label: "Severity"
-                titles: center.severityFilterTitles
-                values: center.severityFilters
+                choices: center.severityFilters
                 value: center.severityFilter
                 onChosen: value => center.severityFilter = value
             }
             Item {
                 Layout.fillWidth: true
             }
-            BusySpinner {
-                visible: center.isScanning
-            }
-            ActionButton {
+            RescanButton {
                 id: rescan
-                text: "Rescan"
-                description: center.isScanning ? "A scan is running" : ""
+                symbolName: ""
+                isScanning: center.isScanning
                 onClicked: center.rescan()
-                Keys.onTabPressed: event => event.accepted = page.focusRow(0, Qt.TabFocusReason)
+                Layout.fillWidth: false
             }
         }
     }
@@ -145,11 +141,11 @@ PremiumTabList {
 
         required property string title
         required property string detail
-        required property string severitySymbol
-        required property string severityLevel
-        required property string severityTitle
+        required property string symbol
+        required property string severity
+        required property int tone
         required property string state
-        required property string stateLevel
+        required property int stateTone
         required property string domain
         required property string occurrences
         required property string firstSeen
@@ -166,8 +162,8 @@ PremiumTabList {
             Layout.fillWidth: true
 
             Symbol {
-                name: row.severitySymbol
-                color: Theme.severityColor(row.severityLevel)
+                name: row.symbol
+                color: Tone.color(row.tone)
                 size: 20
                 Layout.alignment: Qt.AlignTop
             }
@@ -180,22 +176,23 @@ PremiumTabList {
                     text: row.title
                     font.weight: Font.DemiBold
                     Layout.fillWidth: true
-                    Accessible.description: row.severityTitle
+                    Accessible.description: row.severity
                 }
                 Flow {
                     spacing: Theme.cardSpacing
                     Layout.fillWidth: true
 
-                    Repeater {
-                        model: [row.domain, row.occurrences, row.firstSeen, row.lastSeen]
-
-                        AppLabel {
-                            required property string modelData
-
-                            text: modelData
-                            font.pixelSize: Theme.captionSize
-                            color: Theme.dimmedText
-                        }
+                    Fact {
+                        text: row.domain
+                    }
+                    Fact {
+                        text: row.occurrences
+                    }
+                    Fact {
+                        text: row.firstSeen
+                    }
+                    Fact {
+                        text: row.lastSeen
                     }
                 }
                 AppText {
@@ -211,7 +208,7 @@ PremiumTabList {
 
                 StatusBadge {
                     text: row.state
-                    tint: Theme.severityColor(row.stateLevel)
+                    tone: row.stateTone
                     Layout.alignment: Qt.AlignRight
                 }
                 ActionButton {

@@ -53,7 +53,7 @@ Item {
                     }
                 }
 
-                // Which page is open stays in sight.
+                // Keeps the chosen tab in sight.
                 function revealChosen() {
                     contentX = Math.max(0, Math.min(contentX, contentWidth - width));
                     if (extraTabs.isChosen) {
@@ -76,14 +76,16 @@ Item {
                         model: shell.viewModel.primaryTabs
 
                         TabButton {
-                            required property var modelData
+                            required property string name
+                            required property string title
+                            required property string symbol
 
-                            text: modelData.title
-                            symbolName: modelData.symbol
-                            isChosen: shell.viewModel.selectedTab === modelData.id
+                            text: title
+                            symbolName: symbol
+                            isChosen: shell.viewModel.selectedTab === name
                             isCompact: shell.width < Theme.wideWidth
                             anchors.verticalCenter: parent.verticalCenter
-                            onClicked: shell.viewModel.selectedTab = modelData.id
+                            onClicked: shell.viewModel.selectedTab = name
                             onIsChosenChanged: if (isChosen) tabs.reveal(this)
                             onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
                         }
@@ -92,10 +94,10 @@ Item {
                         id: extraTabs
                         text: shell.viewModel.extraTabsLabel
                         entries: shell.viewModel.extraTabs
-                        chosen: shell.viewModel.selectedTab
-                        isChosen: entries.some(tab => tab.id === extraTabs.chosen)
+                        chosenIndex: shell.viewModel.extraTabs.indexOf(shell.viewModel.selectedTab)
+                        isChosen: chosenIndex >= 0
                         anchors.verticalCenter: parent.verticalCenter
-                        onPicked: id => shell.viewModel.selectedTab = id
+                        onPicked: name => shell.viewModel.selectedTab = name
                         onActiveFocusChanged: if (activeFocus) tabs.reveal(this)
                     }
                 }
@@ -121,14 +123,10 @@ Item {
                 description: "Copies the version"
                 onClicked: shell.viewModel.copyBuild()
             }
-            ActionButton {
-                text: "Rescan"
-                symbolName: "arrow.clockwise"
-                description: shell.viewModel.isScanning ? "A scan is running" : ""
+            RescanButton {
+                isScanning: shell.viewModel.isScanning
                 onClicked: shell.viewModel.rescan()
-            }
-            BusySpinner {
-                visible: shell.viewModel.isScanning
+                Layout.fillWidth: false
             }
         }
 
@@ -137,7 +135,7 @@ Item {
 
         PageSlot {
             focus: true
-            page: shell.pages[shell.viewModel.selectedTab] ?? plainPage
+            page: shell.pages[shell.viewModel.selectedTab]
             Layout.fillWidth: true
             Layout.fillHeight: true
         }
@@ -243,14 +241,6 @@ Item {
         id: toolsPage
         ToolsView {
             context: shell.context
-        }
-    }
-    Component {
-        id: plainPage
-        PremiumTabScaffold {
-            readonly property var heading: shell.viewModel.pageHeading(shell.viewModel.selectedTab)
-            title: heading.title
-            subtitle: heading.subtitle
         }
     }
 }

@@ -22,11 +22,11 @@ ApplicationWindow {
     minimumHeight: 700
     color: Theme.liquidBottom
 
-    // Made when it is first wanted, since it takes longer than the tab bar.
+    // Made at their first use, since they take longer than the tab bar.
     property var guide: null
     property var about: null
 
-    // The text that had the keyboard last: a menu that opens takes the keyboard, and leaves the selection.
+    // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
     readonly property bool canCopy: (text?.selectedText ?? "") !== ""
     onActiveFocusItemChanged: if (activeFocusItem instanceof TextEdit) text = activeFocusItem as TextEdit
@@ -38,11 +38,6 @@ ApplicationWindow {
     function showAbout() {
         about = about ?? aboutComponent.createObject(contentItem);
         about.open();
-    }
-
-    // Without types: Qt 6.4 hands no colour over to C++ from a function that has them.
-    function stateColor(state) {
-        return Theme.stateColor(state);
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -77,7 +72,7 @@ ApplicationWindow {
         }
     }
 
-    // A sheet over the window has the key that closes the window.
+    // An open sheet takes the key that closes the window.
     CommandState {
         command: "closeWindow"
         isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
@@ -129,12 +124,12 @@ ApplicationWindow {
 
         Item {
             id: tab
-            required property var modelData
             required property int index
+            required property string name
 
             Shortcut {
                 sequence: "Ctrl+" + (tab.index + 1)
-                onActivated: window.shell.selectedTab = tab.modelData.id
+                onActivated: window.shell.selectedTab = tab.name
             }
         }
     }

@@ -14,15 +14,14 @@ Window {
     title: "Cirrovane"
     width: 380
     height: Math.min(availableHeight, flickable.contentHeight)
-    // A Mac hides a window of this kind while another application is the active one, unless it has this property when it
-    // is made.
+    // A Mac hides a tool window of an inactive application, unless the window is made with this property.
     readonly property bool _q_macAlwaysShowToolWindow: true
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     color: Theme.liquidBottom
 
     onVisibleChanged: if (visible) snapshot.appeared()
 
-    // The dialog takes the focus, and with it the panel goes: it comes back with how the export ended.
+    // The dialog takes the focus, which closes the panel. The panel comes back and says how the export ended.
     Connections {
         target: panel.snapshot
         function onExportEnded() {

@@ -12,7 +12,7 @@ ColumnLayout {
     signal exportRequested
     signal terminologyRequested
 
-    readonly property color stateColor: Theme.stateColor(snapshot.state)
+    readonly property color stateColor: Tone.color(snapshot.tone)
 
     component Caption: AppLabel {
         font.pixelSize: Theme.captionSize

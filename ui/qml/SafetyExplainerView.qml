@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// The page that says why the verdict is what it is.
+// The page that explains the verdict.
 PremiumTabScaffold {
     id: page
 
@@ -27,7 +27,7 @@ PremiumTabScaffold {
             text: explainer.verdict
             font.pixelSize: Theme.verdictSize
             font.weight: Font.Black
-            color: Theme.stateColor(explainer.verdictState)
+            color: Tone.color(explainer.verdictTone)
             Layout.fillWidth: true
             Accessible.description: explainer.verdictNote
         }
@@ -53,24 +53,13 @@ PremiumTabScaffold {
     }
 
     PremiumCard {
+        id: checklist
+
         heading: "Checklist"
 
-        RowLayout {
-            spacing: Theme.rowSpacing
-            Layout.fillWidth: true
-
-            AppText {
-                text: "Checklist"
-                font.pixelSize: Theme.headingSize
-                font.weight: Font.DemiBold
-                Layout.fillWidth: true
-                Accessible.role: Accessible.Heading
-            }
-            AppText {
-                text: "All must pass"
-                font.pixelSize: Theme.captionSize
-                color: Theme.dimmedText
-            }
+        CardHeading {
+            heading: checklist.heading
+            note: "All must pass"
         }
 
         Repeater {
@@ -82,7 +71,7 @@ PremiumTabScaffold {
                 required property string title
                 required property string detail
                 required property string symbol
-                required property string level
+                required property int tone
                 required property string state
 
                 spacing: Theme.cardSpacing
@@ -90,7 +79,7 @@ PremiumTabScaffold {
 
                 Symbol {
                     name: criterion.symbol
-                    color: Theme.severityColor(criterion.level)
+                    color: Tone.color(criterion.tone)
                     size: 20
                     Layout.alignment: Qt.AlignTop
                 }

@@ -21,7 +21,7 @@ PremiumTabScaffold {
     component Rows: ColumnLayout {
         id: rows
 
-        required property RowListModel values
+        required property ListModelBase values
 
         spacing: Theme.rowSpacing
         Layout.fillWidth: true
@@ -46,18 +46,17 @@ PremiumTabScaffold {
                 value: status.capturedAt
                 isMonospaced: true
             }
-            BusySpinner {
-                visible: status.isScanning
-            }
-            ActionButton {
+            RescanButton {
                 text: "Refresh"
-                description: status.isScanning ? "A scan is running" : ""
+                symbolName: ""
+                isScanning: status.isScanning
                 onClicked: status.rescan()
+                Layout.fillWidth: false
             }
         }
     }
 
-    // Two cards in a row where there is room for them.
+    // A wide page has two cards in a row.
     GridLayout {
         columns: page.isWide ? 2 : 1
         columnSpacing: Theme.pageSpacing
@@ -85,7 +84,7 @@ PremiumTabScaffold {
                 label: "Memory"
                 ratio: status.memoryUsageRatio
                 valueText: status.memoryUsageText
-                tint: Theme.severityColor(status.memoryUsageLevel)
+                tone: status.memoryUsageTone
             }
             Rows {
                 values: status.memory

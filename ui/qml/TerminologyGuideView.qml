@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Cirrovane
 
-// Every term and what it means, as a sheet over the window.
+// A sheet over the window that explains every term.
 Sheet {
     id: guide
 
@@ -80,8 +80,9 @@ Sheet {
                     ColumnLayout {
                         id: section
 
-                        required property var modelData
                         required property int index
+                        required property string title
+                        required property ListModelBase terms
 
                         spacing: Theme.cardSpacing
                         Layout.fillWidth: true
@@ -90,30 +91,31 @@ Sheet {
                             visible: section.index > 0
                         }
                         AppText {
-                            text: section.modelData.title
+                            text: section.title
                             font.pixelSize: Theme.bodySize + 1
                             font.weight: Font.Bold
                             Layout.fillWidth: true
                             Accessible.role: Accessible.Heading
                         }
                         Repeater {
-                            model: section.modelData.terms
+                            model: section.terms
 
                             ColumnLayout {
-                                id: term
+                                id: row
 
-                                required property var modelData
+                                required property string term
+                                required property string explanation
 
                                 spacing: 2
                                 Layout.fillWidth: true
 
                                 AppText {
-                                    text: term.modelData.term
+                                    text: row.term
                                     font.weight: Font.DemiBold
                                     Layout.fillWidth: true
                                 }
                                 AppText {
-                                    text: term.modelData.explanation
+                                    text: row.explanation
                                     font.pixelSize: Theme.smallSize
                                     Layout.fillWidth: true
                                 }

@@ -51,11 +51,11 @@ PremiumTabScaffold {
 
         StatusBadge {
             text: catalogue.availableText
-            tint: Theme.severityColor("info")
+            tone: Tone.Info
         }
         StatusBadge {
             text: catalogue.installedText
-            tint: Theme.severityColor("ok")
+            tone: Tone.Good
         }
     }
 
@@ -67,15 +67,9 @@ PremiumTabScaffold {
             spacing: Theme.cardSpacing
             Layout.fillWidth: true
 
-            Symbol {
-                name: "exclamationmark.triangle.fill"
-                color: Theme.severityColor("warning")
-                size: 18
-            }
-            AppText {
+            WarningText {
                 text: "Homebrew not found. Install Homebrew first to use one-click installs."
-                font.pixelSize: Theme.subheadlineSize
-                Layout.fillWidth: true
+                role: Accessible.StaticText
             }
             ActionButton {
                 text: "Download Homebrew"
@@ -94,7 +88,7 @@ PremiumTabScaffold {
             required property int index
             required property string name
             required property string state
-            required property string stateLevel
+            required property int tone
             required property string purpose
             required property string unlocks
             required property string installCommand
@@ -119,7 +113,7 @@ PremiumTabScaffold {
                 }
                 StatusBadge {
                     text: card.state
-                    tint: Theme.severityColor(card.stateLevel)
+                    tone: card.tone
                 }
             }
             AppText {
@@ -159,7 +153,7 @@ PremiumTabScaffold {
                     enabled: card.canInstall
                     visible: !card.isInstalled
                     onClicked: {
-                        // It can do nothing until the install has ended, and would lose the focus.
+                        // The button is disabled during the install, and would lose the focus.
                         if (activeFocus) {
                             copy.forceActiveFocus(visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
                         }

@@ -5,7 +5,7 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Cirrovane
 
-// The commands of the application and its window, where the desktop has no bar of its own for them.
+// The menu bar in the window, for a desktop without a menu bar of its own.
 MenuBar {
     id: bar
 
@@ -18,22 +18,10 @@ MenuBar {
     delegate: BarItem {
     }
 
-    Component.onCompleted: {
-        for (const entry of commands.menus) {
-            const menu = menuComponent.createObject(bar, {
-                title: entry.title
-            });
-            for (const command of entry.actions) {
-                if (command) {
-                    menu.addAction(actionComponent.createObject(menu, {
-                        command: command
-                    }));
-                } else {
-                    menu.addItem(separatorComponent.createObject(menu.contentItem));
-                }
-            }
-            addMenu(menu);
-        }
+    Instantiator {
+        model: bar.commands.menus
+        delegate: menuComponent
+        onObjectAdded: (index, menu) => bar.insertMenu(index, menu)
     }
 
     Component {
@@ -84,6 +72,25 @@ MenuBar {
 
     component AppMenu: Menu {
         id: menu
+
+        required title
+        required property ListModelBase commands
+
+        Instantiator {
+            model: menu.commands
+            delegate: QtObject {
+                required property var action
+            }
+            onObjectAdded: (index, row) => {
+                if (row.action) {
+                    menu.addAction(actionComponent.createObject(menu, {
+                        command: row.action
+                    }));
+                } else {
+                    menu.addItem(separatorComponent.createObject(menu.contentItem));
+                }
+            }
+        }
 
         delegate: CommandItem {
         }

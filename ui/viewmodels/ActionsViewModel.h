@@ -1,26 +1,42 @@
 #pragma once
 
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
 
 #include <QString>
 #include <QtQmlIntegration>
 
 namespace cirrovane {
 
+/// A next step in words.
+struct ActionRow {
+  Q_GADGET
+  Q_PROPERTY(QString rank MEMBER rank)
+  Q_PROPERTY(QString title MEMBER title)
+  Q_PROPERTY(QString detail MEMBER detail)
+
+ public:
+  /// "1."
+  QString rank;
+  QString title;
+  QString detail;
+
+  friend bool operator==(const ActionRow&, const ActionRow&) = default;
+  friend const QString& keyOf(const ActionRow& row) { return row.title; }
+};
+
 /// The next steps of the latest report, the least risky first.
 class ActionsViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
-  Q_PROPERTY(cirrovane::RowListModel* rows READ rows CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
   Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
 
  public:
-  explicit ActionsViewModel(QObject* parent = nullptr);
+  using PageViewModel::PageViewModel;
 
-  /// Each with a "rank" ("1."), a "title" and a "detail".
-  RowListModel* rows() { return &rows_; }
-  /// What stands in the place of the steps before a scan has found any; empty when there are some.
+  ListModel<ActionRow>* rows() { return &rows_; }
+  /// The report's summary while there are no steps; empty when there are some.
   const QString& emptyText() const { return emptyText_; }
 
  protected:
@@ -28,7 +44,7 @@ class ActionsViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
-  RowListModel rows_;
+  ListModel<ActionRow> rows_;
   QString emptyText_;
 };
 

@@ -17,6 +17,8 @@ AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPre
       motionEnabled_(userDefaults.choice(kMotionEnabledKey).value_or(true)),
       showTerminologyOnDashboard_(userDefaults.choice(kShowTerminologyOnDashboardKey).value_or(false)),
       notificationsEnabled_(userDefaults.choice(kGuardrailNotificationsEnabledKey).value_or(true)) {
+  visualStyles_.setRows({{.value = QStringLiteral("liquid"), .title = QStringLiteral("Liquid Glass")},
+                         {.value = QStringLiteral("classic"), .title = QStringLiteral("Classic")}});
   connect(this, &AppSettings::motionEnabledChanged, this, &AppSettings::motionAllowedChanged);
   if (motionPreference_ != nullptr) {
     motionPreference_->onChange([this] { emit motionAllowedChanged(); });
@@ -29,7 +31,7 @@ AppSettings::~AppSettings() {
   }
 }
 
-// A choice that could not be stored holds for as long as the application runs.
+// A choice that cannot be stored holds while the application runs.
 
 void AppSettings::setVisualStyle(const QString& style) {
   const bool isClassic = style == QLatin1String(kClassic);

@@ -2,6 +2,8 @@
 
 #include "platform/MotionPreference.h"
 #include "platform/UserDefaults.h"
+#include "ui/viewmodels/ChoiceRow.h"
+#include "ui/viewmodels/ListModel.h"
 
 #include <QObject>
 #include <QString>
@@ -9,12 +11,13 @@
 
 namespace cirrovane {
 
-/// The user's choices of look and notification. A change is stored at once, and seen by every surface.
+/// The user's choices of look and notification. The settings store a change at once and tell every surface.
 class AppSettings : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
   Q_PROPERTY(QString visualStyle READ visualStyle WRITE setVisualStyle NOTIFY visualStyleChanged)
+  Q_PROPERTY(cirrovane::ListModelBase* visualStyles READ visualStyles CONSTANT)
   Q_PROPERTY(bool isClassic READ isClassic NOTIFY visualStyleChanged)
   Q_PROPERTY(bool motionEnabled READ motionEnabled WRITE setMotionEnabled NOTIFY motionEnabledChanged)
   Q_PROPERTY(bool motionAllowed READ motionAllowed NOTIFY motionAllowedChanged)
@@ -24,16 +27,18 @@ class AppSettings : public QObject {
                  notificationsEnabledChanged)
 
  public:
-  /// What is given outlives the settings; without a preference, nobody asks the whole system for less motion.
+  /// `userDefaults` and `motionPreference` outlive the settings. Without a preference the system allows motion.
   explicit AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference = nullptr,
                        QObject* parent = nullptr);
   ~AppSettings() override;
 
   /// "liquid" or "classic"; a stored value that is neither counts as liquid.
   QString visualStyle() const { return isClassic_ ? QStringLiteral("classic") : QStringLiteral("liquid"); }
+  /// The values that visualStyle() can have.
+  ListModel<ChoiceRow>* visualStyles() { return &visualStyles_; }
   bool isClassic() const { return isClassic_; }
   bool motionEnabled() const { return motionEnabled_; }
-  /// Whether anything may move: the user wants it here, and has not asked the whole system for less of it.
+  /// Whether anything may move: the user allows it here, and the system allows it.
   bool motionAllowed() const {
     return motionEnabled_ && (motionPreference_ == nullptr || !motionPreference_->isReduced());
   }
@@ -55,6 +60,7 @@ class AppSettings : public QObject {
  private:
   UserDefaults& userDefaults_;
   MotionPreference* motionPreference_;
+  ListModel<ChoiceRow> visualStyles_;
   bool isClassic_;
   bool motionEnabled_;
   bool showTerminologyOnDashboard_;

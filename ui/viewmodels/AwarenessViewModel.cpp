@@ -8,42 +8,19 @@
 namespace cirrovane {
 namespace {
 
-struct Signal {
-  const char* symbol;
-  const char* severity;
-  const char* title;
-  QString text;
-  QString reason = {};
-  QString folder = {};
-  QString explanation = {};
-  QString date = {};
-  QString path = {};
-};
-
-/// The sign of a row that found nothing: a good one only after a scan.
-const char* allClearSymbol(bool isKnown) {
-  return isKnown ? "checkmark.circle.fill" : "ellipsis.circle";
+/// The sign of a row that found nothing. It is a good one only after a scan.
+QString allClearSymbol(bool isKnown) {
+  return isKnown ? QStringLiteral("checkmark.circle.fill") : QStringLiteral("ellipsis.circle");
 }
-const char* allClearSeverity(bool isKnown) {
-  return isKnown ? "ok" : "none";
-}
-
-/// The key outlives a change of the title, so that the row stays and only its words change.
-RowListModel::Row rowOf(const char* key, const Signal& signal) {
-  return {toQString(key),
-          {toQString(signal.symbol), toQString(signal.severity), toQString(signal.title), signal.text, signal.reason,
-           signal.folder, signal.explanation, signal.date, signal.path}};
+Tone allClearTone(bool isKnown) {
+  return isKnown ? Tone::Good : Tone::Neutral;
 }
 
 }  // namespace
 
-AwarenessViewModel::AwarenessViewModel(QObject* parent)
-    : PageViewModel(parent),
-      rows_({"symbol", "severity", "title", "text", "reason", "folder", "explanation", "date", "path"}) {}
-
 void AwarenessViewModel::begin() {
   coverageGapCount_ = dashboard().coverageGapCount();
-  // Counted once a report, and not at every update: the report may hold very many blockers.
+  // A report may hold very many blockers, so they are counted once a report.
   reportSubscription_ = dashboard().publishedReport().afterChange(
       [this](const Shared<SyncHealthReport>& report) { coverageGapCount_ = cirrovane::coverageGapCount(*report); });
   follow(dashboard().publishedReport());
@@ -57,77 +34,82 @@ void AwarenessViewModel::update() {
   rows_.setRows({coverageRow(), cloudOnlyRow(), failedRow(), safeRow()});
 }
 
-RowListModel::Row AwarenessViewModel::coverageRow() const {
+SignalRow AwarenessViewModel::coverageRow() const {
   if (coverageGapCount_ == 0) {
-    return rowOf("coverage", {.symbol = allClearSymbol(isKnown_),
-                              .severity = allClearSeverity(isKnown_),
-                              .title = "Coverage Gaps",
-                              .text = QStringLiteral("No watchlist coverage gaps detected.")});
+    return {.key = QStringLiteral("coverage"),
+            .symbol = allClearSymbol(isKnown_),
+            .tone = allClearTone(isKnown_),
+            .title = QStringLiteral("Coverage Gaps"),
+            .text = QStringLiteral("No watchlist coverage gaps detected.")};
   }
-  return rowOf(
-      "coverage",
-      {.symbol = "exclamationmark.triangle.fill",
-       .severity = "warning",
-       .title = "Coverage Gaps",
-       .text =
-           QStringLiteral("%1 items are outside iCloud or unavailable, so trust is reduced.").arg(coverageGapCount_)});
+  return {
+      .key = QStringLiteral("coverage"),
+      .symbol = QStringLiteral("exclamationmark.triangle.fill"),
+      .tone = Tone::Warning,
+      .title = QStringLiteral("Coverage Gaps"),
+      .text =
+          QStringLiteral("%1 items are outside iCloud or unavailable, so trust is reduced.").arg(coverageGapCount_)};
 }
 
-RowListModel::Row AwarenessViewModel::cloudOnlyRow() const {
+SignalRow AwarenessViewModel::cloudOnlyRow() const {
   const std::int64_t count = dashboard().report().metrics.notDownloaded;
   if (count == 0) {
-    return rowOf("cloudOnly", {.symbol = allClearSymbol(isKnown_),
-                               .severity = allClearSeverity(isKnown_),
-                               .title = "Cloud-Only Files",
-                               .text = QStringLiteral("No cloud-only files currently detected.")});
+    return {.key = QStringLiteral("cloudOnly"),
+            .symbol = allClearSymbol(isKnown_),
+            .tone = allClearTone(isKnown_),
+            .title = QStringLiteral("Cloud-Only Files"),
+            .text = QStringLiteral("No cloud-only files currently detected.")};
   }
-  return rowOf("cloudOnly",
-               {.symbol = "icloud.fill",
-                .severity = "info",
-                .title = "Cloud-Only Files",
-                .text = QStringLiteral("%1 files are cloud-only on this device. They can still be safely in iCloud, "
-                                       "but may be unavailable offline.")
-                            .arg(count)});
+  return {.key = QStringLiteral("cloudOnly"),
+          .symbol = QStringLiteral("icloud.fill"),
+          .tone = Tone::Info,
+          .title = QStringLiteral("Cloud-Only Files"),
+          .text = QStringLiteral("%1 files are cloud-only on this device. They can still be safely in iCloud, "
+                                 "but may be unavailable offline.")
+                      .arg(count)};
 }
 
-RowListModel::Row AwarenessViewModel::failedRow() const {
+SignalRow AwarenessViewModel::failedRow() const {
   const std::optional<ScanSnapshot> failed = dashboard().lastFailedSnapshot();
   if (!failed) {
-    return rowOf("failed",
-                 {.symbol = "info.circle.fill",
-                  .severity = "info",
-                  .title = "Last Scan Result",
-                  .text = QStringLiteral("No failed scans in history"),
-                  .explanation = QStringLiteral("This can mean stable sync, or simply not enough scan history yet.")});
+    return {.key = QStringLiteral("failed"),
+            .symbol = QStringLiteral("info.circle.fill"),
+            .tone = Tone::Info,
+            .title = QStringLiteral("Last Scan Result"),
+            .text = QStringLiteral("No failed scans in history"),
+            .explanation = QStringLiteral("This can mean stable sync, or simply not enough scan history yet.")};
   }
   const QString reason = topReasonTitle(*failed);
   const auto& folder = failed->topBlockerFolderName;
   const auto& path = failed->topBlockerFilePath;
   const QString noPath = QStringLiteral("Location unavailable because older snapshots did not capture file paths.");
-  return rowOf("failed", {.symbol = "xmark.octagon.fill",
-                          .severity = "error",
-                          .title = "Last Failed Sync",
-                          .text = verdictTimeText(*failed, context()->timeText()),
-                          .reason = reason.isEmpty() ? QString() : QStringLiteral("Reason: ") + reason,
-                          .folder = folder ? QStringLiteral("Folder: ") + toDisplay(*folder) : QString(),
-                          .explanation = path ? QString() : noPath,
-                          .date = toQString(context()->timeText().dayAndTime(failed->timestamp)),
-                          .path = path ? toDisplay(*path) : QString()});
+  return {.key = QStringLiteral("failed"),
+          .symbol = QStringLiteral("xmark.octagon.fill"),
+          .tone = Tone::Critical,
+          .title = QStringLiteral("Last Failed Sync"),
+          .text = verdictTimeText(*failed, context()->timeText()),
+          .reason = reason.isEmpty() ? QString() : QStringLiteral("Reason: ") + reason,
+          .folder = folder ? QStringLiteral("Folder: ") + toDisplay(*folder) : QString(),
+          .explanation = path ? QString() : noPath,
+          .date = toQString(context()->timeText().dayAndTime(failed->timestamp)),
+          .path = path ? toDisplay(*path) : QString()};
 }
 
-RowListModel::Row AwarenessViewModel::safeRow() const {
+SignalRow AwarenessViewModel::safeRow() const {
   const std::optional<ScanSnapshot> safe = dashboard().lastSafeSnapshot();
   if (!safe) {
-    return rowOf("safe", {.symbol = "info.circle.fill",
-                          .severity = "info",
-                          .title = "Last Confirmed Safe Scan",
-                          .text = QStringLiteral("None yet in current history.")});
+    return {.key = QStringLiteral("safe"),
+            .symbol = QStringLiteral("info.circle.fill"),
+            .tone = Tone::Info,
+            .title = QStringLiteral("Last Confirmed Safe Scan"),
+            .text = QStringLiteral("None yet in current history.")};
   }
-  return rowOf("safe", {.symbol = "checkmark.circle.fill",
-                        .severity = "ok",
-                        .title = "Last Confirmed Safe Scan",
-                        .text = verdictTimeText(*safe, context()->timeText()),
-                        .date = toQString(context()->timeText().dayAndTime(safe->timestamp))});
+  return {.key = QStringLiteral("safe"),
+          .symbol = QStringLiteral("checkmark.circle.fill"),
+          .tone = Tone::Good,
+          .title = QStringLiteral("Last Confirmed Safe Scan"),
+          .text = verdictTimeText(*safe, context()->timeText()),
+          .date = toQString(context()->timeText().dayAndTime(safe->timestamp))};
 }
 
 void AwarenessViewModel::revealLastFailed() {

@@ -7,19 +7,12 @@
 
 namespace cirrovane {
 
-QByteArrayList blockerRoles() {
-  return {"reason", "folderName", "path", "details"};
-}
-
-std::vector<RowListModel::Row> blockerRows(std::span<const SyncBlocker> blockers) {
-  std::vector<RowListModel::Row> rows;
-  for (const SyncBlocker& blocker : blockers) {
-    const QString path = toDisplay(blocker.filePath);
-    rows.push_back(
-        {toQString(rawValue(blocker.reason)) + path,
-         {toQString(displayTitle(blocker.reason)), toDisplay(blocker.folderName), path, toDisplay(blocker.details)}});
-  }
-  return rows;
+BlockerRow blockerRow(const SyncBlocker& blocker) {
+  return {.reason = toQString(displayTitle(blocker.reason)),
+          .folderName = toDisplay(blocker.folderName),
+          .path = toDisplay(blocker.filePath),
+          .details = toDisplay(blocker.details),
+          .filePath = blocker.filePath};
 }
 
 QString blockerLine(const SyncBlocker& blocker) {

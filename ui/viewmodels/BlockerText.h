@@ -1,21 +1,36 @@
 #pragma once
 
 #include "core/SyncBlocker.h"
-#include "ui/viewmodels/RowListModel.h"
 
-#include <QByteArrayList>
+#include <QMetaType>
 #include <QString>
-#include <span>
-#include <vector>
+#include <string>
 
 namespace cirrovane {
 
-/// The roles of a list of blockers: "reason", "folderName", "path" and "details".
-QByteArrayList blockerRoles();
-/// A row for each blocker, in their order.
-std::vector<RowListModel::Row> blockerRows(std::span<const SyncBlocker> blockers);
+/// A blocker in words.
+struct BlockerRow {
+  Q_GADGET
+  Q_PROPERTY(QString reason MEMBER reason)
+  Q_PROPERTY(QString folderName MEMBER folderName)
+  Q_PROPERTY(QString path MEMBER path)
+  Q_PROPERTY(QString details MEMBER details)
 
-/// Reason and file on one line: "Upload Stalled: invoice.pdf". A path without a last component stands whole.
+ public:
+  QString reason;
+  QString folderName;
+  QString path;
+  QString details;
+  /// The path as it is on the disk.
+  std::string filePath;
+
+  friend bool operator==(const BlockerRow&, const BlockerRow&) = default;
+  friend QString keyOf(const BlockerRow& row) { return row.reason + row.path; }
+};
+
+BlockerRow blockerRow(const SyncBlocker& blocker);
+
+/// Reason and file on one line: "Upload Stalled: invoice.pdf". A path without a last component is shown whole.
 QString blockerLine(const SyncBlocker& blocker);
 
 }  // namespace cirrovane

@@ -1,13 +1,11 @@
 #include "ui/viewmodels/BlockersViewModel.h"
 
-#include "ui/viewmodels/BlockerText.h"
-
 #include <algorithm>
 #include <span>
+#include <utility>
+#include <vector>
 
 namespace cirrovane {
-
-BlockersViewModel::BlockersViewModel(QObject* parent) : PageViewModel(parent), rows_(blockerRoles()) {}
 
 void BlockersViewModel::begin() {
   follow(dashboard().publishedReport());
@@ -19,11 +17,11 @@ void BlockersViewModel::update() {
   const std::span<const SyncBlocker> shown = all.first(std::min(kShown, all.size()));
   count_ = all.size();
   isKnown_ = dashboard().verdict().isKnown();
-  paths_.clear();
+  std::vector<BlockerRow> rows;
   for (const SyncBlocker& blocker : shown) {
-    paths_.push_back(blocker.filePath);
+    rows.push_back(blockerRow(blocker));
   }
-  rows_.setRows(blockerRows(shown));
+  rows_.setRows(std::move(rows));
 }
 
 QString BlockersViewModel::countText() const {
@@ -40,8 +38,8 @@ QString BlockersViewModel::emptySubtitle() const {
 }
 
 void BlockersViewModel::reveal(int row) {
-  if (row >= 0 && static_cast<std::size_t>(row) < paths_.size()) {
-    PageViewModel::reveal(paths_[static_cast<std::size_t>(row)]);
+  if (const BlockerRow* shown = rows_.find(row)) {
+    PageViewModel::reveal(shown->filePath);
   }
 }
 

@@ -1,17 +1,16 @@
 #pragma once
 
+#include "ui/viewmodels/BlockerText.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
 
 #include <QString>
 #include <QtQmlIntegration>
 #include <cstddef>
-#include <string>
-#include <vector>
 
 namespace cirrovane {
 
-/// The most serious blockers of the latest report. However many there are, only those that are shown are looked at.
+/// The most serious blockers of the latest report. It reads the first ones only, since there may be very many.
 class BlockersViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -19,21 +18,21 @@ class BlockersViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
   Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
   Q_PROPERTY(QString emptySubtitle READ emptySubtitle NOTIFY changed)
-  Q_PROPERTY(cirrovane::RowListModel* rows READ rows CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
 
  public:
   static constexpr std::size_t kShown = 5;
 
-  explicit BlockersViewModel(QObject* parent = nullptr);
+  using PageViewModel::PageViewModel;
 
-  /// Of all blockers: "8 total".
+  /// Counts all blockers: "8 total".
   QString countText() const;
   bool isEmpty() const { return count_ == 0; }
-  /// What stands in the place of no blockers: that there are none, or that nobody has looked yet.
+  /// Says that there are no blockers, or that no scan has ended yet.
   QString emptyTitle() const;
   QString emptySubtitle() const;
-  /// The first ones, in the report's order, with the roles of blockerRoles().
-  RowListModel* rows() { return &rows_; }
+  /// The first ones, in the report's order.
+  ListModel<BlockerRow>* rows() { return &rows_; }
 
   /// Shows a row's file in the file manager.
   Q_INVOKABLE void reveal(int row);
@@ -45,9 +44,7 @@ class BlockersViewModel : public cirrovane::PageViewModel {
  private:
   std::size_t count_ = 0;
   bool isKnown_ = false;
-  /// Of the rows, as they are on the disk.
-  std::vector<std::string> paths_;
-  RowListModel rows_;
+  ListModel<BlockerRow> rows_;
 };
 
 }  // namespace cirrovane

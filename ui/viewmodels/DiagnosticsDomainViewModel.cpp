@@ -9,9 +9,6 @@
 
 namespace cirrovane {
 
-DiagnosticsDomainViewModel::DiagnosticsDomainViewModel(QObject* parent)
-    : PageViewModel(parent), findings_({"title", "detail", "severityTitle", "severityLevel"}) {}
-
 QString DiagnosticsDomainViewModel::domain() const {
   return toQString(rawValue(domain_));
 }
@@ -44,13 +41,12 @@ void DiagnosticsDomainViewModel::begin() {
 }
 
 void DiagnosticsDomainViewModel::update() {
-  std::vector<RowListModel::Row> rows;
+  std::vector<FindingRow> rows;
   for (const DiagnosticFinding& finding : dashboard().diagnostics(domain_)) {
-    const QString title = toDisplay(finding.title);
-    // Its identifier is another at every refresh; its title is not.
-    rows.push_back(
-        {title,
-         {title, toDisplayOutput(finding.detail), severityTitle(finding.severity), severityLevel(finding.severity)}});
+    rows.push_back({.title = toDisplay(finding.title),
+                    .detail = toDisplayOutput(finding.detail),
+                    .severity = severityTitle(finding.severity),
+                    .tone = toneOf(finding.severity)});
   }
   findings_.setRows(std::move(rows));
 }

@@ -7,39 +7,19 @@
 
 namespace cirrovane {
 
-int FAQModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(questions().size());
-}
-
-QVariant FAQModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
-    return {};
+FAQModel::FAQModel(QObject* parent) : QObject(parent) {
+  for (const Question& question : cirrovane::questions()) {
+    rows_.push_back({.question = toQString(question.question), .answer = toQString(question.answer)});
   }
-  const Question& question = questions()[static_cast<std::size_t>(index.row())];
-  switch (role) {
-    case QuestionRole:
-      return toQString(question.question);
-    case AnswerRole:
-      return toQString(question.answer);
-    case ExpandedRole:
-      return expanded_.contains(index.row());
-    default:
-      return {};
-  }
-}
-
-QHash<int, QByteArray> FAQModel::roleNames() const {
-  return {{QuestionRole, "question"}, {AnswerRole, "answer"}, {ExpandedRole, "expanded"}};
+  list_.setRows(rows_);
 }
 
 void FAQModel::toggle(int row) {
-  if (row < 0 || row >= rowCount()) {
-    return;
+  if (list_.find(row) != nullptr) {
+    bool& expanded = rows_[static_cast<std::size_t>(row)].expanded;
+    expanded = !expanded;
+    list_.setRows(rows_);
   }
-  if (expanded_.erase(row) == 0) {
-    expanded_.insert(row);
-  }
-  emit dataChanged(index(row), index(row), {ExpandedRole});
 }
 
 }  // namespace cirrovane

@@ -1,30 +1,47 @@
 #pragma once
 
-#include <QAbstractListModel>
+#include "ui/viewmodels/ListModel.h"
+
+#include <QObject>
+#include <QString>
 #include <QtQmlIntegration>
-#include <set>
+#include <vector>
 
 namespace cirrovane {
 
-/// The questions of the FAQ page and which of them are open: none at first, any number later.
-class FAQModel : public QAbstractListModel {
-  Q_OBJECT
-  QML_ELEMENT
+/// A question of the FAQ page.
+struct QuestionRow {
+  Q_GADGET
+  Q_PROPERTY(QString question MEMBER question)
+  Q_PROPERTY(QString answer MEMBER answer)
+  Q_PROPERTY(bool expanded MEMBER expanded)
 
  public:
-  enum Role { QuestionRole = Qt::UserRole + 1, AnswerRole, ExpandedRole };
+  QString question;
+  QString answer;
+  bool expanded = false;
 
-  using QAbstractListModel::QAbstractListModel;
+  friend bool operator==(const QuestionRow&, const QuestionRow&) = default;
+  friend const QString& keyOf(const QuestionRow& row) { return row.question; }
+};
 
-  int rowCount(const QModelIndex& parent = {}) const override;
-  QVariant data(const QModelIndex& index, int role) const override;
-  QHash<int, QByteArray> roleNames() const override;
+/// The questions of the FAQ page. Any number of them can be open; at first none is.
+class FAQModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(cirrovane::ListModelBase* questions READ questions CONSTANT)
+
+ public:
+  explicit FAQModel(QObject* parent = nullptr);
+
+  ListModel<QuestionRow>* questions() { return &list_; }
 
   /// Opens a question, or closes it.
   Q_INVOKABLE void toggle(int row);
 
  private:
-  std::set<int> expanded_;
+  std::vector<QuestionRow> rows_;
+  ListModel<QuestionRow> list_;
 };
 
 }  // namespace cirrovane

@@ -11,14 +11,12 @@
 namespace cirrovane {
 namespace {
 
-/// The state whose colour a count has that should be zero.
-QString stateAbove(std::int64_t count, HealthState state) {
-  return count > 0 ? toQString(rawValue(state)) : QString();
+/// The tone of a count that should be zero.
+Tone toneAboveZero(std::int64_t count, Tone tone) {
+  return count > 0 ? tone : Tone::Plain;
 }
 
 }  // namespace
-
-HealthViewModel::HealthViewModel(QObject* parent) : PageViewModel(parent), metrics_({"title", "value", "state"}) {}
 
 void HealthViewModel::begin() {
   follow(dashboard().publishedReport());
@@ -45,23 +43,23 @@ void HealthViewModel::update() {
 }
 
 void HealthViewModel::showMetrics() {
-  std::vector<RowListModel::Row> rows;
-  const auto add = [&](const char* title, std::int64_t value, const QString& state = {}) {
-    rows.push_back({toQString(title), {toQString(title), QString::number(value), state}});
+  std::vector<MetricRow> rows;
+  const auto add = [&](const char* title, std::int64_t value, Tone tone = Tone::Plain) {
+    rows.push_back({.title = toQString(title), .value = QString::number(value), .tone = tone});
   };
   const ScanMetrics& metrics = summary_.metrics;
   add("Files", metrics.totalFiles);
-  add("Pending", metrics.pendingUploads, stateAbove(metrics.pendingUploads, HealthState::warning));
-  add("Conflicts", metrics.unresolvedConflicts, stateAbove(metrics.unresolvedConflicts, HealthState::danger));
-  add("Errors", metrics.errors, stateAbove(metrics.errors, HealthState::danger));
+  add("Pending", metrics.pendingUploads, toneAboveZero(metrics.pendingUploads, Tone::Caution));
+  add("Conflicts", metrics.unresolvedConflicts, toneAboveZero(metrics.unresolvedConflicts, Tone::Critical));
+  add("Errors", metrics.errors, toneAboveZero(metrics.errors, Tone::Critical));
   add("Watchlist", static_cast<std::int64_t>(dashboard().watchlist().folders().size()));
   add("Local Ready", summary_.localAvailabilityScore);
   add("Cloud-Only", metrics.notDownloaded);
   metrics_.setRows(std::move(rows));
 }
 
-QString HealthViewModel::state() const {
-  return stateName(verdict_.sign());
+Tone HealthViewModel::tone() const {
+  return toneOf(verdict_.sign());
 }
 
 QString HealthViewModel::stateLabel() const {
@@ -76,8 +74,8 @@ QString HealthViewModel::verdict() const {
   return summary_.safeToClose ? QStringLiteral("YES") : QStringLiteral("NO");
 }
 
-QString HealthViewModel::verdictState() const {
-  return stateName(cirrovane::verdictState(verdict_));
+Tone HealthViewModel::verdictTone() const {
+  return cirrovane::verdictTone(verdict_);
 }
 
 QString HealthViewModel::verdictNote() const {
@@ -96,12 +94,12 @@ int HealthViewModel::localAvailability() const {
   return static_cast<int>(summary_.localAvailabilityScore);
 }
 
-QString HealthViewModel::localState() const {
+Tone HealthViewModel::localTone() const {
   if (!verdict_.isKnown()) {
-    return {};
+    return Tone::Neutral;
   }
   const bool isSafe = healthState(summary_.localAvailabilityScore, {}) == HealthState::safe;
-  return toQString(rawValue(isSafe ? HealthState::safe : HealthState::warning));
+  return isSafe ? Tone::Good : Tone::Caution;
 }
 
 QString HealthViewModel::updatedText() const {

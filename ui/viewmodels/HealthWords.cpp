@@ -19,15 +19,11 @@ HealthWords healthWords(std::optional<HealthState> state) {
   return {"Red Unsafe", "xmark.octagon.fill"};
 }
 
-QString stateName(std::optional<HealthState> state) {
-  return state ? toQString(rawValue(*state)) : QString();
-}
-
-std::optional<HealthState> verdictState(const ShownVerdict& verdict) {
+Tone verdictTone(const ShownVerdict& verdict) {
   if (!verdict.isKnown() || verdict.isStale()) {
-    return std::nullopt;
+    return Tone::Neutral;
   }
-  return verdict.safeToClose ? HealthState::safe : HealthState::danger;
+  return verdict.safeToClose ? Tone::Good : Tone::Critical;
 }
 
 QString asOfText(const ShownVerdict& verdict, const TimeText& timeText) {

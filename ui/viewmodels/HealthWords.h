@@ -4,6 +4,7 @@
 #include "coordinator/VerdictStanding.h"
 #include "core/HealthState.h"
 #include "platform/TimeText.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QString>
 #include <optional>
@@ -11,21 +12,18 @@
 
 namespace cirrovane {
 
-/// How a health state is shown wherever it appears.
+/// The words and the symbol of a health state.
 struct HealthWords {
   /// The colour and the state in words: "Green Safe".
   std::string_view label;
   std::string_view symbol;
 };
 
-/// Without a state nothing is known yet, and the sign says neither good nor bad.
+/// Without a state the sign says neither good nor bad.
 HealthWords healthWords(std::optional<HealthState> state);
 
-/// The state's name in the records, by which its colour is known; empty without a state.
-QString stateName(std::optional<HealthState> state);
-
-/// The state whose colour the verdict itself has: absent while it is unknown, and for a YES that is stale.
-std::optional<HealthState> verdictState(const ShownVerdict& verdict);
+/// The tone of the verdict itself: neutral while it is unknown, and for a YES that is stale.
+Tone verdictTone(const ShownVerdict& verdict);
 
 /// "as of 6:21:07 PM" for a YES that is stale; empty otherwise.
 QString asOfText(const ShownVerdict& verdict, const TimeText& timeText);
@@ -33,8 +31,8 @@ QString asOfText(const ShownVerdict& verdict, const TimeText& timeText);
 /// Why a YES is stale, as a sentence; empty when it is not.
 QString staleReason(const ShownVerdict& verdict);
 
-/// How the verdict stands to what happens now: "Live", "Catching up" or "Not live", with the reason in a second
-/// sentence where there is one; empty before the first scan.
+/// "Live", "Catching up" or "Not live", with the reason in a second sentence where there is one; empty before the first
+/// scan.
 QString livenessText(const ShownVerdict& verdict, const Liveness& liveness);
 
 /// When and why a YES is stale, in one line.

@@ -9,16 +9,24 @@
 namespace cirrovane {
 namespace {
 
-template <class Choices, class Field>
-QStringList listOf(const Choices& choices, Field field) {
-  QStringList texts;
+template <class Choices>
+std::vector<ChoiceRow> choicesOf(const Choices& choices) {
+  std::vector<ChoiceRow> rows;
+  rows.reserve(choices.size());
   for (const auto& choice : choices) {
-    texts.append(toQString(choice.*field));
+    rows.push_back({.value = toQString(choice.rawValue), .title = toQString(choice.title)});
   }
-  return texts;
+  return rows;
 }
 
 }  // namespace
+
+IncidentCenterViewModel::IncidentCenterViewModel(QObject* parent)
+    : PageViewModel(parent),
+      incidents_([this](const IncidentRecord& record) { return incidentRow(record, context()->timeText()); }) {
+  scopes_.setRows(choicesOf(kIncidentScopes));
+  severityFilters_.setRows(choicesOf(kIncidentSeverityFilters));
+}
 
 QString IncidentCenterViewModel::activeCount() const {
   return context() == nullptr ? QString() : QString::number(dashboard().activeIncidentCount());
@@ -42,28 +50,12 @@ void IncidentCenterViewModel::setNotificationsEnabled(bool enabled) {
   }
 }
 
-QStringList IncidentCenterViewModel::scopes() const {
-  return listOf(kIncidentScopes, &FilterChoice<IncidentScope>::rawValue);
-}
-
-QStringList IncidentCenterViewModel::scopeTitles() const {
-  return listOf(kIncidentScopes, &FilterChoice<IncidentScope>::title);
-}
-
 QString IncidentCenterViewModel::scope() const {
   return toQString(rawValue(filter_.scope));
 }
 
 void IncidentCenterViewModel::setScope(const QString& scope) {
   choose(filter_.scope, scope);
-}
-
-QStringList IncidentCenterViewModel::severityFilters() const {
-  return listOf(kIncidentSeverityFilters, &FilterChoice<IncidentSeverityFilter>::rawValue);
-}
-
-QStringList IncidentCenterViewModel::severityFilterTitles() const {
-  return listOf(kIncidentSeverityFilters, &FilterChoice<IncidentSeverityFilter>::title);
 }
 
 QString IncidentCenterViewModel::severityFilter() const {
@@ -79,7 +71,7 @@ QString IncidentCenterViewModel::saveFailure() const {
 }
 
 void IncidentCenterViewModel::toggleResolved(int row) {
-  const IncidentRecord* shown = incidents_.recordAt(row);
+  const IncidentRecord* shown = incidents_.find(row);
   if (shown == nullptr) {
     return;
   }
@@ -88,14 +80,13 @@ void IncidentCenterViewModel::toggleResolved(int row) {
 }
 
 void IncidentCenterViewModel::begin() {
-  incidents_.setTimeText(context()->timeText());
   follow(dashboard().publishedIncidents());
   connect(&context()->settings(For<IncidentCenterViewModel>()), &AppSettings::notificationsEnabledChanged, this,
           &PageViewModel::changed);
 }
 
 void IncidentCenterViewModel::update() {
-  incidents_.setRecords(keptRecords());
+  incidents_.setRows(keptRecords());
 }
 
 template <class Filter>

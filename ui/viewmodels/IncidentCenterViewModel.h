@@ -1,17 +1,18 @@
 #pragma once
 
 #include "stores/IncidentFilter.h"
-#include "ui/viewmodels/IncidentListModel.h"
+#include "ui/viewmodels/ChoiceRow.h"
+#include "ui/viewmodels/IncidentRow.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
 
 #include <QString>
-#include <QStringList>
 #include <QtQmlIntegration>
 #include <vector>
 
 namespace cirrovane {
 
-/// The incidents as the coordinator has them, of which two filters keep a part.
+/// The coordinator's incidents. Two filters keep a part of them.
 class IncidentCenterViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -19,20 +20,18 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString resolvedCount READ resolvedCount NOTIFY changed)
   Q_PROPERTY(QString recurringCount READ recurringCount NOTIFY changed)
   Q_PROPERTY(bool notificationsEnabled READ notificationsEnabled WRITE setNotificationsEnabled NOTIFY changed)
-  Q_PROPERTY(QStringList scopes READ scopes CONSTANT)
-  Q_PROPERTY(QStringList scopeTitles READ scopeTitles CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* scopes READ scopes CONSTANT)
   Q_PROPERTY(QString scope READ scope WRITE setScope NOTIFY changed)
-  Q_PROPERTY(QStringList severityFilters READ severityFilters CONSTANT)
-  Q_PROPERTY(QStringList severityFilterTitles READ severityFilterTitles CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* severityFilters READ severityFilters CONSTANT)
   Q_PROPERTY(QString severityFilter READ severityFilter WRITE setSeverityFilter NOTIFY changed)
-  Q_PROPERTY(cirrovane::IncidentListModel* incidents READ incidents CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* incidents READ incidents CONSTANT)
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
   Q_PROPERTY(QString saveFailure READ saveFailure NOTIFY changed)
 
  public:
-  using PageViewModel::PageViewModel;
+  explicit IncidentCenterViewModel(QObject* parent = nullptr);
 
-  // Of all incidents, whatever the filters keep.
+  // These count all incidents, whatever the filters keep.
   QString activeCount() const;
   QString resolvedCount() const;
   QString recurringCount() const;
@@ -40,25 +39,23 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   bool notificationsEnabled() const;
   void setNotificationsEnabled(bool enabled);
 
-  // Raw values and titles of the choices, in order; a filter is chosen by its raw value, and keeps what it has for any
-  // other text.
-  QStringList scopes() const;
-  QStringList scopeTitles() const;
+  // A filter takes the value of one of its choices, and ignores any other text.
+
+  ListModel<ChoiceRow>* scopes() { return &scopes_; }
   QString scope() const;
   void setScope(const QString& scope);
-  QStringList severityFilters() const;
-  QStringList severityFilterTitles() const;
+  ListModel<ChoiceRow>* severityFilters() { return &severityFilters_; }
   QString severityFilter() const;
   void setSeverityFilter(const QString& filter);
 
-  /// Those that both filters keep.
-  IncidentListModel* incidents() { return &incidents_; }
-  bool isEmpty() const { return incidents_.rowCount() == 0; }
+  /// The incidents that both filters keep.
+  ListModel<IncidentRow, IncidentRecord>* incidents() { return &incidents_; }
+  bool isEmpty() const { return incidents_.count() == 0; }
 
-  /// Why the incidents as they are now are not on the disk; empty when they are.
+  /// Why the latest change is not on the disk; empty when it is.
   QString saveFailure() const;
 
-  /// Marks the incident of a row as resolved, or reopens it when it is. It stays in its place until the next refresh.
+  /// Resolves a row's incident, or reopens it. The row keeps its place until the next refresh.
   Q_INVOKABLE void toggleResolved(int row);
 
  protected:
@@ -71,7 +68,9 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   std::vector<IncidentRecord> keptRecords() const;
 
   IncidentFilter filter_;
-  IncidentListModel incidents_;
+  ListModel<ChoiceRow> scopes_;
+  ListModel<ChoiceRow> severityFilters_;
+  ListModel<IncidentRow, IncidentRecord> incidents_;
 };
 
 }  // namespace cirrovane

@@ -1,15 +1,14 @@
 #include "ui/viewmodels/MenuCommands.h"
 
 #include <QMetaEnum>
-#include <QVariant>
-#include <QVariantMap>
+#include <utility>
+#include <vector>
 
 namespace cirrovane {
 
-// A Mac has a menu of the application's own, whatever the bar holds. A menu that is left without commands it hides, so
-// every command of the first one has to have a role there. To go by the words for Copy and Select All lets these two
-// work in the system's panels as well; all others have their role said, since what the words would give them differs
-// from one version of the toolkit to the next. Settings... would have PreferencesRole.
+// A Mac has an application menu of its own, and hides a menu without commands: so every command of the first menu has a
+// role. Copy and Select All have TextHeuristicRole, so that they work in the system's panels too. All others name their
+// role, since versions of the toolkit read the words in different ways. Settings... would have PreferencesRole.
 MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
   constexpr auto noRole = QAction::NoRole;
   constexpr auto applicationsOwn = QAction::ApplicationSpecificRole;
@@ -32,6 +31,7 @@ MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
        {add(Command::terminologyGuide, QStringLiteral("Terminology Guide"), noRole),
         add(Command::faq, QStringLiteral("FAQ"), noRole)}},
   };
+  fillMenuList();
 }
 
 QAction* MenuCommands::add(Command command, const QString& text, QAction::MenuRole role, const QKeySequence& shortcut) {
@@ -44,16 +44,18 @@ QAction* MenuCommands::add(Command command, const QString& text, QAction::MenuRo
   return action;
 }
 
-QVariantList MenuCommands::menuList() const {
-  QVariantList list;
+void MenuCommands::fillMenuList() {
+  std::vector<MenuRow> rows;
   for (const Menu& menu : menus_) {
-    QVariantList actions;
+    std::vector<CommandRow> commands;
     for (QAction* action : menu.actions) {
-      actions.append(QVariant::fromValue<QObject*>(action));
+      commands.push_back({.action = action});
     }
-    list.append(QVariantMap{{QStringLiteral("title"), menu.title}, {QStringLiteral("actions"), actions}});
+    auto* list = new ListModel<CommandRow>(this);
+    list->setRows(std::move(commands));
+    rows.push_back({.title = menu.title, .commands = list});
   }
-  return list;
+  menuList_.setRows(std::move(rows));
 }
 
 void MenuCommands::setEnabled(const QString& name, bool isEnabled) {

@@ -1,23 +1,51 @@
 #pragma once
 
+#include "ui/viewmodels/ListModel.h"
+
 #include <QAction>
 #include <QHash>
 #include <QKeySequence>
 #include <QList>
 #include <QObject>
 #include <QString>
-#include <QVariantList>
 #include <QtQmlIntegration>
 
 namespace cirrovane {
 
-/// The commands of the menus: one list for the bar in the window and for the one that a Mac has at the top of the
-/// screen.
+/// A command of a menu in the window.
+struct CommandRow {
+  Q_GADGET
+  Q_PROPERTY(QAction* action MEMBER action)
+
+ public:
+  /// nullptr for a line between two commands.
+  QAction* action = nullptr;
+
+  friend bool operator==(const CommandRow&, const CommandRow&) = default;
+  friend QString keyOf(const CommandRow& row) { return row.action != nullptr ? row.action->text() : QString(); }
+};
+
+/// A menu in the window with the list of its commands.
+struct MenuRow {
+  Q_GADGET
+  Q_PROPERTY(QString title MEMBER title)
+  Q_PROPERTY(cirrovane::ListModelBase* commands MEMBER commands)
+
+ public:
+  QString title;
+  /// Belongs to the object that has the menus.
+  ListModelBase* commands = nullptr;
+
+  friend bool operator==(const MenuRow&, const MenuRow&) = default;
+  friend const QString& keyOf(const MenuRow& row) { return row.title; }
+};
+
+/// The commands of the menus, for the bar in the window and for a Mac's bar at the top of the screen.
 class MenuCommands : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
-  Q_PROPERTY(QVariantList menus READ menuList CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* menus READ menuList CONSTANT)
 
  public:
   enum class Command {
@@ -36,7 +64,7 @@ class MenuCommands : public QObject {
   };
   Q_ENUM(Command)
 
-  /// One menu; nullptr stands for a line between two commands.
+  /// A menu. nullptr stands for a line between two commands.
   struct Menu {
     QString title;
     QList<QAction*> actions;
@@ -44,23 +72,25 @@ class MenuCommands : public QObject {
 
   explicit MenuCommands(QObject* parent = nullptr);
 
-  /// In the bar's order. Each action says by its role whether a Mac moves it into the application's menu.
+  /// In the bar's order. An action's role says whether a Mac moves it into the application's menu.
   const QList<Menu>& menus() const { return menus_; }
-  /// The same for QML: each with its title and its actions.
-  QVariantList menuList() const;
+  /// The menus for the window.
+  ListModel<MenuRow>* menuList() { return &menuList_; }
 
-  /// Whether a command, by its enumerator's name, can be given now.
+  /// Switches the command of this enumerator on or off.
   Q_INVOKABLE void setEnabled(const QString& name, bool isEnabled);
 
  signals:
-  /// With the enumerator's name for QML, which knows only enumerators that begin with a capital.
+  /// The name is the enumerator's, for QML: it knows only enumerators that begin with a capital.
   void triggered(cirrovane::MenuCommands::Command command, const QString& name);
 
  private:
+  void fillMenuList();
   QAction* add(Command command, const QString& text, QAction::MenuRole role, const QKeySequence& shortcut = {});
 
   QHash<QString, QAction*> actions_;
   QList<Menu> menus_;
+  ListModel<MenuRow> menuList_;
 };
 
 }  // namespace cirrovane

@@ -16,15 +16,15 @@ class ToolsViewModel;
 class WatchlistViewModel;
 struct ToolsEnvironment;
 
-/// The key to what is for one class alone: nobody else can make it.
+/// The key to what is for one class alone. Only `Owner` can make it.
 template <class Owner>
 class For {
   friend Owner;
   For() = default;
 };
 
-/// What the view models of the pages are made over. Each may read the results; what only some pages use takes the key
-/// of one of them. QML only hands it on. Outlives every page.
+/// The ground of the pages' view models. Each may read the results; the rest takes the key of a page that uses it. QML
+/// only hands it on. It outlives every page.
 class PageContext : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -40,7 +40,7 @@ class PageContext : public QObject {
 
   explicit PageContext(const Parts& parts, QObject* parent = nullptr) : QObject(parent), parts_(parts) {}
 
-  /// The results, to be looked at only.
+  /// The results, to read.
   const DashboardViewModel& dashboard() const { return parts_.dashboard; }
   const TimeText& timeText() const { return parts_.timeText; }
 

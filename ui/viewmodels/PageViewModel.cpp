@@ -40,7 +40,7 @@ void PageViewModel::updateSoon() {
     return;
   }
   isUpdateDue_ = true;
-  // Later, since several values may change in one turn.
+  // Queued, since several values may change in one turn.
   QMetaObject::invokeMethod(
       this,
       [this] {

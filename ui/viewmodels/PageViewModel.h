@@ -10,8 +10,8 @@
 
 namespace cirrovane {
 
-/// What a page shows, made by the page itself and gone with it. Main thread only. Heirs name it with its namespace, by
-/// which alone the registration of types finds it.
+/// What a page shows. The page makes it and takes it along. Main thread only. Heirs name it with its namespace, since
+/// the registration of types finds it by no other name.
 class PageViewModel : public QObject {
   Q_OBJECT
   QML_ANONYMOUS
@@ -20,7 +20,7 @@ class PageViewModel : public QObject {
 
  public:
   PageContext* context() const { return context_; }
-  /// Once only, with a context that is not nullptr.
+  /// To be called once, with a context.
   void setContext(PageContext* context);
 
   bool isScanning() const;
@@ -30,29 +30,29 @@ class PageViewModel : public QObject {
 
  signals:
   void contextChanged();
-  /// What the page shows may be another from now on.
+  /// The page's properties may have changed.
   void changed();
 
  protected:
   using QObject::QObject;
 
-  /// The results, to be looked at only.
+  /// The results, to read.
   const DashboardViewModel& dashboard() const { return context_->dashboard(); }
 
   /// Shows an item in the file manager, if it exists.
   void reveal(const std::string& path);
 
-  /// Follows with follow() whatever the page shows.
+  /// Calls follow() for each value that the page shows.
   virtual void begin() = 0;
-  /// Takes over how things stand; changed() comes after it.
+  /// Takes the values over; changed() comes after it.
   virtual void update() {}
 
-  /// Updates the page after each change of the value, once for all changes of one turn of the event loop.
+  /// Updates the page after a change of the value, once in a turn of the event loop.
   template <class Value>
   void follow(const Published<Value>& published) {
     subscriptions_.push_back(published.afterChange([this](const Value&) { updateSoon(); }));
   }
-  /// The same at once, for what the user has just done.
+  /// Updates the page at once, for what the user has just done.
   void updateNow();
 
  private:

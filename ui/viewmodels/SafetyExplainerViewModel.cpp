@@ -12,14 +12,11 @@ namespace {
 
 struct CriterionSign {
   const char* symbol;
-  const char* level;
+  Tone tone;
   const char* words;
 };
 
 }  // namespace
-
-SafetyExplainerViewModel::SafetyExplainerViewModel(QObject* parent)
-    : PageViewModel(parent), criteria_({"title", "detail", "symbol", "level", "state"}) {}
 
 QString SafetyExplainerViewModel::topBlockerPath() const {
   return toDisplay(topBlockerPath_);
@@ -49,8 +46,8 @@ void SafetyExplainerViewModel::update() {
   topBlockerPath_ = blocker != nullptr ? blocker->filePath : std::string();
 }
 
-QString SafetyExplainerViewModel::verdictState() const {
-  return stateName(cirrovane::verdictState(verdict_));
+Tone SafetyExplainerViewModel::verdictTone() const {
+  return cirrovane::verdictTone(verdict_);
 }
 
 QString SafetyExplainerViewModel::verdictNote() const {
@@ -58,16 +55,18 @@ QString SafetyExplainerViewModel::verdictNote() const {
 }
 
 void SafetyExplainerViewModel::showCriteria() {
-  std::vector<RowListModel::Row> rows;
+  std::vector<CriterionRow> rows;
   for (const SafetyCriterion& criterion : dashboard().safetyCriteria()) {
-    // Before the first scan nothing was looked at, so nothing passes.
-    const CriterionSign sign = !verdict_.isKnown()   ? CriterionSign{"ellipsis.circle", "none", "Not checked yet"}
-                               : criterion.isPassing ? CriterionSign{"checkmark.circle.fill", "ok", "Passed"}
-                                                     : CriterionSign{"xmark.octagon.fill", "error", "Not passed"};
-    const QString title = toQString(criterion.title);
-    rows.push_back(
-        {title,
-         {title, toQString(criterion.detail), toQString(sign.symbol), toQString(sign.level), toQString(sign.words)}});
+    // Nothing passes before the first scan, since nobody has looked.
+    const CriterionSign sign = !verdict_.isKnown() ? CriterionSign{"ellipsis.circle", Tone::Neutral, "Not checked yet"}
+                               : criterion.isPassing
+                                   ? CriterionSign{"checkmark.circle.fill", Tone::Good, "Passed"}
+                                   : CriterionSign{"xmark.octagon.fill", Tone::Critical, "Not passed"};
+    rows.push_back({.title = toQString(criterion.title),
+                    .detail = toQString(criterion.detail),
+                    .symbol = toQString(sign.symbol),
+                    .tone = sign.tone,
+                    .state = toQString(sign.words)});
   }
   criteria_.setRows(std::move(rows));
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QString>
 #include <QtQmlIntegration>
@@ -9,40 +10,61 @@
 
 namespace cirrovane {
 
-/// Why the current verdict is what it is: the verdict, the checklist behind it, and what stands in the way most.
+/// A criterion of the checklist in words.
+struct CriterionRow {
+  Q_GADGET
+  Q_PROPERTY(QString title MEMBER title)
+  Q_PROPERTY(QString detail MEMBER detail)
+  Q_PROPERTY(QString symbol MEMBER symbol)
+  Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone)
+  Q_PROPERTY(QString state MEMBER state)
+
+ public:
+  QString title;
+  QString detail;
+  QString symbol;
+  Tone tone = Tone::Plain;
+  /// "Passed"
+  QString state;
+
+  friend bool operator==(const CriterionRow&, const CriterionRow&) = default;
+  friend const QString& keyOf(const CriterionRow& row) { return row.title; }
+};
+
+/// The verdict, the checklist behind it, and the most serious blocker.
 class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
-  Q_PROPERTY(QString verdictState READ verdictState NOTIFY changed)
+  Q_PROPERTY(cirrovane::Tones::Tone verdictTone READ verdictTone NOTIFY changed)
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY changed)
   Q_PROPERTY(QString lastEvaluation READ lastEvaluation NOTIFY changed)
-  Q_PROPERTY(cirrovane::RowListModel* criteria READ criteria CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* criteria READ criteria CONSTANT)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY changed)
   Q_PROPERTY(QString topBlockerReason READ topBlockerReason NOTIFY changed)
   Q_PROPERTY(QString topBlockerPath READ topBlockerPath NOTIFY changed)
   Q_PROPERTY(QString topBlockerDetails READ topBlockerDetails NOTIFY changed)
 
  public:
-  explicit SafetyExplainerViewModel(QObject* parent = nullptr);
+  using PageViewModel::PageViewModel;
 
   /// "YES" or "NO".
   QString verdict() const { return verdict_.safeToClose ? QStringLiteral("YES") : QStringLiteral("NO"); }
-  /// The state whose colour the verdict has; empty before the first scan, and for a YES that is stale.
-  QString verdictState() const;
-  /// Since when, and why, nobody vouches for a YES any more; empty while it holds, and for a NO.
+  /// Neutral before the first scan, and for a YES that is stale.
+  Tone verdictTone() const;
+  /// Since when a YES is stale, and why; empty while it holds, and for a NO.
   QString verdictNote() const;
   /// With its time of day; "not yet" before the first scan.
   QString lastEvaluation() const { return lastEvaluation_; }
-  RowListModel* criteria() { return &criteria_; }
+  ListModel<CriterionRow>* criteria() { return &criteria_; }
 
-  /// Whether anything stands in the way.
+  /// Whether there is a blocker.
   bool hasTopBlocker() const { return !topBlockerReason_.isEmpty(); }
   QString topBlockerReason() const { return topBlockerReason_; }
   QString topBlockerPath() const;
   QString topBlockerDetails() const { return topBlockerDetails_; }
 
-  /// Shows the file that stands in the way most in the file manager.
+  /// Shows the most serious blocker's file in the file manager.
   Q_INVOKABLE void revealTopBlocker();
 
  protected:
@@ -54,10 +76,10 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
 
   ShownVerdict verdict_;
   QString lastEvaluation_;
-  RowListModel criteria_;
+  ListModel<CriterionRow> criteria_;
   QString topBlockerReason_;
   QString topBlockerDetails_;
-  /// As it is on the disk.
+  /// The path as it is on the disk.
   std::string topBlockerPath_;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/viewmodels/Severity.h"
 
+#include "ui/viewmodels/Text.h"
+
 #include <array>
 #include <cstddef>
 

@@ -5,23 +5,21 @@
 
 #include <QKeySequence>
 #include <QMetaType>
-#include <QVariantMap>
 #include <chrono>
-#include <string>
+#include <span>
+#include <vector>
 
 namespace cirrovane {
 namespace {
 
 constexpr std::chrono::seconds kCopiedNoteLifetime{2};
 
-QVariantList listOf(std::span<const AppTab> tabs) {
-  QVariantList list;
+std::vector<TabRow> tabRowsOf(std::span<const AppTab> tabs) {
+  std::vector<TabRow> rows;
   for (const AppTab& tab : tabs) {
-    list.append(QVariantMap{{QStringLiteral("id"), toQString(tab.id)},
-                            {QStringLiteral("title"), toQString(tab.title)},
-                            {QStringLiteral("symbol"), toQString(tab.sfSymbol)}});
+    rows.push_back({.name = toQString(tab.id), .title = toQString(tab.title), .symbol = toQString(tab.sfSymbol)});
   }
-  return list;
+  return rows;
 }
 
 }  // namespace
@@ -32,28 +30,17 @@ ShellViewModel::ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& 
       clipboard_(clipboard),
       workspace_(workspace),
       selectedTab_(toQString(firstTab.id)) {
+  primaryTabs_.setRows(tabRowsOf(cirrovane::primaryTabs()));
+  extraTabs_.setRows(tabRowsOf(cirrovane::extraTabs()));
   copiedTimer_.setSingleShot(true);
   copiedTimer_.setInterval(kCopiedNoteLifetime);
   connect(&copiedTimer_, &QTimer::timeout, this, &ShellViewModel::buildLabelChanged);
   follow(updates.publishedUpdateStatusLine(), [this] { emit updateStatusLineChanged(); });
 }
 
-QVariantList ShellViewModel::primaryTabs() const {
-  return listOf(cirrovane::primaryTabs());
-}
-
-QVariantList ShellViewModel::extraTabs() const {
-  return listOf(cirrovane::extraTabs());
-}
-
 QString ShellViewModel::extraTabsLabel() const {
-  const std::string selected = selectedTab_.toStdString();
-  for (const AppTab& tab : cirrovane::extraTabs()) {
-    if (tab.id == selected) {
-      return toQString(tab.title);
-    }
-  }
-  return QStringLiteral("More");
+  const TabRow* tab = extraTabs_.find(extraTabs_.indexOf(selectedTab_));
+  return tab != nullptr ? tab->title : QStringLiteral("More");
 }
 
 QString ShellViewModel::updateStatusLine() const {
@@ -71,12 +58,6 @@ void ShellViewModel::select(const QString& id) {
     selectedTab_ = known;
     emit selectedTabChanged();
   }
-}
-
-QVariantMap ShellViewModel::pageHeading(const QString& id) const {
-  const AppTab& tab = initialTab(id.toStdString());
-  return {{QStringLiteral("title"), toQString(tab.pageTitle)},
-          {QStringLiteral("subtitle"), toQString(tab.pageSubtitle)}};
 }
 
 QString ShellViewModel::shortcutText(const QVariant& shortcut) const {

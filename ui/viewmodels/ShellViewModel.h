@@ -3,23 +3,24 @@
 #include "platform/Clipboard.h"
 #include "platform/Workspace.h"
 #include "ui/viewmodels/AppTab.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/SurfaceViewModel.h"
+#include "ui/viewmodels/TabRow.h"
 
 #include <QString>
 #include <QTimer>
-#include <QVariantList>
-#include <QVariantMap>
+#include <QVariant>
 #include <QtQmlIntegration>
 
 namespace cirrovane {
 
-/// The main window around its pages: which tab is shown, how the refresh and the updates stand.
+/// The main window around its pages: the tabs, the refresh and the updates.
 class ShellViewModel : public cirrovane::SurfaceViewModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
-  Q_PROPERTY(QVariantList primaryTabs READ primaryTabs CONSTANT)
-  Q_PROPERTY(QVariantList extraTabs READ extraTabs CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* primaryTabs READ primaryTabs CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* extraTabs READ extraTabs CONSTANT)
   Q_PROPERTY(QString selectedTab READ selectedTab WRITE select NOTIFY selectedTabChanged)
   Q_PROPERTY(QString extraTabsLabel READ extraTabsLabel NOTIFY selectedTabChanged)
   Q_PROPERTY(QString updateStatusLine READ updateStatusLine NOTIFY updateStatusLineChanged)
@@ -28,27 +29,24 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
   ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, Clipboard& clipboard, Workspace& workspace,
                  const AppTab& firstTab, QObject* parent = nullptr);
 
-  /// Each with its id, title and symbol.
-  QVariantList primaryTabs() const;
-  QVariantList extraTabs() const;
+  ListModel<TabRow>* primaryTabs() { return &primaryTabs_; }
+  ListModel<TabRow>* extraTabs() { return &extraTabs_; }
 
   QString selectedTab() const { return selectedTab_; }
   /// The title of the chosen tab when it is one of the menu's; "More" otherwise.
   QString extraTabsLabel() const;
   QString updateStatusLine() const;
-  /// "Build v1.2 (45)", or for a moment that it was copied.
+  /// "Build v1.2 (45)"; for a moment after copyBuild() "Copied v1.2 (45)".
   QString buildLabel() const override;
 
   /// Shows the tab of this id; an unknown one shows the first tab.
   void select(const QString& id);
 
-  /// The title and the subtitle of a tab's page.
-  Q_INVOKABLE QVariantMap pageHeading(const QString& id) const;
   /// A shortcut as the system writes it: "Ctrl+U".
   Q_INVOKABLE QString shortcutText(const QVariant& shortcut) const;
 
   Q_INVOKABLE void openReleaseNotes();
-  /// Puts the version label on the clipboard, for a message to whoever asks which build it is.
+  /// Puts the version label on the clipboard.
   Q_INVOKABLE void copyBuild();
 
  signals:
@@ -58,6 +56,8 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
  private:
   Clipboard& clipboard_;
   Workspace& workspace_;
+  ListModel<TabRow> primaryTabs_;
+  ListModel<TabRow> extraTabs_;
   QString selectedTab_;
   QTimer copiedTimer_;
 };

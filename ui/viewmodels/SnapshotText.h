@@ -9,7 +9,7 @@ namespace cirrovane {
 
 /// "Safe at 6:21:07 PM" or "Unsafe at 6:21:07 PM".
 QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText);
-/// The title of what stood first in the way; empty when that is unknown, or when nothing did.
+/// The title of the first blocker's reason; empty when it is unknown, or when there was none.
 QString topReasonTitle(const ScanSnapshot& snapshot);
 
 }  // namespace cirrovane

@@ -22,8 +22,8 @@ SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateSer
   follow(dashboard.publishedExportNote(), [this] { emit exportNoteChanged(); });
 }
 
-QString SnapshotViewModel::state() const {
-  return stateName(dashboard().verdict().sign());
+Tone SnapshotViewModel::tone() const {
+  return toneOf(dashboard().verdict().sign());
 }
 
 QString SnapshotViewModel::statusLabel() const {
@@ -87,7 +87,7 @@ QString SnapshotViewModel::exportNote() const {
 }
 
 void SnapshotViewModel::exportProofPacket() {
-  // Later, since the dialog would keep waiting whoever has pressed the button for the user.
+  // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it.
   QMetaObject::invokeMethod(
       this,
       [this] {

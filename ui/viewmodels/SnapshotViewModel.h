@@ -2,6 +2,7 @@
 
 #include "platform/TimeText.h"
 #include "ui/viewmodels/SurfaceViewModel.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QString>
 #include <QtQmlIntegration>
@@ -14,7 +15,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
-  Q_PROPERTY(QString state READ state NOTIFY reportChanged)
+  Q_PROPERTY(cirrovane::Tones::Tone tone READ tone NOTIFY reportChanged)
   Q_PROPERTY(QString statusLabel READ statusLabel NOTIFY reportChanged)
   Q_PROPERTY(QString menuBarSymbol READ menuBarSymbol NOTIFY reportChanged)
   Q_PROPERTY(QString score READ score NOTIFY reportChanged)
@@ -31,24 +32,24 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_PROPERTY(QString exportNote READ exportNote NOTIFY exportNoteChanged)
 
  public:
-  /// All of it outlives this.
+  /// The arguments outlive this.
   SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
                     QObject* parent = nullptr);
 
-  /// The state that the sign has, by its name: "safe", "warning" or "danger"; empty before the first scan.
-  QString state() const;
+  /// Of the sign; neutral before the first scan.
+  Tone tone() const;
   /// "Green Safe", "Yellow Needs Attention" or "Red Unsafe"; "Scanning" before the first scan.
   QString statusLabel() const;
   QString menuBarSymbol() const;
   QString score() const;
   QString verdict() const;
-  /// Why nobody vouches for a YES any more; empty while it holds, and for a NO.
+  /// Why a YES is stale; empty while it holds, and for a NO.
   QString verdictNote() const;
   /// "Live", "Catching up" or "Not live", and why; empty before the first scan.
   QString liveness() const;
   /// "Upload Trust 92 · Local 84".
   QString scores() const;
-  /// State and verdict in words, for whoever points at the icon.
+  /// The icon's tooltip: state and verdict in words.
   QString toolTip() const;
 
   bool hasTopBlocker() const { return !dashboard().report().blockers.empty(); }
@@ -56,10 +57,10 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   QString topBlocker() const;
 
   bool hasLastFailed() const { return lastFailed_.has_value(); }
-  /// Time of day; empty where no scan failed, as the following two.
+  /// Time of day. This and the next two are empty when no scan failed.
   QString lastFailedTime() const;
   QString lastFailedDate() const;
-  /// Empty also when it is unknown.
+  /// It is empty too when it is unknown.
   QString lastFailedReason() const;
 
   /// How the latest export ended; empty before the first.
@@ -76,7 +77,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
 
  private:
   const TimeText& timeText_;
-  /// Looked for once a change, since the history may be long.
+  /// Found once a change, since the history may be long.
   std::optional<ScanSnapshot> lastFailed_;
 };
 

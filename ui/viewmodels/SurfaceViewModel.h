@@ -13,7 +13,7 @@
 namespace cirrovane {
 
 /// What the window and the panel both show and do: the refresh, the updates, the build. Main thread only. Heirs name it
-/// with its namespace, by which alone the registration of types finds it.
+/// with its namespace, since the registration of types finds it by no other name.
 class SurfaceViewModel : public QObject {
   Q_OBJECT
   QML_ANONYMOUS
@@ -25,7 +25,7 @@ class SurfaceViewModel : public QObject {
   /// "Build v1.2 (45)".
   virtual QString buildLabel() const;
 
-  /// To be called each time that the surface goes from hidden to visible.
+  /// To be called each time the surface becomes visible.
   Q_INVOKABLE void appeared();
   /// Asks for a refresh; nothing happens while one is under way.
   Q_INVOKABLE void rescan();

@@ -3,7 +3,6 @@
 #include "diagnostics/StatusText.h"
 #include "ui/viewmodels/Text.h"
 
-#include <QByteArrayList>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -17,27 +16,15 @@ namespace {
 constexpr double kHighMemoryUse = 0.85;
 constexpr double kRaisedMemoryUse = 0.7;
 
-const QByteArrayList kRoles = {"label", "value"};
-
-void show(RowListModel& list, std::initializer_list<std::pair<const char*, std::string>> values) {
-  std::vector<RowListModel::Row> rows;
+void show(ListModel<ValueRow>& list, std::initializer_list<std::pair<const char*, std::string>> values) {
+  std::vector<ValueRow> rows;
   for (const auto& [label, value] : values) {
-    const QString name = toQString(label);
-    rows.push_back({name, {name, toDisplay(value)}});
+    rows.push_back({.label = toQString(label), .value = toDisplay(value)});
   }
   list.setRows(std::move(rows));
 }
 
 }  // namespace
-
-SystemStatusViewModel::SystemStatusViewModel(QObject* parent)
-    : PageViewModel(parent),
-      cpu_(kRoles),
-      memory_(kRoles),
-      storage_(kRoles),
-      power_(kRoles),
-      network_(kRoles),
-      live_(kRoles) {}
 
 void SystemStatusViewModel::begin() {
   follow(dashboard().publishedSystemStatus());
@@ -96,11 +83,9 @@ QString SystemStatusViewModel::memoryUsageText() const {
   return toQString(fmt::format("{:.0f}%", memoryUsageRatio() * 100));
 }
 
-QString SystemStatusViewModel::memoryUsageLevel() const {
+Tone SystemStatusViewModel::memoryUsageTone() const {
   const double ratio = memoryUsageRatio();
-  return ratio > kHighMemoryUse     ? QStringLiteral("error")
-         : ratio > kRaisedMemoryUse ? QStringLiteral("warning")
-                                    : QStringLiteral("ok");
+  return ratio > kHighMemoryUse ? Tone::Critical : ratio > kRaisedMemoryUse ? Tone::Warning : Tone::Good;
 }
 
 }  // namespace cirrovane

@@ -3,21 +3,23 @@
 #include "ui/viewmodels/HelpContent.h"
 #include "ui/viewmodels/Text.h"
 
-#include <QVariantMap>
+#include <utility>
+#include <vector>
 
 namespace cirrovane {
 
-QVariantList TerminologyModel::sections() const {
-  QVariantList sections;
+TerminologyModel::TerminologyModel(QObject* parent) : QObject(parent) {
+  std::vector<TermSectionRow> sections;
   for (const TermSection& section : termSections()) {
-    QVariantList terms;
+    std::vector<TermRow> terms;
     for (const Term& term : section.terms) {
-      terms.append(QVariantMap{{QStringLiteral("term"), toQString(term.term)},
-                               {QStringLiteral("explanation"), toQString(term.explanation)}});
+      terms.push_back({.term = toQString(term.term), .explanation = toQString(term.explanation)});
     }
-    sections.append(QVariantMap{{QStringLiteral("title"), toQString(section.title)}, {QStringLiteral("terms"), terms}});
+    auto* list = new ListModel<TermRow>(this);
+    list->setRows(std::move(terms));
+    sections.push_back({.title = toQString(section.title), .terms = list});
   }
-  return sections;
+  sections_.setRows(std::move(sections));
 }
 
 }  // namespace cirrovane

@@ -30,9 +30,6 @@ QString localText(const ScanSnapshot& snapshot) {
 
 }  // namespace
 
-TimelineViewModel::TimelineViewModel(QObject* parent)
-    : PageViewModel(parent), rows_({"time", "date", "score", "local", "blockers", "verdict", "state"}) {}
-
 void TimelineViewModel::begin() {
   follow(dashboard().historyStore().publishedSnapshots());
   follow(dashboard().publishedExportNote());
@@ -40,7 +37,7 @@ void TimelineViewModel::begin() {
 
 void TimelineViewModel::update() {
   snapshots_ = ScoreHistory(dashboard().fullHistory());
-  std::vector<RowListModel::Row> rows;
+  std::vector<ScanRow> rows;
   for (const ScanSnapshot& snapshot : dashboard().recentHistory()) {
     rows.push_back(rowOf(snapshot));
   }
@@ -49,18 +46,22 @@ void TimelineViewModel::update() {
   exportNote_ = toDisplay(dashboard().exportNote().value_or(""));
 }
 
-RowListModel::Row TimelineViewModel::rowOf(const ScanSnapshot& snapshot) const {
+ScanRow TimelineViewModel::rowOf(const ScanSnapshot& snapshot) const {
   const TimeText& timeText = context()->timeText();
-  return {toQString(snapshot.id.text()),
-          {toQString(timeText.timeOfDay(snapshot.timestamp)), toQString(timeText.dayAndTime(snapshot.timestamp)),
-           QStringLiteral("Score %1").arg(snapshot.score), localText(snapshot), blockerCountText(snapshot.blockerCount),
-           verdictOf(snapshot), toQString(rawValue(snapshot.status))}};
+  return {.time = toQString(timeText.timeOfDay(snapshot.timestamp)),
+          .date = toQString(timeText.dayAndTime(snapshot.timestamp)),
+          .score = QStringLiteral("Score %1").arg(snapshot.score),
+          .local = localText(snapshot),
+          .blockers = blockerCountText(snapshot.blockerCount),
+          .verdict = verdictOf(snapshot),
+          .tone = toneOf(snapshot.status),
+          .key = toQString(snapshot.id.text())};
 }
 
 void TimelineViewModel::exportProofPacket() {
   if (context() != nullptr) {
-    // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
-    // the page may go meanwhile.
+    // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it. The
+    // context queues it, since the page may go meanwhile.
     QMetaObject::invokeMethod(
         context(), [&dashboard = context()->dashboard(For<TimelineViewModel>())] { dashboard.exportProofPacket(); },
         Qt::QueuedConnection);

@@ -1,13 +1,42 @@
 #pragma once
 
 #include "ui/items/ScoreTimeline.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
+#include "ui/viewmodels/Tone.h"
 
 #include <QString>
 #include <QtQmlIntegration>
 
 namespace cirrovane {
+
+/// A scan in words.
+struct ScanRow {
+  Q_GADGET
+  Q_PROPERTY(QString time MEMBER time)
+  Q_PROPERTY(QString date MEMBER date)
+  Q_PROPERTY(QString score MEMBER score)
+  Q_PROPERTY(QString local MEMBER local)
+  Q_PROPERTY(QString blockers MEMBER blockers)
+  Q_PROPERTY(QString verdict MEMBER verdict)
+  Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone)
+
+ public:
+  QString time;
+  /// The day with the time.
+  QString date;
+  QString score;
+  QString local;
+  QString blockers;
+  /// "Safe", "Unsafe", or the reason against it.
+  QString verdict;
+  /// Of the health state.
+  Tone tone = Tone::Plain;
+  QString key = {};
+
+  friend bool operator==(const ScanRow&, const ScanRow&) = default;
+  friend const QString& keyOf(const ScanRow& row) { return row.key; }
+};
 
 /// The history of scans, and the export of all that is known.
 class TimelineViewModel : public cirrovane::PageViewModel {
@@ -15,20 +44,19 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   QML_ELEMENT
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
   Q_PROPERTY(cirrovane::ScoreHistory snapshots READ snapshots NOTIFY changed)
-  Q_PROPERTY(cirrovane::RowListModel* rows READ rows CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
   Q_PROPERTY(QString saveFailure READ saveFailure NOTIFY changed)
   Q_PROPERTY(QString exportNote READ exportNote NOTIFY changed)
 
  public:
-  explicit TimelineViewModel(QObject* parent = nullptr);
+  using PageViewModel::PageViewModel;
 
   bool isEmpty() const { return snapshots_.scores().empty(); }
   /// For the chart.
   const ScoreHistory& snapshots() const { return snapshots_; }
-  /// The newest scans, newest first, each with its "time" and whole "date", its "score" and "local" score, its
-  /// "blockers" in number, the "verdict" in a word or the reason against it, and its health "state".
-  RowListModel* rows() { return &rows_; }
-  /// Why the latest scan will not be in the history after the application has ended; empty when it will.
+  /// The newest scans, newest first.
+  ListModel<ScanRow>* rows() { return &rows_; }
+  /// Why the latest scan is not on the disk; empty when it is.
   const QString& saveFailure() const { return saveFailure_; }
   /// How the latest export ended; empty before the first.
   const QString& exportNote() const { return exportNote_; }
@@ -41,10 +69,10 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
-  RowListModel::Row rowOf(const ScanSnapshot& snapshot) const;
+  ScanRow rowOf(const ScanSnapshot& snapshot) const;
 
   ScoreHistory snapshots_;
-  RowListModel rows_;
+  ListModel<ScanRow> rows_;
   QString saveFailure_;
   QString exportNote_;
 };

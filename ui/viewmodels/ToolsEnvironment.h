@@ -7,12 +7,12 @@
 
 namespace cirrovane {
 
-/// What the page of tools needs besides the results; outlives it.
+/// What the page of tools needs besides the results. It outlives the page.
 struct ToolsEnvironment {
   ToolInstaller installer;
   Clipboard& clipboard;
   Workspace& workspace;
-  /// Where what was found out in the background is taken over.
+  /// Takes results of the background over.
   Executor& mainExecutor;
 };
 

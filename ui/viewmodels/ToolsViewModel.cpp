@@ -28,10 +28,7 @@ const OptionalTool* toolAt(int row) {
 ToolsViewModel::ToolsViewModel(QObject* parent) : ToolsViewModel(runDetached, parent) {}
 
 ToolsViewModel::ToolsViewModel(Background background, QObject* parent)
-    : PageViewModel(parent),
-      background_(std::move(background)),
-      tools_({"name", "state", "stateLevel", "purpose", "unlocks", "installCommand", "status", "isInstalled",
-              "isInstalling", "canInstall"}) {}
+    : PageViewModel(parent), background_(std::move(background)) {}
 
 QString ToolsViewModel::availableText() const {
   return toQString(fmt::format("{} tools available", optionalTools().size()));
@@ -88,7 +85,7 @@ const ToolsEnvironment& ToolsViewModel::environment() const {
 void ToolsViewModel::update() {
   // Homebrew may have come since the page was opened.
   brewPath_ = environment().installer.brewPath();
-  std::vector<RowListModel::Row> rows;
+  std::vector<ToolRow> rows;
   for (const OptionalTool& tool : optionalTools()) {
     rows.push_back(rowOf(tool));
   }
@@ -119,23 +116,26 @@ void ToolsViewModel::finishInstall(std::string_view command, bool hasSucceeded, 
   updateNow();
 }
 
-RowListModel::Row ToolsViewModel::rowOf(const OptionalTool& tool) const {
+ToolRow ToolsViewModel::rowOf(const OptionalTool& tool) const {
   const auto known = installedByCommand_.find(tool.command);
   const bool isInstalled = known != installedByCommand_.end() && known->second;
   const bool isUnknown = isChecking_ && known == installedByCommand_.end();
   const auto status = statusByCommand_.find(tool.command);
   const bool isInstalling = installing_.contains(tool.command);
-  return {toQString(tool.command),
-          {toQString(tool.name),
-           isUnknown     ? QStringLiteral("Checking")
-           : isInstalled ? QStringLiteral("Installed")
-                         : QStringLiteral("Not Installed"),
-           isUnknown     ? QStringLiteral("info")
-           : isInstalled ? QStringLiteral("ok")
-                         : QStringLiteral("none"),
-           toQString(tool.purpose), toQString(tool.unlocks), toQString(tool.installCommand),
-           status != statusByCommand_.end() ? status->second : QString(), isInstalled, isInstalling,
-           brewPath_.has_value() && !isInstalling}};
+  return {.name = toQString(tool.name),
+          .state = isUnknown     ? QStringLiteral("Checking")
+                   : isInstalled ? QStringLiteral("Installed")
+                                 : QStringLiteral("Not Installed"),
+          .tone = isUnknown     ? Tone::Info
+                  : isInstalled ? Tone::Good
+                                : Tone::Neutral,
+          .purpose = toQString(tool.purpose),
+          .unlocks = toQString(tool.unlocks),
+          .installCommand = toQString(tool.installCommand),
+          .status = status != statusByCommand_.end() ? status->second : QString(),
+          .isInstalled = isInstalled,
+          .isInstalling = isInstalling,
+          .canInstall = brewPath_.has_value() && !isInstalling};
 }
 
 template <class Work, class Finish>

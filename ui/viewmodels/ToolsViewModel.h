@@ -1,8 +1,9 @@
 #pragma once
 
 #include "diagnostics/OptionalTool.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
+#include "ui/viewmodels/Tone.h"
 #include "ui/viewmodels/ToolsEnvironment.h"
 
 #include <QString>
@@ -17,15 +18,47 @@
 
 namespace cirrovane {
 
-/// The optional tools: which of them are installed, and the installs that the user asked this page for. What is known
-/// goes with the page; an install goes on without it.
+/// An optional tool in words.
+struct ToolRow {
+  Q_GADGET
+  Q_PROPERTY(QString name MEMBER name)
+  Q_PROPERTY(QString state MEMBER state)
+  Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone)
+  Q_PROPERTY(QString purpose MEMBER purpose)
+  Q_PROPERTY(QString unlocks MEMBER unlocks)
+  Q_PROPERTY(QString installCommand MEMBER installCommand)
+  Q_PROPERTY(QString status MEMBER status)
+  Q_PROPERTY(bool isInstalled MEMBER isInstalled)
+  Q_PROPERTY(bool isInstalling MEMBER isInstalling)
+  Q_PROPERTY(bool canInstall MEMBER canInstall)
+
+ public:
+  QString name;
+  /// "Installed"
+  QString state;
+  /// Of the state.
+  Tone tone = Tone::Plain;
+  QString purpose;
+  QString unlocks;
+  QString installCommand;
+  /// How the latest copy or install ended; empty before the first.
+  QString status;
+  bool isInstalled = false;
+  bool isInstalling = false;
+  bool canInstall = false;
+
+  friend bool operator==(const ToolRow&, const ToolRow&) = default;
+  friend const QString& keyOf(const ToolRow& row) { return row.name; }
+};
+
+/// The optional tools, and their installs. The page takes along what it knows; an install goes on without it.
 class ToolsViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString availableText READ availableText CONSTANT)
   Q_PROPERTY(QString installedText READ installedText NOTIFY changed)
   Q_PROPERTY(bool hasHomebrew READ hasHomebrew NOTIFY changed)
-  Q_PROPERTY(cirrovane::RowListModel* tools READ tools CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* tools READ tools CONSTANT)
 
  public:
   /// Runs a task on a thread of its own, beside all others; the task may outlive the caller.
@@ -37,19 +70,19 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   QString availableText() const;
   QString installedText() const;
   bool hasHomebrew() const { return brewPath_.has_value(); }
-  RowListModel* tools() { return &tools_; }
+  ListModel<ToolRow>* tools() { return &tools_; }
 
   /// Tools that are known to be installed.
   std::size_t installedCount() const;
 
-  // Of the tool in a row:
+  // These act on the tool of a row.
 
   /// Puts the command that installs it on the clipboard.
   Q_INVOKABLE void copyInstallCommand(int row);
-  /// Installs it through Homebrew; does nothing while that is under way, and without Homebrew.
+  /// Installs it with Homebrew; does nothing during an install of it, and without Homebrew.
   Q_INVOKABLE void install(int row);
 
-  /// Opens the page where Homebrew is to be had.
+  /// Opens Homebrew's page in the browser.
   Q_INVOKABLE void openHomebrewPage();
 
  protected:
@@ -60,21 +93,21 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   const ToolsEnvironment& environment() const;
   void refreshInstalledStates();
   void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
-  RowListModel::Row rowOf(const OptionalTool& tool) const;
-  /// Runs `work` in the background, and then hands its result to `finish` on the main thread unless the page is gone.
+  ToolRow rowOf(const OptionalTool& tool) const;
+  /// Runs `work` in the background. `finish` gets its result on the main thread, unless the page is gone.
   template <class Work, class Finish>
   void inBackground(Work work, Finish finish);
 
   Background background_;
-  RowListModel tools_;
+  ListModel<ToolRow> tools_;
   std::optional<std::string> brewPath_;
   bool isChecking_ = false;
-  /// By command; those of the catalogue live for ever.
+  /// By command. The catalogue's commands live for ever.
   std::set<std::string_view> installing_;
   std::map<std::string_view, QString> statusByCommand_;
   std::map<std::string_view, bool> installedByCommand_;
 
-  /// Gone with the page, by which work under way can tell.
+  /// Goes with the page, so that work under way can tell.
   std::shared_ptr<const int> alive_ = std::make_shared<const int>();
 };
 

@@ -1,15 +1,12 @@
 #include "ui/viewmodels/WatchlistViewModel.h"
 
 #include "ui/viewmodels/SaveFailureText.h"
-#include "ui/viewmodels/Text.h"
 
 #include <QMetaObject>
-#include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace cirrovane {
-
-WatchlistViewModel::WatchlistViewModel(QObject* parent) : PageViewModel(parent), rows_({"name", "path"}) {}
 
 void WatchlistViewModel::begin() {
   follow(dashboard().watchlist().publishedFolders());
@@ -17,11 +14,9 @@ void WatchlistViewModel::begin() {
 
 void WatchlistViewModel::update() {
   const WatchlistStore& watchlist = dashboard().watchlist();
-  std::vector<RowListModel::Row> rows;
-  ids_.clear();
+  std::vector<FolderRow> rows;
   for (const WatchFolder& folder : watchlist.folders()) {
-    ids_.push_back(folder.id);
-    rows.push_back({toQString(folder.id.text()), {toDisplay(folder.name), toDisplay(folder.path)}});
+    rows.push_back({.name = toDisplay(folder.name), .path = toDisplay(folder.path), .id = folder.id});
   }
   rows_.setRows(std::move(rows));
   saveFailure_ = saveFailureText("watchlist", watchlist.saveFailure());
@@ -29,8 +24,8 @@ void WatchlistViewModel::update() {
 
 void WatchlistViewModel::addFolder() {
   if (context() != nullptr) {
-    // Later, since the dialog would keep waiting whoever has pressed the button for the user; and by the context, since
-    // the page may go meanwhile.
+    // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it. The
+    // context queues it, since the page may go meanwhile.
     QMetaObject::invokeMethod(
         context(), [&dashboard = context()->dashboard(For<WatchlistViewModel>())] { dashboard.addFolderFromPanel(); },
         Qt::QueuedConnection);
@@ -38,12 +33,12 @@ void WatchlistViewModel::addFolder() {
 }
 
 void WatchlistViewModel::remove(int row) {
-  if (row < 0 || static_cast<std::size_t>(row) >= ids_.size()) {
+  const FolderRow* shown = rows_.find(row);
+  if (shown == nullptr) {
     return;
   }
-  const UUID id = ids_[static_cast<std::size_t>(row)];
   DashboardViewModel& dashboard = context()->dashboard(For<WatchlistViewModel>());
-  dashboard.watchlist().removeFolder(id);
+  dashboard.watchlist().removeFolder(UUID(shown->id));
   dashboard.refresh();
   updateNow();
 }

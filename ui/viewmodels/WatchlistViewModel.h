@@ -1,30 +1,45 @@
 #pragma once
 
 #include "base/UUID.h"
+#include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
-#include "ui/viewmodels/RowListModel.h"
+#include "ui/viewmodels/Text.h"
 
 #include <QString>
 #include <QtQmlIntegration>
-#include <vector>
 
 namespace cirrovane {
+
+/// A watched folder in words.
+struct FolderRow {
+  Q_GADGET
+  Q_PROPERTY(QString name MEMBER name)
+  Q_PROPERTY(QString path MEMBER path)
+
+ public:
+  QString name;
+  QString path;
+  UUID id = {};
+
+  friend bool operator==(const FolderRow&, const FolderRow&) = default;
+  friend QString keyOf(const FolderRow& row) { return toQString(row.id.text()); }
+};
 
 /// The watched folders, and what the user does to them.
 class WatchlistViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
-  Q_PROPERTY(cirrovane::RowListModel* rows READ rows CONSTANT)
+  Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
   Q_PROPERTY(QString saveFailure READ saveFailure NOTIFY changed)
 
  public:
-  explicit WatchlistViewModel(QObject* parent = nullptr);
+  using PageViewModel::PageViewModel;
 
-  bool isEmpty() const { return ids_.empty(); }
-  /// Each with a "name" and a "path", in the watchlist's order.
-  RowListModel* rows() { return &rows_; }
-  /// Why the latest change will not outlive the application; empty when it will.
+  bool isEmpty() const { return rows_.count() == 0; }
+  /// In the watchlist's order.
+  ListModel<FolderRow>* rows() { return &rows_; }
+  /// Why the latest change is not on the disk; empty when it is.
   const QString& saveFailure() const { return saveFailure_; }
 
   /// Lets the user pick a folder to watch.
@@ -37,9 +52,7 @@ class WatchlistViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
-  /// Of the rows.
-  std::vector<UUID> ids_;
-  RowListModel rows_;
+  ListModel<FolderRow> rows_;
   QString saveFailure_;
 };
 

@@ -8,7 +8,7 @@ T.Button {
     property string symbolName: ""
     property bool isPlain: false
     property bool isChosen: false
-    // What a screen reader says when that is more than the text.
+    // What a screen reader says besides the text.
     property string description: ""
     property color tint: Theme.text
 
@@ -21,7 +21,7 @@ T.Button {
     opacity: enabled ? 1 : 0.5
 
     contentItem: Item {
-        // Without an id, which would make them also for a button that has other content.
+        // An id would make these for a button with other content too.
         implicitWidth: children[0].implicitWidth
         implicitHeight: children[0].implicitHeight
 

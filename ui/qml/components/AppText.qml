@@ -2,11 +2,11 @@ import QtQuick
 
 // Text of a page: wrapped, and the user can select and copy it.
 TextEdit {
-    // For times and commands, whose figures and letters stand in columns.
+    // Times and commands need figures and letters in columns.
     property bool isMonospaced: false
 
     color: Theme.text
-    // A layout of Qt 6.4 forgets to make a text lower that has found room for fewer lines.
+    // A layout of Qt 6.4 keeps the height of a text that now needs fewer lines.
     height: implicitHeight
     font.pixelSize: Theme.bodySize
     font.family: isMonospaced ? Theme.monospacedFamily : Theme.family

@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// The whole of a text that does not fit where it stands, while the pointer rests on it. A screen reader has it anyway.
+// Shows the whole of an elided text while the pointer rests on it. A screen reader has the whole text anyway.
 T.ToolTip {
     id: toolTip
 
-    // By the text alone: the width that a wrapped label asks for depends on the width that it has.
+    // Measured by the text alone, since a wrapped label's implicit width depends on its width.
     readonly property TextMetrics metrics: TextMetrics {
         text: toolTip.text
         font.pixelSize: Theme.smallSize

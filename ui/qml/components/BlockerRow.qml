@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-// A blocker: its reason, where it is and what is wrong, and the way to its file.
+// A blocker: its reason, folder, path and details, and a button that reveals its file.
 GridLayout {
     id: row
 

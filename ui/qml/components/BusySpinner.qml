@@ -1,6 +1,6 @@
 import QtQuick
 
-// Turns while something is under way; without motion it only stands there.
+// Turns while something is under way. Without motion it stands still.
 Item {
     id: spinner
 

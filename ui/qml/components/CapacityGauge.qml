@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Cirrovane
 
 // How full something is, from 0 to 1, with the share in words.
 RowLayout {
@@ -8,7 +9,7 @@ RowLayout {
     required property real ratio
     required property string valueText
     required property string label
-    required property color tint
+    required property int tone
 
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
@@ -27,7 +28,7 @@ RowLayout {
             width: Math.max(parent.height, parent.width * Math.max(0, Math.min(1, gauge.ratio)))
             height: parent.height
             radius: 4
-            color: gauge.tint
+            color: Tone.color(gauge.tone)
         }
     }
     AppLabel {

@@ -1,6 +1,6 @@
 import QtQuick
 
-// A time of day, or a text with one, whose day is told to who points at it and to a screen reader.
+// A text with a time of day. Its tooltip and a screen reader tell the day.
 AppText {
     id: text
 

@@ -7,17 +7,17 @@ import QtQuick.Templates as T
 ActionButton {
     id: button
 
-    // Objects with an id, a title and a symbol.
+    // Each entry with a name, a title and a symbol.
     required property var entries
-    // The id of the entry that is chosen now; empty for none.
-    property string chosen: ""
+    // The number of the entry that is chosen now; -1 for none.
+    property int chosenIndex: -1
 
-    signal picked(id: string)
+    signal picked(name: string)
 
     function openList() {
         popup.open();
         const list = popup.contentItem as ListView;
-        list.currentIndex = Math.max(0, button.entries.findIndex(entry => entry.id === button.chosen));
+        list.currentIndex = Math.max(0, button.chosenIndex);
         list.forceActiveFocus(Qt.TabFocusReason);
     }
 
@@ -25,7 +25,6 @@ ActionButton {
     rightPadding: Theme.controlPadding + 16
     onClicked: popup.opened ? popup.close() : openList()
     Keys.onDownPressed: openList()
-
 
     Symbol {
         name: "chevron.down"
@@ -38,7 +37,7 @@ ActionButton {
     T.Popup {
         id: popup
         y: button.height + 4
-        // Moves into the window where it would not fit under the button.
+        // Keeps the list in the window.
         margins: 6
         implicitWidth: 210
         implicitHeight: implicitContentHeight + 12
@@ -72,8 +71,10 @@ ActionButton {
     component Entry: T.MenuItem {
         id: entry
 
-        required property var modelData
         required property int index
+        required property string name
+        required property string title
+        required property string symbol
 
         width: ListView.view.width
         implicitHeight: 30
@@ -81,9 +82,9 @@ ActionButton {
         hoverEnabled: true
         onClicked: {
             popup.close();
-            button.picked(modelData.id);
+            button.picked(name);
         }
-        // Only a pointer that moves chooses, not one that lies where the list happens to open.
+        // Only a moving pointer chooses: the list may open under one that lies still.
         HoverHandler {
             property point before
             property bool hasBefore: false
@@ -107,14 +108,14 @@ ActionButton {
             spacing: 8
 
             Symbol {
-                name: entry.modelData.symbol
+                name: entry.symbol
                 size: 15
                 anchors.verticalCenter: parent.verticalCenter
             }
             AppLabel {
-                text: entry.modelData.title
+                text: entry.title
                 font.pixelSize: Theme.subheadlineSize
-                font.weight: entry.modelData.id === button.chosen ? Font.DemiBold : Font.Normal
+                font.weight: entry.index === button.chosenIndex ? Font.DemiBold : Font.Normal
                 anchors.verticalCenter: parent.verticalCenter
                 Accessible.ignored: true
             }
@@ -124,7 +125,7 @@ ActionButton {
             color: entry.highlighted ? Theme.controlPressed : "transparent"
         }
 
-        Accessible.name: modelData.title
+        Accessible.name: title
         Accessible.onPressAction: entry.clicked()
     }
 }

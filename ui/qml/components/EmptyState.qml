@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-// What stands in the place of a list that is empty.
+// Stands in the place of an empty list.
 ColumnLayout {
     id: state
 

@@ -1,7 +1,7 @@
 import QtQuick
 
-// A path on one line. Where it does not fit its middle is left out, since its ends tell the most; the whole of it is in
-// the tooltip and in what a screen reader says.
+// A path on one line. A long one loses its middle, since its ends tell the most. The tooltip and a screen reader have
+// the whole path.
 AppLabel {
     id: label
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// Shows around its parent that the keyboard acts on the control.
+// A ring around the control that the keyboard acts on.
 Rectangle {
     required property T.Control target
 

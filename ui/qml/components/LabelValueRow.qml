@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-// A value at the end of the line that its name begins.
+// A name at the start of a line and its value at the end.
 RowLayout {
     id: row
 

@@ -9,6 +9,6 @@ PremiumCard {
     required property Item control
     readonly property bool hasFocus: control.activeFocus
 
-    // The current row stays while it is scrolled out of sight.
+    // A list keeps its current row while it is scrolled out of sight.
     onHasFocusChanged: if (hasFocus) ListView.view.currentIndex = index
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Cirrovane
 
 // A number under its name.
 Rectangle {
@@ -6,7 +7,7 @@ Rectangle {
 
     required property string title
     required property string value
-    property color tint: Theme.text
+    property int tone: Tone.Plain
     // Large enough for a sign's colour to be read.
     property int valueSize: Theme.numberSize
 
@@ -34,7 +35,7 @@ Rectangle {
             text: pill.value
             font.pixelSize: pill.valueSize
             font.weight: Font.Bold
-            color: pill.tint
+            color: Tone.color(pill.tone)
             anchors.horizontalCenter: parent.horizontalCenter
             Accessible.ignored: true
         }

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-// What a page is called, over what it is for.
+// A page's title over its subtitle.
 ColumnLayout {
     id: heading
 

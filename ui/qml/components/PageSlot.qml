@@ -1,7 +1,7 @@
 import QtQuick
 
-// Shows one page at a time. In Qt 6.4 a Loader cannot make what is bound to the file that it stands in.
-// The first page is made once its window has begun to draw: the window is there sooner, and the page not later.
+// Shows one page at a time. A Loader of Qt 6.4 cannot make a component that is bound to its file.
+// The first page is made once its window draws: the window comes sooner, and the page no later.
 FocusScope {
     id: slot
 
@@ -27,7 +27,7 @@ FocusScope {
         target: slot.Window.window
         enabled: !slot.isDrawn
 
-        // In the main thread, just before the first picture is handed over.
+        // Comes on the main thread, just before the first picture.
         function onAfterAnimating() {
             begin.start();
         }

@@ -2,13 +2,13 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// A card around one section of a page; for a screen reader a group of the heading's name.
+// A card around a section of a page. A screen reader hears a group with the heading's name.
 Item {
     id: card
 
     default property alias content: column.data
     property string heading: ""
-    // Whether the heading stands in the card too, and not only in what a screen reader says.
+    // Whether the card shows the heading too.
     property bool showsHeading: false
     property alias spacing: column.spacing
 
@@ -19,7 +19,7 @@ Item {
     Accessible.role: Accessible.Grouping
     Accessible.name: heading
 
-    // The outline: a gradient all around, of which the card's own fill leaves a point in sight.
+    // The card's fill leaves one point of the outline's gradient in sight.
     CardOutline {
         anchors.fill: parent
         radius: Theme.cardRadius
@@ -30,7 +30,7 @@ Item {
 
     ColumnLayout {
         id: column
-        // Content stays at the top of a card that is made as high as its neighbour.
+        // Content stays at the top of a card that is as high as its neighbour.
         anchors {
             left: parent.left
             right: parent.right

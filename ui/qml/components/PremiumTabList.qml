@@ -2,19 +2,19 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-// A page that ends in a list of any length, of which only what is in sight is made. Each row has one control.
+// A page that ends in a list of any length. Only rows in sight are made. Each row has one control.
 ScrollingPage {
     id: page
 
     required property var model
-    // Of a ListRow.
+    // Makes a ListRow.
     required property Component delegate
-    // What stands above the rows.
+    // The content above the rows.
     default property alias content: column.data
-    // The last control above the rows, which calls focusRow for the key that leads on to them.
+    // The last control above the rows. The Tab key leads from it to the first row.
     required property Item lastControl
 
-    // Rows come and go with the scrolling, in any order: the keyboard goes from row to row by their numbers.
+    // The keyboard goes from row to row by their numbers, since scrolling makes rows in any order.
     function focusRow(row, reason) {
         if (row < 0 || row >= list.count) {
             return false;
@@ -36,14 +36,14 @@ ScrollingPage {
         event.accepted = true;
     }
 
-    // A row's control is gone or no longer the same: the focus goes to whatever came in its place.
+    // Moves the focus to the row that came in the place of another.
     function focusInPlaceOf(row, reason) {
         if (!focusRow(Math.min(row, list.count - 1), reason)) {
             lastControl.forceActiveFocus(reason);
         }
     }
 
-    // Past the rows that happen to be there.
+    // Moves the focus past the rows that are made.
     function leave() {
         let item = list.currentItem;
         do {
@@ -66,6 +66,12 @@ ScrollingPage {
 
     area: list
 
+    Connections {
+        target: page.lastControl.Keys
+        function onTabPressed(event) {
+            event.accepted = page.focusRow(0, Qt.TabFocusReason);
+        }
+    }
     ListView {
         id: list
         anchors.fill: parent
@@ -74,7 +80,7 @@ ScrollingPage {
         spacing: Theme.pageSpacing
         boundsBehavior: Flickable.StopAtBounds
         clip: true
-        // Rows that are made ahead, a few at a time: a screen reader hears of no others.
+        // Makes rows ahead, a few at a time: a screen reader hears of no others.
         cacheBuffer: 6000
         activeFocusOnTab: false
         keyNavigationEnabled: false
@@ -84,7 +90,7 @@ ScrollingPage {
         T.ScrollBar.vertical: ScrollIndicator {
         }
 
-        // Without ids of this file: a list view of Qt 6.4 cannot make a header that is bound to where it stands.
+        // Uses no ids of this file: a ListView of Qt 6.4 cannot make a header that is bound to its file.
         header: Item {
             height: childrenRect.y + childrenRect.height + Theme.pageSpacing
         }

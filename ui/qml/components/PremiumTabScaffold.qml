@@ -8,7 +8,7 @@ ScrollingPage {
 
     default property alias content: column.data
     property alias spacing: column.spacing
-    // Whether title and subtitle stand above the content; a page may have them in its own.
+    // Whether title and subtitle stand above the content.
     property bool showsHeading: true
 
     area: flickable

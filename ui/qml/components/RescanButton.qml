@@ -6,6 +6,10 @@ RowLayout {
     id: row
 
     required property bool isScanning
+    property alias text: button.text
+    property alias symbolName: button.symbolName
+    // What the keyboard acts on.
+    property alias control: button
 
     signal clicked
 
@@ -15,6 +19,7 @@ RowLayout {
         visible: row.isScanning
     }
     ActionButton {
+        id: button
         text: "Rescan"
         symbolName: "arrow.clockwise"
         description: row.isScanning ? "A scan is running" : ""

@@ -1,12 +1,12 @@
 import QtQuick
 import Cirrovane
 
-// A score in its circle. A new one is read out at once, while what is seen moves there as on a spring.
+// A score in its circle. A screen reader hears a new score at once; the picture moves there as on a spring.
 Item {
     id: dial
 
     required property int score
-    required property string status
+    required property int tone
     property bool motionEnabled: Theme.motionEnabled
     property real dialSize: 160
     property real strokeWidth: 14
@@ -32,7 +32,7 @@ Item {
         width: dial.dialSize + 2 * glowMargin
         height: width
         progress: spring.value
-        status: dial.status
+        status: dial.tone === Tone.Good ? "safe" : dial.tone === Tone.Caution ? "warning" : "danger"
         strokeWidth: dial.strokeWidth
         shadowRadius: dial.shadowRadius
         track: Qt.rgba(1, 1, 1, 0.12)

@@ -1,6 +1,6 @@
 import QtQuick
 
-// A page that scrolls as a whole, by keys too, and keeps the control that the keyboard has reached in sight.
+// A page that scrolls as a whole, by keys too. It keeps the control with the focus in sight.
 FocusScope {
     id: page
 

@@ -7,9 +7,8 @@ import QtQuick.Templates as T
 FocusScope {
     id: control
 
-    // Texts of the choices, in order, and the values that they stand for.
-    required property var titles
-    required property var values
+    // Each choice with its title and the value that it stands for.
+    required property var choices
     required property string value
     required property string label
 
@@ -36,24 +35,25 @@ FocusScope {
 
         Repeater {
             id: segments
-            model: control.titles
+            model: control.choices
 
             T.RadioButton {
                 id: segment
 
                 required property int index
-                required property string modelData
-                readonly property bool isChosen: control.values[index] === control.value
+                required property string title
+                required property string value
+                readonly property bool isChosen: value === control.value
 
-                text: modelData
+                text: title
                 height: row.height
                 implicitWidth: Math.max(64, implicitContentWidth + 2 * Theme.controlPadding)
                 focusPolicy: Qt.StrongFocus
                 hoverEnabled: true
                 checked: isChosen
                 autoExclusive: false
-                onClicked: control.chosen(control.values[index])
-                // The template has checked the button by itself; what is chosen is decided elsewhere.
+                onClicked: control.chosen(value)
+                // The template checks the button by itself, but the owner decides what is chosen.
                 onToggled: checked = Qt.binding(() => segment.isChosen)
 
                 contentItem: AppLabel {

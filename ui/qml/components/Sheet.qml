@@ -15,7 +15,7 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.CloseOnEscape
 
-    // Who had the keyboard before gets it back.
+    // The item that had the keyboard before gets it back.
     property Item opener: null
     onAboutToShow: opener = parent.Window.activeFocusItem
     onClosed: opener?.forceActiveFocus(Qt.PopupFocusReason)

@@ -1,11 +1,13 @@
 import QtQuick
+import Cirrovane
 
-// A word on its colour.
+// A word on the colour of its tone.
 Rectangle {
     id: badge
 
     required property string text
-    required property color tint
+    required property int tone
+    readonly property color tint: Tone.color(tone)
 
     implicitWidth: label.implicitWidth + 18
     implicitHeight: label.implicitHeight + 8

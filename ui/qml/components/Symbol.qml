@@ -1,6 +1,6 @@
 import QtQuick
 
-// A symbol by its name, in one colour. It says nothing to a screen reader: what it shows always stands beside it in words.
+// A symbol by its name, in one colour. It says nothing to a screen reader, since words beside it say the same.
 Image {
     id: symbol
 

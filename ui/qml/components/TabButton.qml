@@ -2,13 +2,13 @@ import QtQuick
 import QtQuick.Templates as T
 
 // A tab of the tab bar: its symbol and title, on a capsule when it is chosen.
-// Its role is the template's own: a control keeps that, whatever it is told.
+// It keeps the template's role: a control ignores any other.
 T.TabButton {
     id: button
 
     required property string symbolName
     required property bool isChosen
-    // Closer to its neighbours, where all of them are to fit.
+    // Whether it stands closer to its neighbours.
     property bool isCompact: false
 
     implicitHeight: 32
@@ -16,7 +16,7 @@ T.TabButton {
     leftPadding: isCompact ? 5 : 10
     rightPadding: leftPadding
     focusPolicy: Qt.StrongFocus
-    // What is chosen is decided elsewhere.
+    // The owner decides what is chosen.
     checkable: false
 
     contentItem: Row {

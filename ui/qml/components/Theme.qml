@@ -1,18 +1,19 @@
 pragma Singleton
 
 import QtQuick
+import Cirrovane
 
-// Every colour, distance and type size of the look, once. The two styles differ in the backdrop and the cards alone.
+// Every colour, distance and type size of the look, once. The two styles differ only in the backdrop and the cards.
 QtObject {
     // Set by the application from the user's settings.
     property bool isClassic: false
     property bool motionEnabled: true
 
-    // The linter of Qt 6.4 does not know it.
+    // The linter of Qt 6.4 does not know Qt.application.font.
     readonly property string family: Qt.application.font.family // qmllint disable
     readonly property string monospacedFamily: Qt.platform.os === "osx" ? "Menlo" : "monospace"
 
-    // Type sizes, in points of the design.
+    // Type sizes, in pixels
     readonly property int titleSize: 30
     readonly property int dialSize: 36
     readonly property int verdictSize: 64
@@ -38,19 +39,20 @@ QtObject {
     readonly property int controlRadius: 8
 
     // Text
-    readonly property color text: "#ffffff"
+    readonly property color text: Tone.color(Tone.Plain)
     readonly property color subtitleText: Qt.rgba(1, 1, 1, 0.84)
     readonly property color secondaryText: Qt.rgba(1, 1, 1, 0.78)
-    readonly property color dimmedText: Qt.rgba(1, 1, 1, 0.72)
+    readonly property color dimmedText: Tone.color(Tone.Neutral)
     readonly property color selection: Qt.rgba(0.20, 0.60, 0.86, 0.55)
 
-    // Signals: the system's dark-mode colours.
-    readonly property color green: "#30d158"
-    readonly property color yellow: "#ffd60a"
-    readonly property color orange: "#ff9f0a"
-    // Lighter than the system's, which is too dark for a sign on our cards.
-    readonly property color red: "#ff6961"
-    readonly property color cyan: "#64d2ff"
+    // Signals: the tones' colours, which the tray icon has too.
+    readonly property color green: Tone.color(Tone.Good)
+    readonly property color yellow: Tone.color(Tone.Caution)
+    readonly property color orange: Tone.color(Tone.Warning)
+    readonly property color red: Tone.color(Tone.Critical)
+    readonly property color cyan: Tone.color(Tone.Info)
+
+    // Ornaments
     readonly property color teal: "#40c8e0"
     readonly property color blue: "#0a84ff"
     readonly property color accent: "#3d9bff"
@@ -83,15 +85,4 @@ QtObject {
     readonly property color orbTwo: Qt.rgba(blue.r, blue.g, blue.b, 0.28)
 
     readonly property int hoverDuration: motionEnabled ? 120 : 0
-
-    // The colour that a state has wherever it is shown, by its name in the records; neither good nor bad without one.
-    function stateColor(state: string): color {
-        return state === "safe" ? green : state === "warning" ? yellow : state === "" ? dimmedText : red;
-    }
-
-    // The same for the severity of a finding or an incident.
-    function severityColor(severity: string): color {
-        return severity === "error" ? red : severity === "warning" ? orange : severity === "ok" ? green
-             : severity === "none" ? dimmedText : cyan;
-    }
 }

@@ -6,8 +6,7 @@ SegmentedControl {
     required property AppSettings settings
 
     label: "Theme"
-    titles: ["Liquid Glass", "Classic"]
-    values: ["liquid", "classic"]
+    choices: settings.visualStyles
     value: settings.visualStyle
     onChosen: style => settings.visualStyle = style
 }

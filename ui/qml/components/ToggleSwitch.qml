@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// An on/off switch with its label; the label can be left to the surroundings.
+// An on/off switch with its label.
 T.Switch {
     id: control
 
-    // Whether the label stands beside the switch; a screen reader hears it in any case.
+    // Whether the label stands beside the switch. A screen reader hears it in any case.
     property bool showsLabel: true
     property bool isOn: false
 

@@ -1,11 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
 
-// What went wrong, where it concerns the user; nothing while it is empty.
+// A warning to the user. An empty one shows nothing.
 RowLayout {
     id: row
 
     required property string text
+    // A screen reader reads an alert out as it comes; a lasting condition is a static text.
+    property int role: Accessible.AlertMessage
 
     visible: text.length > 0
     spacing: Theme.rowSpacing
@@ -21,6 +23,6 @@ RowLayout {
         text: row.text
         font.pixelSize: Theme.subheadlineSize
         Layout.fillWidth: true
-        Accessible.role: Accessible.AlertMessage
+        Accessible.role: row.role
     }
 }

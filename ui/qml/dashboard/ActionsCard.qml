@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// What to do next.
+// The next actions.
 PremiumCard {
     id: card
 

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// What is easily missed.
+// Signals that are easily missed.
 PremiumCard {
     id: card
 
@@ -38,7 +38,7 @@ PremiumCard {
             id: row
 
             required property string symbol
-            required property string severity
+            required property int tone
             required property string title
             required property string text
             required property string reason
@@ -52,7 +52,7 @@ PremiumCard {
 
             Symbol {
                 name: row.symbol
-                color: Theme.severityColor(row.severity)
+                color: Tone.color(row.tone)
                 size: 18
                 Layout.alignment: Qt.AlignTop
             }

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Cirrovane
 
-// What stands first in the way.
+// The most serious blockers.
 PremiumCard {
     id: card
 

@@ -33,7 +33,7 @@ PremiumCard {
                 Layout.row: 0
                 Layout.column: 1
             }
-            // In front of the title, and heard after it.
+            // Stands before the title; a screen reader hears it after the title.
             Item {
                 implicitWidth: symbol.size
                 implicitHeight: symbol.size
@@ -46,7 +46,7 @@ PremiumCard {
                 Symbol {
                     id: symbol
                     name: health.stateSymbol
-                    color: Theme.stateColor(health.state)
+                    color: Tone.color(health.tone)
                     size: 40
                 }
             }

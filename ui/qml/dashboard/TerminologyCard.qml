@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// Every term of the page, a line each, beside what it stands for.
+// Every term beside its explanation, a line each.
 PremiumCard {
     heading: "Terminology"
     showsHeading: true
@@ -19,13 +19,14 @@ PremiumCard {
         ColumnLayout {
             id: section
 
-            required property var modelData
+            required property string title
+            required property ListModelBase terms
 
             spacing: Theme.tightSpacing
             Layout.fillWidth: true
 
             AppText {
-                text: section.modelData.title
+                text: section.title
                 font.pixelSize: Theme.captionSize
                 font.weight: Font.DemiBold
                 color: Theme.dimmedText
@@ -33,25 +34,26 @@ PremiumCard {
                 Accessible.role: Accessible.Heading
             }
             Repeater {
-                model: section.modelData.terms
+                model: section.terms
 
                 RowLayout {
-                    id: term
+                    id: row
 
-                    required property var modelData
+                    required property string term
+                    required property string explanation
 
                     spacing: Theme.cardSpacing
                     Layout.fillWidth: true
 
                     AppText {
-                        text: term.modelData.term
+                        text: row.term
                         font.pixelSize: Theme.smallSize
                         font.weight: Font.DemiBold
                         Layout.preferredWidth: 156
                         Layout.alignment: Qt.AlignTop
                     }
                     AppText {
-                        text: term.modelData.explanation
+                        text: row.explanation
                         font.pixelSize: Theme.smallSize
                         color: Theme.secondaryText
                         Layout.fillWidth: true

@@ -18,7 +18,7 @@ PremiumCard {
         context: card.context
     }
 
-    // Of the same width in every row.
+    // Has the same width in every row.
     component Cell: AppLabel {
         property real share: 1
 
@@ -55,7 +55,7 @@ PremiumCard {
                 required property string local
                 required property string blockers
                 required property string verdict
-                required property string state
+                required property int tone
 
                 spacing: Theme.rowSpacing
                 Layout.fillWidth: true
@@ -64,7 +64,7 @@ PremiumCard {
                     implicitWidth: 8
                     implicitHeight: 8
                     radius: 4
-                    color: Theme.stateColor(row.state)
+                    color: Tone.color(row.tone)
                 }
                 DatedText {
                     text: row.time

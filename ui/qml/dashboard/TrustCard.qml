@@ -50,7 +50,7 @@ PremiumCard {
                 text: health.verdict
                 font.pixelSize: Theme.verdictSize
                 font.weight: Font.Black
-                color: Theme.stateColor(health.verdictState)
+                color: Tone.color(health.verdictTone)
                 Layout.fillWidth: true
                 Accessible.description: health.verdictNote
             }
@@ -71,13 +71,13 @@ PremiumCard {
         }
         Dial {
             score: health.uploadTrust
-            status: health.state
+            tone: health.tone
             caption: "Upload Trust"
             Layout.column: 1
         }
         Dial {
             score: health.localAvailability
-            status: health.localState
+            tone: health.localTone
             caption: "Local Availability"
             Layout.column: 2
         }
@@ -99,9 +99,8 @@ PremiumCard {
             model: health.metrics
 
             MetricPill {
-                required property string state
+                required tone
 
-                tint: state.length > 0 ? Theme.stateColor(state) : Theme.text
                 Layout.fillWidth: true
             }
         }

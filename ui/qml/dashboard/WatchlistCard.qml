@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Cirrovane
 
-// The folders that count.
+// The watched folders.
 PremiumCard {
     id: card
 
@@ -12,7 +12,7 @@ PremiumCard {
 
     heading: "Critical Folder Watchlist"
 
-    // The keyboard stays where it was: at the next folder, or where one is added.
+    // Moves the focus to the next folder, or to the button that adds one.
     function removeRow(row) {
         watchlist.remove(row);
         const next = folders.itemAt(Math.min(row, folders.count - 1)) as FolderRow;
