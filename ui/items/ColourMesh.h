@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPointF>
+#include <QRectF>
 #include <QSizeF>
 #include <vector>
 
+class QQuickWindow;
 class QSGNode;
 
 namespace cirrovane {
@@ -27,7 +30,14 @@ QColor between(const QColor& first, const QColor& second, double share);
 /// Adds the band between two lines of as many points.
 void addBand(ColourMesh& mesh, const std::vector<MeshVertex>& first, const std::vector<MeshVertex>& second);
 
-/// The scene graph's node for a mesh: the given one with new content, or a new one. Rendering thread only.
+/// Whether Qt's own painter draws the window, which knows pictures and rectangles but no triangles.
+bool isDrawnByPainter(const QQuickWindow& window);
+
+/// The scene graph's node for a mesh: the given one with new content, or a new one. For a window that no painter draws;
+/// rendering thread only.
 QSGNode* updateMeshNode(QSGNode* node, const ColourMesh& mesh);
+
+/// What shows of a mesh in an area, `scale` pixels a point: each pixel as its middle is.
+QImage meshPicture(const ColourMesh& mesh, const QRectF& area, double scale);
 
 }  // namespace cirrovane
