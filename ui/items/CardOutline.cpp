@@ -54,7 +54,7 @@ std::vector<QPointF> borderOf(const QSizeF& size, double radius, double inset) {
 
 }  // namespace
 
-/// The card for a painter: pictures of what lies along its edges, and one rectangle for all that is of one colour.
+/// Pictures of what lies along the edges, and one rectangle for all that is of one colour.
 class CardOutline::Pieces : public QSGNode {
  public:
   explicit Pieces(QQuickWindow& window) : window_(window), middle_(window.createRectangleNode()) {
@@ -147,9 +147,6 @@ ColourMesh CardOutline::mesh() const {
 }
 
 QSGNode* CardOutline::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
-  if (!isDrawnByPainter(*window())) {
-    return updateMeshNode(node, mesh());
-  }
   auto* pieces = node != nullptr ? static_cast<Pieces*>(node) : new Pieces(*window());
   pieces->update(*this);
   return pieces;

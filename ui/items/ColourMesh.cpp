@@ -1,9 +1,5 @@
 #include "ui/items/ColourMesh.h"
 
-#include <QQuickWindow>
-#include <QSGGeometryNode>
-#include <QSGRendererInterface>
-#include <QSGVertexColorMaterial>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -14,10 +10,6 @@
 
 namespace cirrovane {
 namespace {
-
-uchar channel(float value, float alpha) {
-  return static_cast<uchar>(std::lround(value * alpha * 255));
-}
 
 /// Premultiplied, each 0 to 255.
 using Channels = std::array<double, 4>;
@@ -85,18 +77,6 @@ void paintTriangle(QImage& image, std::span<const MeshVertex, 3> triangle, const
   }
 }
 
-QSGGeometryNode* makeNode() {
-  auto* node = new QSGGeometryNode;
-  auto* geometry = new QSGGeometry(QSGGeometry::defaultAttributes_ColoredPoint2D(), 0);
-  geometry->setDrawingMode(QSGGeometry::DrawTriangles);
-  node->setGeometry(geometry);
-  auto* material = new QSGVertexColorMaterial;
-  material->setFlag(QSGMaterial::Blending);
-  node->setMaterial(material);
-  node->setFlags(QSGNode::OwnsGeometry | QSGNode::OwnsMaterial);
-  return node;
-}
-
 }  // namespace
 
 double diagonalShare(const QSizeF& area, const QPointF& point) {
@@ -116,26 +96,6 @@ void addBand(ColourMesh& mesh, const std::vector<MeshVertex>& first, const std::
     mesh.insert(mesh.end(), {first[index], second[index], first[index + 1]});
     mesh.insert(mesh.end(), {first[index + 1], second[index], second[index + 1]});
   }
-}
-
-bool isDrawnByPainter(const QQuickWindow& window) {
-  return window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
-}
-
-QSGNode* updateMeshNode(QSGNode* node, const ColourMesh& mesh) {
-  auto* geometryNode = node != nullptr ? dynamic_cast<QSGGeometryNode*>(node) : makeNode();
-  QSGGeometry* geometry = geometryNode->geometry();
-  geometry->allocate(static_cast<int>(mesh.size()));
-  QSGGeometry::ColoredPoint2D* target = geometry->vertexDataAsColoredPoint2D();
-  for (const MeshVertex& vertex : mesh) {
-    const float alpha = vertex.colour.alphaF();
-    target->set(static_cast<float>(vertex.place.x()), static_cast<float>(vertex.place.y()),
-                channel(vertex.colour.redF(), alpha), channel(vertex.colour.greenF(), alpha),
-                channel(vertex.colour.blueF(), alpha), channel(1, alpha));
-    ++target;
-  }
-  geometryNode->markDirty(QSGNode::DirtyGeometry);
-  return geometryNode;
 }
 
 QImage meshPicture(const ColourMesh& mesh, const QRectF& area, double scale) {
