@@ -143,13 +143,13 @@ class Desktop:
 
     # Programs
 
-    def spawn(self, command, pass_fds=()):
+    def spawn(self, command, pass_fds=(), environment=None):
         process = subprocess.Popen(
             [str(part) for part in command],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
-            env=self.environment,
+            env={**self.environment, **(environment or {})},
             cwd=self.environment.get("HOME"),
             start_new_session=True,
             pass_fds=pass_fds,
@@ -168,18 +168,18 @@ class Desktop:
                 process.wait()
         self._processes.remove(process)
 
-    def show_for_good(self, command):
+    def show_for_good(self, command, environment=None):
         """A program and its window once it has come to rest."""
-        process, window, _ = self.show(command)
+        process, window, _ = self.show(command, environment)
         settle(process)
         return process, window
 
-    def show(self, command):
+    def show(self, command, environment=None):
         """Starts a program: it, its window, and the seconds until there was something to see in that."""
         for _ in range(self._display.pending_events()):
             self._display.next_event()
         start = time.monotonic()
-        process = self.spawn(command)
+        process = self.spawn(command, environment=environment)
         deadline = start + PATIENCE
         window = None
         while window is None:
