@@ -48,6 +48,9 @@ constexpr std::array kScenes = {
     Scene{"card-classic",
           "CardOutline { anchors.fill: parent; anchors.margins: 20; radius: 18; fill: Qt.rgba(1, 0.5, 0, 0.12); "
           "outlineStart: Qt.rgba(0, 0.5, 1, 0.2); outlineEnd: Qt.rgba(1, 0, 0, 0.2) }"},
+    Scene{"card-between-pixels",
+          "CardOutline { x: 20; y: 20; width: 400.4; height: 250.6; radius: 20; fill: Qt.rgba(0.5, 0.5, 0.5, 0.5); "
+          "outlineStart: Qt.rgba(0, 0, 1, 0.9); outlineEnd: Qt.rgba(1, 0, 0, 0.9) }"},
     Scene{"card-small",
           "CardOutline { x: 20; y: 20; width: 30; height: 26; radius: 20; fill: Qt.rgba(0.1, 0.15, 0.21, 0.5); "
           "outlineStart: Qt.rgba(0, 0, 1, 0.9); outlineEnd: Qt.rgba(1, 0, 0, 0.9) }"},

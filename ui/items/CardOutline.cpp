@@ -73,8 +73,8 @@ class CardOutline::Pieces : public QSGNode {
     const double corner = std::ceil(std::min({card.radius_, all.width() / 2, all.height() / 2})) + kOutline;
     const double high = std::min(corner, std::floor(all.height() / 2));
     const double wide = std::min(kOutline, std::floor(all.width() / 2));
-    const QRectF between = all.adjusted(0, high, 0, -high);
-    const QRectF middle = between.adjusted(wide, 0, -wide, 0);
+    const QRectF between(QPointF(0, high), QPointF(all.width(), std::floor(all.height() - high)));
+    const QRectF middle(QPointF(wide, high), QPointF(std::floor(all.width() - wide), between.bottom()));
     const ColourMesh mesh = card.mesh();
     middle_->setRect(middle);
     middle_->setColor(card.fill_);
@@ -147,7 +147,7 @@ ColourMesh CardOutline::mesh() const {
 }
 
 QSGNode* CardOutline::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
-  auto* pieces = node != nullptr ? static_cast<Pieces*>(node) : new Pieces(*window());
+  auto* pieces = node != nullptr ? dynamic_cast<Pieces*>(node) : new Pieces(*window());
   pieces->update(*this);
   return pieces;
 }
