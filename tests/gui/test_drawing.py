@@ -13,8 +13,8 @@ OPENGL = {"QSG_RHI_BACKEND": "opengl", "QT_QUICK_BACKEND": ""}
 PAINTER = {"QSG_RHI_BACKEND": "", "QT_QUICK_BACKEND": "software"}
 # What a scene covers of its picture at least.
 LEAST_COVERED = {
-    "backdrop-liquid": 0.99, "backdrop-classic": 0.99, "card-liquid": 0.75, "card-classic": 0.75, "card-small": 0.003, "card-between-pixels": 0.6,
-    "ring-danger": 0.05, "ring-safe": 0.10, "chart": 0.30, "symbol": 0.008, "gauge": 0.10,
+    "backdrop-liquid": 0.99, "backdrop-classic": 0.99, "card-liquid": 0.75, "card-classic": 0.75, "card-small": 0.003,
+    "card-between-pixels": 0.6, "ring-danger": 0.05, "ring-safe": 0.10, "chart": 0.30, "symbol": 0.008, "gauge": 0.10,
 }  # fmt: skip
 GROUNDS = ("black", "white")
 
