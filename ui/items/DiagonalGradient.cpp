@@ -91,21 +91,16 @@ QSGNode* DiagonalGradient::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /
   return shown;
 }
 
-void DiagonalGradient::itemChange(ItemChange change, const ItemChangeData& data) {
-  if (change == ItemChildAddedChange || change == ItemChildRemovedChange) {
-    if (change == ItemChildAddedChange) {
-      if (const auto* orb = qobject_cast<SoftOrb*>(data.item)) {
-        for (const auto signal : {&QQuickItem::xChanged, &QQuickItem::yChanged, &QQuickItem::visibleChanged}) {
-          connect(orb, signal, this, &QQuickItem::update);
-        }
-        connect(orb, &SoftOrb::changed, this, &QQuickItem::update);
+void DiagonalGradient::componentComplete() {
+  QQuickItem::componentComplete();
+  for (const QQuickItem* child : childItems()) {
+    if (const auto* orb = qobject_cast<const SoftOrb*>(child)) {
+      for (const auto signal : {&QQuickItem::xChanged, &QQuickItem::yChanged, &QQuickItem::visibleChanged}) {
+        connect(orb, signal, this, &QQuickItem::update);
       }
-    } else {
-      data.item->disconnect(this);
+      connect(orb, &SoftOrb::changed, this, &QQuickItem::update);
     }
-    update();
   }
-  QQuickItem::itemChange(change, data);
 }
 
 }  // namespace cirrovane

@@ -7,9 +7,9 @@
 
 namespace cirrovane {
 
-/// A rectangle whose colour runs from its top leading to its bottom trailing corner, lit by the soft orbs in it. It
-/// changes so little from point to point that it is drawn as a small picture, enlarged: cheap however often an orb
-/// moves, also where no graphics card draws.
+/// A rectangle whose colour runs from its top leading to its bottom trailing corner, lit by the soft orbs that it is
+/// made with. It changes so little from point to point that it is drawn as a small picture, enlarged: cheap however
+/// often an orb moves, also where no graphics card draws.
 class DiagonalGradient : public QQuickItem {
   Q_OBJECT
   QML_ELEMENT
@@ -27,7 +27,7 @@ class DiagonalGradient : public QQuickItem {
 
  protected:
   QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
-  void itemChange(ItemChange change, const ItemChangeData& data) override;
+  void componentComplete() override;
 
  private:
   QColor start_;

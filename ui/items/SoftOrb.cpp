@@ -38,7 +38,16 @@ double blurredDiscOpacity(double radius, double blur, double distance) {
 }
 
 SoftOrb::SoftOrb(QQuickItem* parent) : QQuickItem(parent) {
-  connect(this, &SoftOrb::changed, this, &SoftOrb::shape);
+  connect(this, &SoftOrb::changed, this, [this] {
+    if (isComponentComplete()) {
+      shape();
+    }
+  });
+}
+
+void SoftOrb::componentComplete() {
+  QQuickItem::componentComplete();
+  shape();
 }
 
 QPointF SoftOrb::centre() const {

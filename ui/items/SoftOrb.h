@@ -32,6 +32,9 @@ class SoftOrb : public QQuickItem {
  signals:
   void changed();
 
+ protected:
+  void componentComplete() override;
+
  private:
   void shape();
 
