@@ -143,13 +143,13 @@ class Desktop:
 
     # Programs
 
-    def spawn(self, command, pass_fds=()):
+    def spawn(self, command, pass_fds=(), environment=None):
         process = subprocess.Popen(
             [str(part) for part in command],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
-            env=self.environment,
+            env={**self.environment, **(environment or {})},
             cwd=self.environment.get("HOME"),
             start_new_session=True,
             pass_fds=pass_fds,
@@ -168,18 +168,18 @@ class Desktop:
                 process.wait()
         self._processes.remove(process)
 
-    def show_for_good(self, command):
+    def show_for_good(self, command, environment=None):
         """A program and its window once it has come to rest."""
-        process, window, _ = self.show(command)
+        process, window, _ = self.show(command, environment)
         settle(process)
         return process, window
 
-    def show(self, command):
+    def show(self, command, environment=None):
         """Starts a program: it, its window, and the seconds until there was something to see in that."""
         for _ in range(self._display.pending_events()):
             self._display.next_event()
         start = time.monotonic()
-        process = self.spawn(command)
+        process = self.spawn(command, environment=environment)
         deadline = start + PATIENCE
         window = None
         while window is None:
@@ -268,9 +268,10 @@ class Desktop:
         self._tell_window_manager(window, "WM_CHANGE_STATE", iconic_state)
         wait_until(lambda: not self._is_seen(window), "the window to be minimised")
 
-    def gaps(self, window, condition):
-        """How long the program behind a window took each time to answer that it is still there, in seconds, asked again
-        and again until the condition holds. It answers in its main event loop."""
+    def gaps(self, process, window, condition):
+        """How long the program behind a window took each time to answer that it is still there, asked again and again
+        until the condition holds: pairs of seconds, the second those for which its main thread was at work meanwhile,
+        which other programs do not make more. It answers in its main event loop."""
         protocol, ping = self._display.intern_atom("WM_PROTOCOLS"), self._display.intern_atom("_NET_WM_PING")
         mask = X.PropertyChangeMask | X.StructureNotifyMask | X.SubstructureNotifyMask
         self._root.change_attributes(event_mask=mask)
@@ -279,13 +280,15 @@ class Desktop:
             number += 1
             data = (32, [ping, number, window.id, 0, 0])
             event = xevent.ClientMessage(window=window, client_type=protocol, data=data)
+            worked = main_thread_time(process)
             start = time.monotonic()
             window.send_event(event)
             self._display.flush()
             while not self._is_answer(number):
                 if time.monotonic() > start + PATIENCE:
                     raise TooLate("the program does not answer")
-            answers.append(time.monotonic() - start)
+            took = time.monotonic() - start
+            answers.append((took, main_thread_time(process) - worked))
             time.sleep(LOOK_PAUSE)
         self._root.change_attributes(event_mask=X.PropertyChangeMask)
         return answers
@@ -319,6 +322,11 @@ def memory(process, kind):
         if line.startswith(kind + ":"):
             return int(line.split()[1]) * 1024
     raise TooLate(f"process {process.pid} is gone")
+
+
+def main_thread_time(process):
+    """The seconds for which its main thread has had a processor."""
+    return int(Path(f"/proc/{process.pid}/task/{process.pid}/schedstat").read_text().split()[0]) / 1e9
 
 
 def ticks(process):

@@ -8,16 +8,22 @@
 #include "base/Heaps.h"
 #include "platform/CommandRunner.h"
 #include "platform/Desktop.h"
+#include "platform/posix/ChildProcess.h"
 #include "platform/qt/SingleInstance.h"
 #include "ui/CirrovaneApp.h"
+#include "ui/DrawingMeans.h"
 
 #include <QApplication>
 #include <QFont>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
 #include <QtQml/qqmlextensionplugin.h>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,10 +41,14 @@ constexpr int kCouldNot = 3;
 /// What a later start asks the first one for.
 constexpr const char* kWindowMessage = "window";
 constexpr const char* kPanelMessage = "panel";
+/// What this program asks itself for, in a process of its own.
+constexpr const char* kTellRenderer = "--tell-renderer";
+constexpr std::chrono::seconds kRendererLimit{3};
 
 struct Options {
   std::string macRoot = "/";
   bool opensPanel = false;
+  bool tellsRenderer = false;
 };
 
 /// The status to end with at once; absent when the application is to start.
@@ -49,6 +59,8 @@ std::optional<int> readOptions(int argumentCount, char** arguments, Options& opt
         ->type_name("DIR");
   }
   app.add_flag("--panel", options.opensPanel, "Open the menu-bar panel at the start");
+  // Without a group it is not in the help: nobody but this program uses it.
+  app.add_flag(kTellRenderer, options.tellsRenderer)->group("");
   // The toolkit has options of its own.
   app.allow_extras();
   try {
@@ -73,6 +85,27 @@ void saveMemory() {
       qputenv(side, "512");
     }
   }
+}
+
+#ifndef __APPLE__
+std::optional<std::string> askForRendererName() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const auto result = runChild(program.native(), {kTellRenderer}, CommandOutput::collected, {}, kRendererLimit);
+  return result && result->hasSucceeded() ? toldRendererName(result->output) : std::nullopt;
+}
+#endif
+
+/// The question whether the toolkit's painter is to draw, whose answer comes while the program goes on. A Mac always
+/// has something better.
+std::future<bool> askWhoDraws() {
+#ifdef __APPLE__
+  return std::async(std::launch::deferred, [] { return false; });
+#else
+  const DrawingMeans means{
+      .isChosen = isDrawingChosen(), .hasDevice = hasGraphicsDevice("/dev"), .rendererName = askForRendererName};
+  return std::async(std::launch::async, [means] { return isPainterWanted(means); });
+#endif
 }
 
 void setUpFont(const Desktop& desktop) {
@@ -109,6 +142,9 @@ int runProgram(int argumentCount, char** arguments) {
   if (const auto status = readOptions(argumentCount, arguments, options)) {
     return *status;
   }
+  if (options.tellsRenderer) {
+    return tellRendererName();
+  }
   const std::string root = std::filesystem::absolute(options.macRoot).lexically_normal().native();
   auto machine = makeMachine(root);
   if (!machine) {
@@ -117,6 +153,7 @@ int runProgram(int argumentCount, char** arguments) {
   }
   saveMemory();
   endLimitedCommandsOnSignals();
+  std::future<bool> isPainterDrawing = askWhoDraws();
   QApplication application(argumentCount, arguments);
   QApplication::setApplicationName(QStringLiteral("Cirrovane"));
   QApplication::setDesktopFileName(QStringLiteral("com.quillmere.Cirrovane"));
@@ -124,6 +161,9 @@ int runProgram(int argumentCount, char** arguments) {
   // A first one that hangs is no reason to leave the user without an answer.
   if (instance.start(options.opensPanel ? kPanelMessage : kWindowMessage) == SingleInstance::Start::received) {
     return 0;
+  }
+  if (isPainterDrawing.get()) {
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
   }
   return runApplication(*machine, instance, options.opensPanel);
 }

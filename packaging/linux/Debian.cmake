@@ -17,7 +17,7 @@ set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/Strip.cmake")
 
 # Libraries are found by what the programs link; what the window imports is known by its name alone.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(modules qtqml qtqml-models qtqml-workerscript qtquick qtquick-controls qtquick-layouts qtquick-shapes
+set(modules qtqml qtqml-models qtqml-workerscript qtquick qtquick-controls qtquick-layouts
     qtquick-templates qtquick-window)
 list(TRANSFORM modules PREPEND qml6-module-)
 list(JOIN modules ", " CPACK_DEBIAN_PACKAGE_DEPENDS)

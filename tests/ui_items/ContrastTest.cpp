@@ -77,14 +77,8 @@ class ContrastTest : public ApplicationTest, public testing::WithParamInterface<
   /// Wherever the two lights are on their ways, and whatever lies below them.
   QColor lightestLiquid() {
     const auto backdrop = make("AppBackdropView { width: 860; height: 640; isClassic: false; motionEnabled: false }");
-    const QList<QQuickItem*> children = qobject_cast<QQuickItem*>(backdrop.get())->childItems();
-    std::vector<SoftOrb*> orbs;
-    for (QQuickItem* child : children) {
-      if (auto* orb = qobject_cast<SoftOrb*>(child)) {
-        orbs.push_back(orb);
-      }
-    }
-    EXPECT_EQ(orbs.size(), 2U);
+    const QList<SoftOrb*> orbs = backdrop->findChildren<SoftOrb*>();
+    EXPECT_EQ(orbs.size(), 2);
     // The gradient's lighter end everywhere: it is close to what is below the upper light.
     QColor lightest = colour("liquidTop");
     for (int phases = 0; phases < 81; ++phases) {

@@ -50,6 +50,18 @@ std::string problemOf(const std::vector<QPointF>& points) {
   return {};
 }
 
+/// The path's elements, a letter and a place each: M for a new line, L for a straight piece, C for the points of a
+/// curve.
+std::string textOf(const QPainterPath& path) {
+  std::string text;
+  for (int index = 0; index < path.elementCount(); ++index) {
+    const QPainterPath::Element element = path.elementAt(index);
+    text += element.isMoveTo() ? 'M' : element.isLineTo() ? 'L' : 'C';
+    text += std::to_string(std::lround(element.x)) + ',' + std::to_string(std::lround(element.y)) + ' ';
+  }
+  return text;
+}
+
 TEST(MonotoneCurve, anyScores_arePassedWithoutTurnOrOvershoot) {
   std::mt19937 random(20261115);
   const auto number = [&](unsigned below) { return static_cast<double>(random() % below); };
@@ -91,27 +103,28 @@ TEST(MonotoneCurve, bend_isSmooth) {
 TEST(MonotoneCurve, sameTimes_areJoinedStraight) {
   const std::vector<QPointF> points = {{5, 10}, {5, 90}, {5, 40}};
   EXPECT_EQ(problemOf(points), "");
-  EXPECT_EQ(curvePath(points, monotoneCurve(points)),
-            "M5.00 10.00C5.00 10.00 5.00 90.00 5.00 90.00C5.00 90.00 5.00 40.00 5.00 40.00");
+  EXPECT_EQ(textOf(curvePath(points, monotoneCurve(points))), "M5,10 C5,10 C5,90 C5,90 C5,90 C5,40 C5,40 ");
 }
 
 TEST(MonotoneCurve, fewerThanTwoPoints_haveNoLine) {
   EXPECT_TRUE(monotoneCurve({}).empty());
   EXPECT_TRUE(monotoneCurve({{3, 4}}).empty());
-  EXPECT_EQ(curvePath({}, {}), "");
-  EXPECT_EQ(curvePath({{3, 4}}, {}), "");
-  EXPECT_EQ(areaPath({{3, 4}}, {}, 100), "");
+  EXPECT_TRUE(curvePath({}, {}).isEmpty());
+  EXPECT_TRUE(curvePath({{3, 4}}, {}).isEmpty());
+  EXPECT_TRUE(areaPath({{3, 4}}, {}, 100).isEmpty());
 }
 
 TEST(MonotoneCurve, area_isClosedToTheBase) {
   const std::vector<QPointF> points = {{0, 30}, {30, 0}};
-  const QString path = areaPath(points, monotoneCurve(points), 100);
-  EXPECT_EQ(path, "M0.00 30.00C10.00 20.00 20.00 10.00 30.00 0.00L30.00 100.00L0.00 100.00Z");
+  EXPECT_EQ(textOf(areaPath(points, monotoneCurve(points), 100)), "M0,30 C10,20 C20,10 C30,0 L30,100 L0,100 L0,30 ");
 }
 
 TEST(MonotoneCurve, discs_areDrawnAroundEachPoint) {
-  EXPECT_EQ(discsPath({}, 2.5), "");
-  EXPECT_EQ(discsPath({{10, 20}}, 2.5), "M7.50 20.00a2.50 2.50 0 1 0 5.00 0a2.50 2.50 0 1 0 -5.00 0Z");
+  EXPECT_TRUE(discsPath({}, 2.5).isEmpty());
+  EXPECT_EQ(discsPath({{10, 20}}, 2.5).boundingRect(), QRectF(7.5, 17.5, 5, 5));
+  const QPainterPath overlapping = discsPath({{10, 20}, {12, 20}}, 2.5);
+  EXPECT_TRUE(overlapping.contains({11, 20}));
+  EXPECT_FALSE(overlapping.contains({15, 20}));
 }
 
 }  // namespace

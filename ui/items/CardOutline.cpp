@@ -2,10 +2,14 @@
 
 #include "ui/items/ColourMesh.h"
 
+#include <QImage>
 #include <QQuickWindow>
+#include <QSGImageNode>
+#include <QSGRectangleNode>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 #include <vector>
 
@@ -50,12 +54,65 @@ std::vector<QPointF> borderOf(const QSizeF& size, double radius, double inset) {
 
 }  // namespace
 
+/// Pictures of what lies along the edges, and one rectangle for all that is of one colour.
+class CardOutline::Pieces : public QSGNode {
+ public:
+  explicit Pieces(QQuickWindow& window) : window_(window), middle_(window.createRectangleNode()) {
+    appendChildNode(middle_);
+    for (QSGImageNode*& edge : edges_) {
+      edge = window.createImageNode();
+      edge->setOwnsTexture(true);
+      appendChildNode(edge);
+    }
+  }
+
+  void update(const CardOutline& card) {
+    const double scale = window_.effectiveDevicePixelRatio();
+    const QRectF all(QPointF(), card.size());
+    // In whole points, so that no two pieces share a pixel.
+    const double corner = std::ceil(std::min({card.radius_, all.width() / 2, all.height() / 2})) + kOutline;
+    const double high = std::min(corner, std::floor(all.height() / 2));
+    const double wide = std::min(kOutline, std::floor(all.width() / 2));
+    const QRectF between(QPointF(0, high), QPointF(all.width(), std::floor(all.height() - high)));
+    const QRectF middle(QPointF(wide, high), QPointF(std::floor(all.width() - wide), between.bottom()));
+    const ColourMesh mesh = card.mesh();
+    middle_->setRect(middle);
+    middle_->setColor(card.fill_);
+    const std::array<QRectF, 4> areas = {
+        QRectF(all.topLeft(), QSizeF(all.width(), high)),
+        QRectF(QPointF(0, between.bottom()), QSizeF(all.width(), all.bottom() - between.bottom())),
+        QRectF(between.topLeft(), QSizeF(wide, between.height())),
+        QRectF(QPointF(middle.right(), between.top()), QSizeF(all.right() - middle.right(), between.height()))};
+    for (std::size_t index = 0; index < areas.size(); ++index) {
+      const QRectF& area = areas.at(index);
+      QSGImageNode* edge = edges_.at(index);
+      const QImage picture = area.isEmpty() ? transparentPixel() : meshPicture(mesh, area, scale);
+      edge->setTexture(window_.createTextureFromImage(picture));
+      edge->setRect(area.topLeft().x(), area.topLeft().y(), picture.width() / scale, picture.height() / scale);
+    }
+  }
+
+ private:
+  /// How far the outline with its soft edges reaches from a straight edge.
+  static constexpr double kOutline = 2;
+
+  static QImage transparentPixel() {
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+  }
+
+  QQuickWindow& window_;
+  QSGRectangleNode* middle_;
+  std::array<QSGImageNode*, 4> edges_{};
+};
+
 CardOutline::CardOutline(QQuickItem* parent) : QQuickItem(parent) {
   setFlag(ItemHasContents);
   connect(this, &CardOutline::changed, this, &QQuickItem::update);
 }
 
-QSGNode* CardOutline::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
+ColourMesh CardOutline::mesh() const {
   const QSizeF area = size();
   ColourMesh mesh;
   if (area.width() > 2 && area.height() > 2) {
@@ -86,7 +143,13 @@ QSGNode* CardOutline::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data
     addBand(mesh, ring(1 - soft, outline), inner);
     addBand(mesh, inner, std::vector<MeshVertex>(inner.size(), {QPointF(area.width() / 2, area.height() / 2), fill_}));
   }
-  return updateMeshNode(node, mesh);
+  return mesh;
+}
+
+QSGNode* CardOutline::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
+  auto* pieces = node != nullptr ? dynamic_cast<Pieces*>(node) : new Pieces(*window());
+  pieces->update(*this);
+  return pieces;
 }
 
 }  // namespace cirrovane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/items/ColourMesh.h"
+
 #include <QColor>
 #include <QQuickItem>
 #include <QtQmlIntegration>
@@ -26,6 +28,10 @@ class CardOutline : public QQuickItem {
   QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
 
  private:
+  class Pieces;
+
+  ColourMesh mesh() const;
+
   qreal radius_ = 0;
   QColor fill_;
   QColor outlineStart_;

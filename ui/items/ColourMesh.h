@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPointF>
+#include <QRectF>
 #include <QSizeF>
 #include <vector>
-
-class QSGNode;
 
 namespace cirrovane {
 
@@ -15,7 +15,7 @@ struct MeshVertex {
   QColor colour;
 };
 
-/// Triangles, three vertices each, for the scene graph: soft edges and gradients that cost no picture in memory.
+/// Triangles, three vertices each, that do not overlap.
 using ColourMesh = std::vector<MeshVertex>;
 
 /// How far a point lies along the way from the top leading to the bottom trailing corner: 0 to 1.
@@ -27,7 +27,7 @@ QColor between(const QColor& first, const QColor& second, double share);
 /// Adds the band between two lines of as many points.
 void addBand(ColourMesh& mesh, const std::vector<MeshVertex>& first, const std::vector<MeshVertex>& second);
 
-/// The scene graph's node for a mesh: the given one with new content, or a new one. Rendering thread only.
-QSGNode* updateMeshNode(QSGNode* node, const ColourMesh& mesh);
+/// What shows of a mesh in an area, `scale` pixels a point: each pixel as its middle is.
+QImage meshPicture(const ColourMesh& mesh, const QRectF& area, double scale);
 
 }  // namespace cirrovane

@@ -57,14 +57,6 @@ void addRun(std::vector<CurveSegment>& curve, std::span<const QPointF> points) {
   }
 }
 
-QString number(double value) {
-  return QString::number(value, 'f', 2);
-}
-
-QString textOf(const QPointF& point) {
-  return number(point.x()) + QLatin1Char(' ') + number(point.y());
-}
-
 }  // namespace
 
 std::vector<CurveSegment> monotoneCurve(const std::vector<QPointF>& points) {
@@ -87,34 +79,33 @@ std::vector<CurveSegment> monotoneCurve(const std::vector<QPointF>& points) {
   return curve;
 }
 
-QString curvePath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve) {
+QPainterPath curvePath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve) {
+  QPainterPath path;
   if (curve.empty()) {
-    return {};
+    return path;
   }
-  QString path = QLatin1Char('M') + textOf(points.front());
+  path.moveTo(points.front());
   for (const CurveSegment& segment : curve) {
-    path += QLatin1Char('C') + textOf(segment.firstControl) + QLatin1Char(' ') + textOf(segment.secondControl) +
-            QLatin1Char(' ') + textOf(segment.end);
+    path.cubicTo(segment.firstControl, segment.secondControl, segment.end);
   }
   return path;
 }
 
-QString areaPath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve, double base) {
-  if (curve.empty()) {
-    return {};
+QPainterPath areaPath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve, double base) {
+  QPainterPath path = curvePath(points, curve);
+  if (!path.isEmpty()) {
+    path.lineTo(points.back().x(), base);
+    path.lineTo(points.front().x(), base);
+    path.closeSubpath();
   }
-  return curvePath(points, curve) + QLatin1Char('L') + textOf({points.back().x(), base}) + QLatin1Char('L') +
-         textOf({points.front().x(), base}) + QLatin1Char('Z');
+  return path;
 }
 
-QString discsPath(const std::vector<QPointF>& points, double radius) {
-  QString path;
-  const QString size = number(radius) + QLatin1Char(' ') + number(radius);
-  const QString half = QLatin1Char('a') + size + QStringLiteral(" 0 1 0 ");
-  const QString disc =
-      half + number(2 * radius) + QStringLiteral(" 0") + half + number(-2 * radius) + QStringLiteral(" 0Z");
+QPainterPath discsPath(const std::vector<QPointF>& points, double radius) {
+  QPainterPath path;
+  path.setFillRule(Qt::WindingFill);
   for (const QPointF& point : points) {
-    path += QLatin1Char('M') + textOf({point.x() - radius, point.y()}) + disc;
+    path.addEllipse(point, radius, radius);
   }
   return path;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QPainterPath>
 #include <QPointF>
-#include <QString>
 #include <vector>
 
 namespace cirrovane {
@@ -17,13 +17,13 @@ struct CurveSegment {
 /// Neighbours of the same x are joined straight. One segment fewer than points.
 std::vector<CurveSegment> monotoneCurve(const std::vector<QPointF>& points);
 
-/// The line as an SVG path; empty without two points.
-QString curvePath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve);
+/// The line; empty without two points.
+QPainterPath curvePath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve);
 
-/// The area between the line and a horizontal line as an SVG path; empty without two points.
-QString areaPath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve, double base);
+/// The area between the line and a horizontal line; empty without two points.
+QPainterPath areaPath(const std::vector<QPointF>& points, const std::vector<CurveSegment>& curve, double base);
 
-/// A disc around each point as an SVG path.
-QString discsPath(const std::vector<QPointF>& points, double radius);
+/// A disc around each point; where two overlap both are filled.
+QPainterPath discsPath(const std::vector<QPointF>& points, double radius);
 
 }  // namespace cirrovane

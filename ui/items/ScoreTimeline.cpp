@@ -4,9 +4,12 @@
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QLinearGradient>
+#include <QPen>
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 namespace cirrovane {
 namespace {
@@ -34,9 +37,21 @@ double crisp(double place) {
   return std::floor(place) + 0.5;
 }
 
-/// A straight line as an SVG path.
-QString straightPath(const QPointF& from, const QPointF& to) {
-  return QStringLiteral("M%1 %2L%3 %4").arg(from.x()).arg(from.y()).arg(to.x()).arg(to.y());
+void addLine(QPainterPath& path, const QPointF& from, const QPointF& to) {
+  path.moveTo(from);
+  path.lineTo(to);
+}
+
+TimelineLabel labelAt(const QString& text, double x, double y) {
+  TimelineLabel label;
+  label.text = text;
+  label.position = QPointF(std::round(x), std::round(y));
+  return label;
+}
+
+QColor faded(QColor colour, float opacity) {
+  colour.setAlphaF(opacity);
+  return colour;
 }
 
 }  // namespace
@@ -96,7 +111,10 @@ QString timelineDescription(const std::vector<ScoreAtTime>& scores, const TimeWo
       .arg(scores.back().score);
 }
 
-ScoreTimeline::ScoreTimeline(QQuickItem* parent) : QQuickItem(parent) {}
+ScoreTimeline::ScoreTimeline(QQuickItem* parent) : QQuickPaintedItem(parent) {
+  setAntialiasing(true);
+  connect(this, &ScoreTimeline::lookChanged, this, [this] { update(); });
+}
 
 void ScoreTimeline::setSnapshots(const ScoreHistory& snapshots) {
   if (snapshots == snapshots_) {
@@ -130,13 +148,32 @@ QString ScoreTimeline::description() const {
   return timelineDescription(snapshots_.scores(), userWording());
 }
 
+QVariantList ScoreTimeline::labels() const {
+  QVariantList list;
+  for (const TimelineLabel& label : labels_) {
+    list.append(QVariant::fromValue(label));
+  }
+  return list;
+}
+
+void ScoreTimeline::paint(QPainter* painter) {
+  constexpr double kLineWidth = 2.5;
+  QLinearGradient shade(plot_.topLeft(), plot_.bottomLeft());
+  shade.setColorAt(0, faded(lineColor_, 0.5F));
+  shade.setColorAt(1, faded(lineColor_, 0.05F));
+  painter->strokePath(gridPath_, QPen(gridColor_, 1));
+  painter->fillPath(areaPath_, shade);
+  painter->strokePath(linePath_, QPen(lineColor_, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter->fillPath(pointsPath_, pointColor_);
+}
+
 void ScoreTimeline::componentComplete() {
-  QQuickItem::componentComplete();
+  QQuickPaintedItem::componentComplete();
   draw();
 }
 
 void ScoreTimeline::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
-  QQuickItem::geometryChange(newGeometry, oldGeometry);
+  QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
   if (newGeometry.size() != oldGeometry.size()) {
     draw();
   }
@@ -156,8 +193,13 @@ void ScoreTimeline::draw() {
   const double inset = std::min(pointDiameter_, plot_.width() / 2);
   const QRectF area = plot_.adjusted(inset, 0, -inset, 0);
   drawScores(area);
-  drawAxes(area);
+  std::vector<TimelineLabel> labels = drawAxes(area);
+  update();
   emit drawingChanged();
+  if (labels != labels_) {
+    labels_ = std::move(labels);
+    emit labelsChanged();
+  }
 }
 
 void ScoreTimeline::drawScores(const QRectF& area) {
@@ -168,19 +210,19 @@ void ScoreTimeline::drawScores(const QRectF& area) {
   pointsPath_ = discsPath(points, pointDiameter_ / 2);
 }
 
-void ScoreTimeline::drawAxes(const QRectF& area) {
+std::vector<TimelineLabel> ScoreTimeline::drawAxes(const QRectF& area) {
   const QFontMetricsF metrics(labelFont(labelSize_));
   gridPath_.clear();
-  labels_.clear();
+  std::vector<TimelineLabel> labels;
   for (const int score : scoreMarks(plot_.height(), metrics.height())) {
     const double y = area.bottom() - area.height() * score / kFullScore;
     const QString text = QString::number(score);
-    addLabel(text, plot_.left() - kLabelGap - widthOf(metrics, text), y - metrics.height() / 2);
-    gridPath_ += straightPath({plot_.left(), crisp(y)}, {plot_.right(), crisp(y)});
+    labels.push_back(labelAt(text, plot_.left() - kLabelGap - widthOf(metrics, text), y - metrics.height() / 2));
+    addLine(gridPath_, {plot_.left(), crisp(y)}, {plot_.right(), crisp(y)});
   }
   const std::vector<ScoreAtTime>& scores = snapshots_.scores();
   if (scores.empty()) {
-    return;
+    return labels;
   }
   TimeWording wording = userWording();
   wording.widthOf = [&metrics](const QString& text) { return widthOf(metrics, text); };
@@ -191,16 +233,10 @@ void ScoreTimeline::drawAxes(const QRectF& area) {
                       .left = plot_.left(),
                       .right = plot_.right()};
   for (const TimeMark& mark : timeMarks(axis, wording)) {
-    addLabel(mark.text, mark.left, plot_.bottom() + kLabelGap);
-    gridPath_ += straightPath({crisp(mark.x), plot_.top()}, {crisp(mark.x), plot_.bottom()});
+    labels.push_back(labelAt(mark.text, mark.left, plot_.bottom() + kLabelGap));
+    addLine(gridPath_, {crisp(mark.x), plot_.top()}, {crisp(mark.x), plot_.bottom()});
   }
-}
-
-void ScoreTimeline::addLabel(const QString& text, double x, double y) {
-  TimelineLabel label;
-  label.text = text;
-  label.position = QPointF(std::round(x), std::round(y));
-  labels_.append(QVariant::fromValue(label));
+  return labels;
 }
 
 }  // namespace cirrovane

@@ -4,9 +4,12 @@
 #include "stores/ScanSnapshot.h"
 #include "ui/items/TimeMarks.h"
 
+#include <QColor>
 #include <QMetaType>
+#include <QPainter>
+#include <QPainterPath>
 #include <QPointF>
-#include <QQuickItem>
+#include <QQuickPaintedItem>
 #include <QRectF>
 #include <QString>
 #include <QVariantList>
@@ -66,11 +69,13 @@ class TimelineLabel {
  public:
   QString text;
   QPointF position;
+
+  friend bool operator==(const TimelineLabel&, const TimelineLabel&) = default;
 };
 
-/// What a chart of scores over time consists of, for an item of its size. Made anew only when the scores, the size or
-/// the labels' font change.
-class ScoreTimeline : public QQuickItem {
+/// A chart of scores over time but for its labels, which it places. Made anew only when the scores, the size or the
+/// labels' font change.
+class ScoreTimeline : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(cirrovane::ScoreHistory snapshots READ snapshots WRITE setSnapshots NOTIFY snapshotsChanged)
@@ -80,12 +85,11 @@ class ScoreTimeline : public QQuickItem {
   Q_PROPERTY(qreal pointDiameter READ pointDiameter WRITE setPointDiameter NOTIFY pointDiameterChanged)
   /// Within the axes.
   Q_PROPERTY(QRectF plot READ plot NOTIFY drawingChanged)
-  Q_PROPERTY(QString gridPath READ gridPath NOTIFY drawingChanged)
-  Q_PROPERTY(QString linePath READ linePath NOTIFY drawingChanged)
-  Q_PROPERTY(QString areaPath READ areaPath NOTIFY drawingChanged)
-  Q_PROPERTY(QString pointsPath READ pointsPath NOTIFY drawingChanged)
+  Q_PROPERTY(QColor gridColor MEMBER gridColor_ NOTIFY lookChanged)
+  Q_PROPERTY(QColor lineColor MEMBER lineColor_ NOTIFY lookChanged)
+  Q_PROPERTY(QColor pointColor MEMBER pointColor_ NOTIFY lookChanged)
   /// Of each axis, a `timelineLabel` each.
-  Q_PROPERTY(QVariantList labels READ labels NOTIFY drawingChanged)
+  Q_PROPERTY(QVariantList labels READ labels NOTIFY labelsChanged)
   Q_PROPERTY(QString description READ description NOTIFY descriptionChanged)
 
  public:
@@ -99,18 +103,22 @@ class ScoreTimeline : public QQuickItem {
   void setPointDiameter(qreal diameter);
 
   const QRectF& plot() const { return plot_; }
-  const QString& gridPath() const { return gridPath_; }
-  const QString& linePath() const { return linePath_; }
-  const QString& areaPath() const { return areaPath_; }
-  const QString& pointsPath() const { return pointsPath_; }
-  const QVariantList& labels() const { return labels_; }
+  const QPainterPath& gridPath() const { return gridPath_; }
+  const QPainterPath& linePath() const { return linePath_; }
+  const QPainterPath& areaPath() const { return areaPath_; }
+  const QPainterPath& pointsPath() const { return pointsPath_; }
+  QVariantList labels() const;
   QString description() const;
+
+  void paint(QPainter* painter) override;
 
  signals:
   void snapshotsChanged();
   void labelSizeChanged();
   void pointDiameterChanged();
   void drawingChanged();
+  void labelsChanged();
+  void lookChanged();
   void descriptionChanged();
 
  protected:
@@ -120,18 +128,20 @@ class ScoreTimeline : public QQuickItem {
  private:
   void draw();
   void drawScores(const QRectF& area);
-  void drawAxes(const QRectF& area);
-  void addLabel(const QString& text, double x, double y);
+  std::vector<TimelineLabel> drawAxes(const QRectF& area);
 
   ScoreHistory snapshots_;
   int labelSize_ = 11;
   qreal pointDiameter_ = 5;
+  QColor gridColor_;
+  QColor lineColor_;
+  QColor pointColor_;
   QRectF plot_;
-  QString gridPath_;
-  QString linePath_;
-  QString areaPath_;
-  QString pointsPath_;
-  QVariantList labels_;
+  QPainterPath gridPath_;
+  QPainterPath linePath_;
+  QPainterPath areaPath_;
+  QPainterPath pointsPath_;
+  std::vector<TimelineLabel> labels_;
 };
 
 }  // namespace cirrovane

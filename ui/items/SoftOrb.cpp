@@ -1,17 +1,15 @@
 #include "ui/items/SoftOrb.h"
 
-#include "ui/items/ColourMesh.h"
 #include "ui/items/NormalShare.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <cstddef>
 
 namespace cirrovane {
 namespace {
 
-constexpr int kRings = 40;
-constexpr int kSpokes = 72;
+constexpr int kOpacities = 64;
 /// Beyond as many blur radiuses from the edge nothing of the disc is left to see.
 constexpr double kReach = 3;
 
@@ -40,34 +38,39 @@ double blurredDiscOpacity(double radius, double blur, double distance) {
 }
 
 SoftOrb::SoftOrb(QQuickItem* parent) : QQuickItem(parent) {
-  setFlag(ItemHasContents);
-  connect(this, &SoftOrb::changed, this, &QQuickItem::update);
+  connect(this, &SoftOrb::changed, this, [this] {
+    if (isComponentComplete()) {
+      shape();
+    }
+  });
 }
 
-QSGNode* SoftOrb::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/) {
-  const double radius = diameter_ / 2;
-  const double extent = radius + kReach * blurRadius_;
-  const QPointF centre(width() / 2, height() / 2);
-  const auto ring = [&](int number) {
-    const double distance = extent * number / kRings;
-    QColor colour = color_;
-    const double opacity = number == kRings ? 0 : blurredDiscOpacity(radius, blurRadius_, distance);
-    colour.setAlphaF(color_.alphaF() * static_cast<float>(opacity));
-    std::vector<MeshVertex> line;
-    for (int spoke = 0; spoke <= kSpokes; ++spoke) {
-      const double angle = 2 * std::numbers::pi * spoke / kSpokes;
-      line.push_back({centre + QPointF(std::cos(angle), std::sin(angle)) * distance, colour});
-    }
-    return line;
-  };
-  ColourMesh mesh;
-  std::vector<MeshVertex> inner = ring(0);
-  for (int number = 1; number <= kRings; ++number) {
-    std::vector<MeshVertex> outer = ring(number);
-    addBand(mesh, inner, outer);
-    inner = std::move(outer);
+void SoftOrb::componentComplete() {
+  QQuickItem::componentComplete();
+  shape();
+}
+
+QPointF SoftOrb::centre() const {
+  return position() + QPointF(width() / 2, height() / 2);
+}
+
+double SoftOrb::opacityAt(double distance) const {
+  if (distance >= reach_) {
+    return 0;
   }
-  return updateMeshNode(node, mesh);
+  const double place = distance / reach_ * kOpacities;
+  const auto step = static_cast<std::size_t>(place);
+  return std::lerp(opacities_[step], opacities_[step + 1], place - static_cast<double>(step));
+}
+
+void SoftOrb::shape() {
+  const double radius = diameter_ / 2;
+  reach_ = radius + kReach * blurRadius_;
+  opacities_.clear();
+  for (int step = 0; step < kOpacities; ++step) {
+    opacities_.push_back(blurredDiscOpacity(radius, blurRadius_, reach_ * step / kOpacities));
+  }
+  opacities_.push_back(0);
 }
 
 }  // namespace cirrovane

@@ -36,23 +36,21 @@ Item {
         visible: !backdrop.isClassic
         start: Theme.liquidTop
         end: Theme.liquidBottom
-    }
 
-    SoftOrb {
-        visible: !backdrop.isClassic
-        color: Theme.orbOne
-        diameter: 420
-        blurRadius: 80
-        x: parent.width / 2 + (-210 + 380 * backdrop.orbOnePhase)
-        y: parent.height / 2 + (-220 + 140 * backdrop.orbOnePhase)
-    }
-    SoftOrb {
-        visible: !backdrop.isClassic
-        color: Theme.orbTwo
-        diameter: 380
-        blurRadius: 95
-        x: parent.width / 2 + (210 - 390 * backdrop.orbTwoPhase)
-        y: parent.height / 2 + (230 - 190 * backdrop.orbTwoPhase)
+        SoftOrb {
+            color: Theme.orbOne
+            diameter: 420
+            blurRadius: 80
+            x: backdrop.width / 2 + (-210 + 380 * backdrop.orbOnePhase)
+            y: backdrop.height / 2 + (-220 + 140 * backdrop.orbOnePhase)
+        }
+        SoftOrb {
+            color: Theme.orbTwo
+            diameter: 380
+            blurRadius: 95
+            x: backdrop.width / 2 + (210 - 390 * backdrop.orbTwoPhase)
+            y: backdrop.height / 2 + (230 - 190 * backdrop.orbTwoPhase)
+        }
     }
 
     // So slow a drift needs few pictures a second, and each costs a repaint of the whole window.
