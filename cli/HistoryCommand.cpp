@@ -31,10 +31,6 @@ void printSnapshot(const ScanSnapshot& snapshot, const TextStyle& style, Output&
   }
 }
 
-std::string isCount(const std::string& text) {
-  return wholeNumberOf(text) >= std::int64_t{0} ? "" : text + " is no whole number from 0 on";
-}
-
 ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
   std::vector<ScanSnapshot> snapshots = context.openHistory()->snapshots();
   if (limit && *limit < std::ssize(snapshots)) {
@@ -59,10 +55,12 @@ ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
 void addHistoryCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto limit = std::make_shared<std::optional<std::int64_t>>();
   CLI::App& command = addCommand(app, "history", "Show the recorded scans, the newest first");
-  addArgument(
-      command,
-      {.name = "--limit", .help = "Show at most N scans (default: all)", .valueName = "N", .complaint = isCount},
-      *limit);
+  addArgument(command,
+              {.name = "--limit",
+               .help = "Show at most N scans (default: all)",
+               .valueName = "N",
+               .complaint = complaintAboutCount},
+              *limit);
   addJSONOption(command, chosen);
   onChosen(command,
            [&chosen, limit] { chosen.run = [limit](CommandContext& context) { return history(*limit, context); }; });
