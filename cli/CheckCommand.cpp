@@ -4,6 +4,7 @@
 #include "cli/FolderArgument.h"
 #include "cli/LiveSession.h"
 #include "cli/ReportText.h"
+#include "cli/UploadLine.h"
 #include "cli/WatchLine.h"
 
 #include <algorithm>
@@ -25,6 +26,8 @@ using Seconds = std::chrono::duration<double>;
 constexpr Seconds kLongestTime{1e9};
 /// Scans follow each other no faster, whatever the user asks for: the machine has other things to do.
 constexpr Seconds kShortestInterval{0.01};
+/// How often the state of uploads is shown anew, since a pause in them is a change too.
+constexpr std::chrono::seconds kUploadsShown{1};
 
 struct CheckOptions {
   std::vector<std::string> folders;
@@ -52,7 +55,7 @@ void writeReport(const SyncHealthReport& report, CommandContext& context) {
   if (context.wantsJSON) {
     writeJSONDocument(context.out, report);
   } else {
-    context.out.write(reportText(report, TextStyle(context.out.isColoured())));
+    context.out.write(reportText(report, leftText(report, context), TextStyle(context.out.isColoured())));
   }
 }
 
@@ -70,6 +73,10 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   // Kept, so that no later report can lie where it lay.
   std::optional<Shared<SyncHealthReport>> told;
   std::optional<Shared<SyncHealthReport>> last;
+  UploadLine uploads(context.uploads(), *context.machine.fileSystem, *context.machine.clock, context.err);
+  if (context.err.isErasable()) {
+    session.lookEvery(kUploadsShown);
+  }
   session.run(asDuration(options.timeout), [&] {
     last = session.verdict().report().value();
     if (!last) {
@@ -79,7 +86,13 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
     const bool isOver = report.safeToClose || session.isTimeUp();
     if (!isOver && context.err.isTerminal() && (!told || &**told != &report)) {
       told = last;
+      uploads.erase();
       context.err.write(fmt::format("Not safe yet. {} Waiting.\n", report.summary));
+    }
+    if (isOver) {
+      uploads.erase();
+    } else {
+      uploads.show(report);
     }
     return isOver;
   });

@@ -3,6 +3,9 @@
 #include "base/DisplayText.h"
 #include "cli/Arguments.h"
 #include "cli/ProgressLine.h"
+#include "coordinator/UploadWords.h"
+
+#include <cstdint>
 
 #include <fmt/format.h>
 
@@ -33,6 +36,21 @@ void addJSONOption(CLI::App& command, ChosenCommand& chosen) {
 
 std::string complaintAboutFolder(const std::string& argument) {
   return argument.empty() ? "A folder's name cannot be empty." : "";
+}
+
+std::string complaintAboutCount(const std::string& text) {
+  return wholeNumberOf(text) >= std::int64_t{0} ? "" : text + " is no whole number from 0 on";
+}
+
+std::string leftText(const SyncHealthReport& report, const CommandContext& context) {
+  const std::vector<PendingFile> pending = pendingFilesOf(report);
+  if (pending.empty()) {
+    return "";
+  }
+  const UploadRecord record = context.uploads()->recordAfter(report);
+  const PendingUploads uploads = pendingTotals(record, pending, report.generatedAt);
+  return fmt::format("{}, {}", amountText(uploads),
+                     rangeText(uploads).value_or(withoutRangeText(quietFor(record, uploads.generatedAt))));
 }
 
 ExitStatus reportFailure(CommandContext& context, std::string_view message) {

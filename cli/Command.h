@@ -34,6 +34,8 @@ struct CommandContext {
   std::unique_ptr<const ScanHistoryStore> openHistory() const { return cirrovane::openHistory(machine); }
   /// Reads the file.
   std::unique_ptr<IncidentStore> openIncidents() const { return cirrovane::openIncidents(machine); }
+  /// What is remembered of uploads.
+  std::shared_ptr<const UploadsStore> uploads() const { return makeUploadsStore(machine); }
 
   /// The report over the folders, with the scan's progress on the error stream where that is a terminal.
   SyncHealthReport scan(const std::vector<WatchFolder>& folders) const;
@@ -63,6 +65,7 @@ void addStatusCommand(CLI::App& app, ChosenCommand& chosen);
 void addRefreshCommand(CLI::App& app, ChosenCommand& chosen);
 void addExplainCommand(CLI::App& app, ChosenCommand& chosen);
 void addExportCommand(CLI::App& app, ChosenCommand& chosen);
+void addPendingCommand(CLI::App& app, ChosenCommand& chosen);
 void addToolsCommand(CLI::App& app, ChosenCommand& chosen);
 void addVersionCommand(CLI::App& app, ChosenCommand& chosen);
 
@@ -71,6 +74,12 @@ void addJSONOption(CLI::App& command, ChosenCommand& chosen);
 
 /// What is wrong with an argument that should name a folder; empty when nothing is.
 std::string complaintAboutFolder(const std::string& argument);
+
+/// What is wrong with a text that should be a number of things to show; empty when nothing is.
+std::string complaintAboutCount(const std::string& text);
+
+/// What is left to upload by a report, in words; empty for nothing. Records nothing.
+std::string leftText(const SyncHealthReport& report, const CommandContext& context);
 
 /// Says why a command could not do what it was asked for; names in the message are made harmless.
 ExitStatus reportFailure(CommandContext& context, std::string_view message);

@@ -31,10 +31,6 @@ void printSnapshot(const ScanSnapshot& snapshot, const TextStyle& style, Output&
   }
 }
 
-std::string complaintAboutCount(const std::string& text) {
-  return wholeNumberOf(text) >= std::int64_t{0} ? "" : text + " is no whole number from 0 on";
-}
-
 ExitStatus history(std::optional<std::int64_t> limit, CommandContext& context) {
   std::vector<ScanSnapshot> snapshots = context.openHistory()->snapshots();
   if (limit && *limit < std::ssize(snapshots)) {

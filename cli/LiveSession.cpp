@@ -68,6 +68,7 @@ LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>
       loop_(*context.machine.monotonicClock),
       alarm_(loop_.makeAlarm()),
       timeout_(loop_.makeAlarm()),
+      tick_(loop_.makeAlarm()),
       verdict_({*context.machine.fileSystem, *context.machine.clock, &progress_},
                {{loop_, scan_, updates_},
                 *context.machine.clock,
@@ -110,6 +111,13 @@ void LiveSession::run(std::optional<std::chrono::nanoseconds> timeout, std::func
   verdict_.follow(currentFolders());
   loop_.run();
   progressLine_.reset();
+}
+
+void LiveSession::lookEvery(std::chrono::nanoseconds interval) {
+  tick_->set(interval, [this, interval] {
+    lookSoon();
+    lookEvery(interval);
+  });
 }
 
 void LiveSession::leave(ExitStatus status) const {

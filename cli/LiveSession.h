@@ -35,6 +35,8 @@ class LiveSession {
   void endOnSignalsAndClosedOutput();
   /// Runs until `look`, which is called after every change and when the time is up, says that it is over.
   void run(std::optional<std::chrono::nanoseconds> timeout, std::function<bool()> look);
+  /// Has `run` look again and again too, for what changes by time alone.
+  void lookEvery(std::chrono::nanoseconds interval);
 
   /// Ends the process with the status if work is under way that would hold up its end.
   void leave(ExitStatus status) const;
@@ -58,6 +60,7 @@ class LiveSession {
   ThreadExecutor updates_;
   std::unique_ptr<Alarm> alarm_;
   std::unique_ptr<Alarm> timeout_;
+  std::unique_ptr<Alarm> tick_;
   WakeNotice wakeNotice_;
   LiveVerdict verdict_;
   std::unique_ptr<WatchlistFollower> follower_;

@@ -50,7 +50,7 @@ ExitStatus refresh(CommandContext& context) {
   if (context.wantsJSON) {
     writeJSONDocument(context.out, report);
   } else {
-    context.out.write(reportText(report, TextStyle(context.out.isColoured())));
+    context.out.write(reportText(report, leftText(report, context), TextStyle(context.out.isColoured())));
   }
   if (const std::optional<Failure> loss = refreshed.loss()) {
     return reportFailure(context, "The scan was not recorded: " + loss->message);

@@ -113,10 +113,13 @@ void addActions(Page& page, const SyncHealthReport& report, const TextStyle& sty
 
 }  // namespace
 
-std::string reportText(const SyncHealthReport& report, const TextStyle& style) {
+std::string reportText(const SyncHealthReport& report, const std::string& left, const TextStyle& style) {
   Page page;
   addVerdict(page, report, style);
   addNumbers(page, report, style);
+  if (!left.empty()) {
+    page.line("  {:<20}{}", "Left to upload", left);
+  }
   addFolders(page, report, style);
   addBlockers(page, report, style);
   addActions(page, report, style);

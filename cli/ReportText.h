@@ -8,7 +8,7 @@
 namespace cirrovane {
 
 /// A report for a person at a terminal: the verdict, scores, counts, folders, the first blockers, next steps and the
-/// summary. Names that come from the disk are made harmless.
-std::string reportText(const SyncHealthReport& report, const TextStyle& style);
+/// summary. `left`: what is left to upload; empty for nothing. Names that come from the disk are made harmless.
+std::string reportText(const SyncHealthReport& report, const std::string& left, const TextStyle& style);
 
 }  // namespace cirrovane

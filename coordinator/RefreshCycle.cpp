@@ -18,6 +18,7 @@ struct Scanned {
 };
 
 struct Findings {
+  UploadRecord uploads;
   std::unique_ptr<ProbeRunner> probes;
   CollectedFindings collected;
   SystemStatusSnapshot status;
@@ -123,6 +124,9 @@ void RefreshCycle::collect(const Shared<SyncHealthReport>& report) {
   found->probes = services_.makeProbes();
   runStages(
       {
+          {executors.scan,
+           [found, report, store = services_.uploads] { found->uploads = store->note(*report).record; }},
+          {executors.main, [found, this] { uploads_.set(std::move(found->uploads)); }},
           {executors.diagnostics,
            [found, report, folders = cycle_->folders, service = services_.diagnosticsService] {
              found->collected = service->collect(*found->probes, *report, folders);

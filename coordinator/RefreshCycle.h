@@ -75,6 +75,8 @@ class RefreshCycle {
   const Published<std::vector<DiagnosticFinding>>& diagnostics() const { return diagnostics_; }
   const Published<std::optional<Time>>& diagnosticsUpdatedAt() const { return diagnosticsUpdatedAt_; }
   const Published<SystemStatusSnapshot>& systemStatus() const { return systemStatus_; }
+  /// What was remembered of uploads after the latest refresh's scan.
+  const Published<UploadRecord>& uploads() const { return uploads_; }
   /// As the store held them after the latest refresh or the user's latest change.
   const Published<std::vector<IncidentRecord>>& incidents() const { return incidents_; }
 
@@ -131,6 +133,7 @@ class RefreshCycle {
   Published<std::vector<DiagnosticFinding>> diagnostics_;
   Published<std::optional<Time>> diagnosticsUpdatedAt_;
   Published<SystemStatusSnapshot> systemStatus_;
+  Published<UploadRecord> uploads_;
   Published<std::vector<IncidentRecord>> incidents_;
   /// Of the published report; absent before the first.
   std::optional<Confirmation> confirmation_;

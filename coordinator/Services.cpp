@@ -16,6 +16,10 @@ std::unique_ptr<IncidentStore> openIncidents(const Machine& machine) {
   return std::make_unique<IncidentStore>(*machine.fileSystem, *machine.fileStorage, *machine.clock);
 }
 
+std::shared_ptr<const UploadsStore> makeUploadsStore(const Machine& machine) {
+  return std::make_shared<const UploadsStore>(*machine.fileSystem, *machine.fileStorage);
+}
+
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress) {
   return std::make_shared<const ICloudScanEngine>(*machine.fileSystem, *machine.clock,
                                                   ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
@@ -47,6 +51,7 @@ Services makeServices(const Machine& machine, ScanProgress* progress) {
   services.systemStatusService = makeSystemStatusService(machine);
   services.makeProbes = [&machine] { return makeProbeRunner(machine); };
   services.incidentStore = openIncidents(machine);
+  services.uploads = makeUploadsStore(machine);
   return services;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/Machine.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
+#include "stores/UploadsStore.h"
 #include "stores/WatchlistStore.h"
 
 #include <functional>
@@ -27,6 +28,7 @@ struct Services {
   /// Makes the runner of one refresh's probes, which diagnostics and status share.
   std::function<std::unique_ptr<ProbeRunner>()> makeProbes;
   std::unique_ptr<IncidentStore> incidentStore;
+  std::shared_ptr<const UploadsStore> uploads;
   /// nullptr where nobody is to be notified.
   std::unique_ptr<GuardrailNotificationService> notificationService;
 };
@@ -39,6 +41,8 @@ std::unique_ptr<WatchlistStore> openWatchlist(const Machine& machine);
 std::unique_ptr<ScanHistoryStore> openHistory(const Machine& machine);
 /// Opens the incidents: reads their file.
 std::unique_ptr<IncidentStore> openIncidents(const Machine& machine);
+/// What is remembered of uploads.
+std::shared_ptr<const UploadsStore> makeUploadsStore(const Machine& machine);
 /// Its scans tell `progress`, where there is one, how far they have come.
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress = nullptr);
 /// Judges the machine from its probes.

@@ -9,6 +9,11 @@
 
 namespace cirrovane {
 
+/// Whether a cloud file is still to be uploaded.
+inline bool isPendingUpload(const ResourceValues& values) {
+  return !values.isUploaded.value_or(true) || values.uploadingError;
+}
+
 /// Judges one item of a watched folder: counts it, and hands what stands against it to `add`, which takes a reason, the
 /// words for it and a date. `isStale` says of a date whether an upload since then is stalled. A conflict comes without
 /// words, since they need a path. Every scan of any kind asks here alone. Inline, because nearly every item is clean.

@@ -32,7 +32,9 @@ NotedItem::NotedItem(const Item& item) : name_(item.name), isReadable_(item.valu
     texts_ = std::make_unique<const Texts>(Texts{kept(values.uploadingError), kept(values.downloadingError)});
   }
   modified_ = values.contentModificationDate.value_or(Time());
+  size_ = values.fileSize.value_or(0);
   isUbiquitous_ = values.isUbiquitousItem;
+  isSized_ = values.fileSize.has_value();
   isDated_ = values.contentModificationDate.has_value();
   isUploaded_ = values.isUploaded;
   isUploading_ = values.isUploading;
@@ -57,13 +59,17 @@ std::optional<ResourceValues> NotedItem::values() const {
   if (isDated_) {
     values.contentModificationDate = modified_;
   }
+  if (isSized_) {
+    values.fileSize = size_;
+  }
   return values;
 }
 
 bool operator==(const NotedItem& lhs, const NotedItem& rhs) {
   const auto plain = [](const NotedItem& item) {
-    return std::tie(item.name_, item.modified_, item.isReadable_, item.isUbiquitous_, item.isDated_, item.isUploaded_,
-                    item.isUploading_, item.hasUnresolvedConflicts_, item.downloadingStatus_);
+    return std::tie(item.name_, item.modified_, item.size_, item.isReadable_, item.isUbiquitous_, item.isDated_,
+                    item.isSized_, item.isUploaded_, item.isUploading_, item.hasUnresolvedConflicts_,
+                    item.downloadingStatus_);
   };
   if (plain(lhs) != plain(rhs) || (lhs.texts_ == nullptr) != (rhs.texts_ == nullptr)) {
     return false;

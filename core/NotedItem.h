@@ -3,6 +3,7 @@
 #include "core/FileJudgement.h"
 #include "platform/FileSystem.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -47,9 +48,11 @@ class NotedItem {
   /// Hardly any item has one.
   std::unique_ptr<const Texts> texts_;
   Time modified_;
+  std::int64_t size_ = 0;
   bool isReadable_ = false;
   bool isUbiquitous_ = false;
   bool isDated_ = false;
+  bool isSized_ = false;
   std::optional<bool> isUploaded_;
   std::optional<bool> isUploading_;
   std::optional<bool> hasUnresolvedConflicts_;

@@ -83,7 +83,7 @@ FolderDraft::FolderDraft(const WatchFolder& folder, ReportDraft& report)
       filesBefore_(report.report_.metrics.totalFiles) {
   if (!isInsideICloudDrive(path_)) {
     add(BlockerReason::outsideICloud, path_,
-        "This folder is outside the iCloud Drive path, so upload trust is unknown.", std::nullopt);
+        "This folder is outside the iCloud Drive path, so upload trust is unknown.", std::nullopt, std::nullopt);
   }
 }
 
@@ -114,15 +114,15 @@ void FolderDraft::endUnavailable(std::string_view details) {
 
 void FolderDraft::addUnavailability(std::string_view details) {
   ++report_.report_.metrics.errors;
-  add(BlockerReason::unavailableFolder, path_, details, std::nullopt);
+  add(BlockerReason::unavailableFolder, path_, details, std::nullopt, std::nullopt);
 }
 
 void FolderDraft::add(BlockerReason reason, std::string path, std::string_view details,
-                      const std::optional<Time>& modified) {
+                      const std::optional<Time>& modified, const std::optional<std::int64_t>& fileSize) {
   std::string words = reason == BlockerReason::unresolvedConflict
                           ? "Conflict state reported for " + relativePath(path, path_) + "."
                           : std::string(details);
-  blockers_.push_back({report_.makeID_(), std::move(path), folder_.name, reason, std::move(words), modified});
+  blockers_.push_back({report_.makeID_(), std::move(path), folder_.name, reason, std::move(words), modified, fileSize});
 }
 
 }  // namespace cirrovane

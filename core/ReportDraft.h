@@ -84,7 +84,7 @@ class FolderDraft {
     judgeItem(
         values, report_.report_.metrics, [this](Time modified) { return report_.isStale(modified); },
         [&](BlockerReason reason, std::string_view details, const std::optional<Time>& modified) {
-          add(reason, pathOf(), details, modified);
+          add(reason, pathOf(), details, modified, values->fileSize);
         });
   }
   /// Takes in files that nothing stands against.
@@ -96,7 +96,8 @@ class FolderDraft {
   void end(const WalkOutcome& outcome);
 
  private:
-  void add(BlockerReason reason, std::string path, std::string_view details, const std::optional<Time>& modified);
+  void add(BlockerReason reason, std::string path, std::string_view details, const std::optional<Time>& modified,
+           const std::optional<std::int64_t>& fileSize);
   void endUnavailable(std::string_view details);
   void addUnavailability(std::string_view details);
 

@@ -5,6 +5,7 @@
 #include "base/UUID.h"
 #include "core/BlockerReason.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -24,7 +25,10 @@ struct SyncBlocker {
   std::string details;
   /// The file's modification date; absent for folders and conflicts, and where the file system has none.
   std::optional<Time> lastModified;
+  /// The file's size when it was scanned; absent where the date may be, and in a record that was read from a file.
+  std::optional<std::int64_t> fileSize = std::nullopt;
 
+  /// The size is no part of the record.
   static constexpr auto jsonFields() {
     return std::tuple{JSONField{"id", &SyncBlocker::id},
                       JSONField{"filePath", &SyncBlocker::filePath},

@@ -2,6 +2,7 @@
 
 #include "base/Path.h"
 #include "core/BlockerReason.h"
+#include "core/FileJudgement.h"
 
 #include <algorithm>
 #include <iterator>
@@ -15,6 +16,9 @@ namespace {
 
 using namespace std::chrono_literals;
 using Seconds = std::chrono::duration<double>;
+
+/// More than a disk holds; sums of many such numbers still fit.
+constexpr std::int64_t kMostBytes = std::int64_t{1} << 50U;
 
 /// What left longer ago says nothing of how it goes now.
 constexpr std::chrono::seconds kWindow = 10min;
@@ -30,7 +34,7 @@ constexpr std::chrono::seconds kLeastPause = 15s;
 /// The rate now is looked for in these, as far as they have gone by, and in the whole window.
 constexpr std::chrono::seconds kRecentSpans[] = {60s, 180s};
 /// How much slower or faster than any rate that was seen it may go on.
-constexpr double kMargin = 1.25;
+constexpr double kMargin = 1.3;
 /// A range that reaches further says too little.
 constexpr double kWidestRatio = 4;
 
@@ -42,10 +46,21 @@ Time startOfGrain(Time time) {
   return std::chrono::floor<std::chrono::seconds>(time);
 }
 
-/// Forgets what lies too far back, or ahead because the clock was set.
+bool isPlausible(std::int64_t count) {
+  return count >= 0 && count <= kMostBytes;
+}
+
+/// Forgets what lies too far back, or ahead because the clock was set, and what no program of ours has written.
 void trim(UploadRecord& record, Time now) {
   std::vector<UploadFlow>& flows = record.flows;
-  std::erase_if(flows, [now](const UploadFlow& flow) { return flow.at > now; });
+  std::erase_if(flows, [now](const UploadFlow& flow) {
+    return flow.at > now || !isPlausible(flow.filesLeft) || !isPlausible(flow.bytesLeft) ||
+           !isPlausible(flow.bytesCame);
+  });
+  std::ranges::stable_sort(flows, {}, &UploadFlow::at);
+  if (record.files.size() > UploadRecord::kMostFiles) {
+    record.files.resize(UploadRecord::kMostFiles);
+  }
   const auto firstKept = std::ranges::find_if(flows, [now](const UploadFlow& flow) { return flow.at > now - kWindow; });
   std::optional<UploadFlow> lastBefore;
   for (auto flow = flows.begin(); flow != firstKept; ++flow) {
@@ -57,6 +72,7 @@ void trim(UploadRecord& record, Time now) {
     flows.insert(flows.begin(), *lastBefore);
   }
   for (FollowedUpload& file : record.files) {
+    file.bytes = std::clamp<std::int64_t>(file.bytes, 0, kMostBytes);
     file.pendingSince = std::min(file.pendingSince, now);
   }
 }
@@ -144,6 +160,16 @@ struct Departures {
   }
 };
 
+UploadState stateOf(const ResourceValues& values) {
+  if (values.isDirectory || !values.isUbiquitousItem) {
+    return UploadState::none;
+  }
+  if (isPendingUpload(values)) {
+    return UploadState::pending;
+  }
+  return values.isUploaded ? UploadState::uploaded : UploadState::none;
+}
+
 Time after(Time now, double seconds) {
   constexpr double kLongest = 365.0 * 24 * 3600;
   return now + std::chrono::duration_cast<std::chrono::microseconds>(Seconds(std::clamp(seconds, 0.0, kLongest)));
@@ -154,8 +180,9 @@ std::optional<UploadEstimate> estimateOf(const Departures& departures, double pe
     return std::nullopt;
   }
   const double whole = departures.wholeRate(now);
-  double fastest = std::max(whole, departures.movingRate(now));
-  double slowest = whole;
+  const double moving = departures.movingRate(now);
+  double fastest = std::max(whole, moving);
+  double slowest = std::min(whole, moving);
   for (const std::chrono::seconds span : kRecentSpans) {
     if (const std::optional<double> rate = departures.recentRate(now, span)) {
       fastest = std::max(fastest, *rate);
@@ -198,12 +225,12 @@ std::vector<PendingFile> pendingFilesOf(const SyncHealthReport& report) {
   return files;
 }
 
-std::vector<bool> areUploaded(const FileSystem& fileSystem, const std::vector<std::string>& paths) {
+std::vector<UploadState> uploadStates(const FileSystem& fileSystem, const std::vector<std::string>& paths) {
   std::map<std::string_view, std::vector<std::size_t>> byFolder;
   for (std::size_t index = 0; index < paths.size(); ++index) {
     byFolder[parentPath(paths[index])].push_back(index);
   }
-  std::vector<bool> answers(paths.size());
+  std::vector<UploadState> answers(paths.size(), UploadState::none);
   for (const auto& [folder, indices] : byFolder) {
     std::unordered_map<std::string_view, std::size_t> indexOf;
     std::vector<std::string> names;
@@ -215,9 +242,7 @@ std::vector<bool> areUploaded(const FileSystem& fileSystem, const std::vector<st
     for (const Item& item : batch ? batch->items() : std::span<const Item>()) {
       const auto found = indexOf.find(item.name);
       if (found != indexOf.end() && item.values) {
-        const ResourceValues& values = *item.values;
-        answers[found->second] = !values.isDirectory && values.isUbiquitousItem && values.isUploaded.value_or(true) &&
-                                 !values.uploadingError;
+        answers[found->second] = stateOf(*item.values);
       }
     }
   }
@@ -225,7 +250,7 @@ std::vector<bool> areUploaded(const FileSystem& fileSystem, const std::vector<st
 }
 
 UploadRecord afterLook(UploadRecord record, const std::vector<PendingFile>& pending, Time now,
-                       const AreUploaded& askUploaded) {
+                       const AskUploadStates& askStates) {
   trim(record, now);
   std::unordered_map<std::string_view, std::size_t> followed;
   for (std::size_t index = 0; index < record.files.size(); ++index) {
@@ -255,9 +280,11 @@ UploadRecord afterLook(UploadRecord record, const std::vector<PendingFile>& pend
   for (const FollowedUpload& file : gone) {
     gonePaths.push_back(file.filePath);
   }
-  const std::vector<bool> left = gone.empty() ? std::vector<bool>() : askUploaded(gonePaths);
+  const std::vector<UploadState> states = gone.empty() ? std::vector<UploadState>() : askStates(gonePaths);
   for (std::size_t index = 0; index < gone.size(); ++index) {
-    if (left[index]) {
+    if (states[index] == UploadState::pending) {
+      stay.push_back(std::move(gone[index]));
+    } else if (states[index] == UploadState::uploaded) {
       UploadFlow& flow = flowAt(record.flows, now);
       ++flow.filesLeft;
       flow.bytesLeft += gone[index].bytes;
@@ -274,12 +301,20 @@ UploadRecord afterLook(UploadRecord record, const std::vector<PendingFile>& pend
   }
   std::ranges::sort(stay, {}, &FollowedUpload::filePath);
   record.files = std::move(stay);
-  record.isWhole = added == came.size();
-  if (pending.empty()) {
+  record.isWhole = added == came.size() && !record.files.empty();
+  if (record.files.empty()) {
     // What comes next is another matter, and goes as fast as it goes.
     record.flows.clear();
   }
   return record;
+}
+
+std::optional<std::chrono::microseconds> quietFor(const UploadRecord& record, Time now) {
+  if (record.files.empty()) {
+    return std::nullopt;
+  }
+  const Time first = std::ranges::min(record.files, {}, &FollowedUpload::pendingSince).pendingSince;
+  return std::max(now - std::max(first, lastDeparture(record).value_or(first)), std::chrono::microseconds(0));
 }
 
 PendingUploads pendingTotals(const UploadRecord& record, const std::vector<PendingFile>& pending, Time now) {

@@ -55,11 +55,11 @@ struct UploadFlow {
 struct UploadRecord {
   static constexpr std::size_t kMostFiles = 10'000;
 
-  /// By path in bytes; when more are pending, those that have waited longest.
+  /// By path in bytes; when more are pending than there is room for, those that have waited longest.
   std::vector<FollowedUpload> files;
   /// Of the last ten minutes, in the order of time, and the last moment before them at which anything left.
   std::vector<UploadFlow> flows;
-  /// Whether everything that was pending at the last look is followed.
+  /// Whether anything was pending at the last look, and all of it is followed.
   bool isWhole = false;
 
   static constexpr auto jsonFields() {
@@ -79,20 +79,32 @@ struct PendingFile {
 /// The pending files of a report: each path once, in the report's order.
 std::vector<PendingFile> pendingFilesOf(const SyncHealthReport& report);
 
-/// Which of these files, of which none is pending any more, still exist and are uploaded. In their order.
-using AreUploaded = std::function<std::vector<bool>(const std::vector<std::string>& paths)>;
-/// By their cloud state on disk.
-std::vector<bool> areUploaded(const FileSystem& fileSystem, const std::vector<std::string>& paths);
+/// What became of a file that a look did not find pending.
+enum class UploadState {
+  uploaded,
+  /// It waits all the same: it lies where the look did not reach, or was changed since.
+  pending,
+  /// It is gone, or no cloud item any more.
+  none,
+};
 
-/// The record after a look at `now` that found these files pending. `askUploaded` is asked about those that are
-/// followed and no longer pending.
+/// The states of files, in their order.
+using AskUploadStates = std::function<std::vector<UploadState>(const std::vector<std::string>& paths)>;
+/// As the disk has them.
+std::vector<UploadState> uploadStates(const FileSystem& fileSystem, const std::vector<std::string>& paths);
+
+/// The record after a look at `now` that found these files pending. `askStates` is asked about those that are followed
+/// and were not found.
 UploadRecord afterLook(UploadRecord record, const std::vector<PendingFile>& pending, Time now,
-                       const AreUploaded& askUploaded);
+                       const AskUploadStates& askStates);
 
 /// What is left by a look at `now`, whose files are already in the record where it has room for them.
 PendingUploads pendingUploads(const UploadRecord& record, const std::vector<PendingFile>& pending, Time now);
 
-/// The same without the single files.
+/// How long nothing has left, as of `now`, while anything waited; absent when nothing is followed.
+std::optional<std::chrono::microseconds> quietFor(const UploadRecord& record, Time now);
+
+/// The same as pendingUploads without the single files.
 PendingUploads pendingTotals(const UploadRecord& record, const std::vector<PendingFile>& pending, Time now);
 
 }  // namespace cirrovane

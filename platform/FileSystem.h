@@ -28,6 +28,8 @@ struct ResourceValues {
   std::optional<std::string_view> downloadingError;
   /// May also be absent where no reader of the values could need it: the item is a folder, or is clean.
   std::optional<Time> contentModificationDate;
+  /// Bytes; may be absent wherever the date may.
+  std::optional<std::int64_t> fileSize = std::nullopt;
 };
 
 /// One item below an enumerated folder.

@@ -3,7 +3,7 @@
 # The commands below the one that was typed, which is "" at first.
 _cirrovanectl_commands() {
   case $1 in
-    "") echo "check watch explain refresh watchlist history incidents diagnose status export tools version" ;;
+    "") echo "check watch pending explain refresh watchlist history incidents diagnose status export tools version" ;;
     watchlist) echo "list add remove" ;;
     incidents) echo "resolve reopen" ;;
     tools) echo "install" ;;
@@ -17,6 +17,7 @@ _cirrovanectl_options() {
   case "$1 $2" in
     "check ") options+=" --wait --timeout --interval" ;;
     "watch ") options+=" --timeout" ;;
+    "pending ") options+=" --sort --limit" ;;
     "history ") options+=" --limit" ;;
     "incidents ") options+=" --scope --severity" ;;
   esac
@@ -28,6 +29,7 @@ _cirrovanectl_values() {
   case $1 in
     --scope) echo "all active resolved" ;;
     --severity) echo "all warning error" ;;
+    --sort) echo "size age name" ;;
     diagnose) echo "icloud finder network storage power performance system" ;;
   esac
 }
@@ -38,7 +40,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -55,7 +57,7 @@ _cirrovanectl() {
   local words="" files=""
   case $previous in
     --mac-root) files=-d ;;
-    --scope | --severity) words=$(_cirrovanectl_values "$previous") ;;
+    --scope | --severity | --sort) words=$(_cirrovanectl_values "$previous") ;;
     --timeout | --interval | --limit) ;;
     *)
       if [[ $current == -* ]]; then
@@ -64,7 +66,7 @@ _cirrovanectl() {
         words="$(_cirrovanectl_commands "$command") $(_cirrovanectl_values "$command")"
       fi
       case "$command $subcommand" in
-        "check " | "watch " | "watchlist add" | "watchlist remove") files=-d ;;
+        "check " | "watch " | "pending " | "watchlist add" | "watchlist remove") files=-d ;;
         "export ") [ -n "$argument" ] || files=-f ;;
       esac
       ;;

@@ -16,6 +16,7 @@ _cirrovanectl() {
       local -a commands=(
         'check:scan folders and say whether it is safe to close'
         'watch:say whether it is safe to close, now and at every change'
+        'pending:show what is left to upload'
         'explain:say why the verdict is what it is'
         'refresh:scan, judge the machine, and record both'
         'watchlist:show and change the watched folders'
@@ -38,6 +39,10 @@ _cirrovanectl() {
           ;;
         watch)
           _arguments $everywhere $json '--timeout[end after so many seconds]:seconds:' '*:folder:_files -/'
+          ;;
+        pending)
+          _arguments $everywhere $json '--sort[which first]:order:(size age name)' \
+            '--limit[show at most so many files]:number:' '*:folder:_files -/'
           ;;
         watchlist)
           _arguments $everywhere $json '1:command:(list add remove)' '*:folder:_files -/'

@@ -23,7 +23,8 @@ namespace {
 
 static_assert(kReturnedAttributes == ATTR_CMN_RETURNED_ATTRS && kErrorAttribute == ATTR_CMN_ERROR &&
               kNameAttribute == ATTR_CMN_NAME && kTypeAttribute == ATTR_CMN_OBJTYPE &&
-              kModifiedAttribute == ATTR_CMN_MODTIME && kFlagsAttribute == ATTR_CMN_FLAGS);
+              kModifiedAttribute == ATTR_CMN_MODTIME && kFlagsAttribute == ATTR_CMN_FLAGS &&
+              kSizeAttribute == ATTR_FILE_DATALENGTH);
 static_assert(kRegularFileType == VREG && kFolderType == VDIR && kHiddenFlag == UF_HIDDEN);
 static_assert(kMaterializationOff == IOPOL_MATERIALIZE_DATALESS_FILES_OFF);
 
@@ -33,6 +34,7 @@ attrlist askingFor(attrgroup_t more) {
   asked.bitmapcount = ATTR_BIT_MAP_COUNT;
   asked.commonattr =
       kReturnedAttributes | kNameAttribute | kTypeAttribute | kModifiedAttribute | kFlagsAttribute | more;
+  asked.fileattr = kSizeAttribute;
   return asked;
 }
 

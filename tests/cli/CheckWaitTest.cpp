@@ -44,7 +44,7 @@ TEST_F(CheckWait, treeThatTurnsSafeMeanwhile_endsWithStatus0) {
   terminal.closeProgramEnd();
   // It has seen the tree unsafe, and again.
   terminal.waitFor("Not safe yet. ");
-  terminal.waitFor("\nNot safe yet. ");
+  terminal.waitFor("\x1b[KNot safe yet. ");
   setICloudAttribute(path, "isUploaded=true");
   EXPECT_THAT(terminal.wholeText(), HasSubstr("1 issues found."));
   EXPECT_EQ(program.exitStatus(), 0);

@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Time kBegin{std::chrono::seconds(1'790'000'000)};
+constexpr Time kUploadBegins{std::chrono::seconds(1'790'000'000)};
 /// Time goes by in steps.
 constexpr double kStep = 0.25;
 constexpr double kLongestRun = 6 * 3600;
@@ -128,7 +128,7 @@ class Upload {
 };
 
 Time timeAt(double seconds) {
-  return kBegin + std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::duration<double>(seconds));
+  return kUploadBegins + std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::duration<double>(seconds));
 }
 
 UploadLook look(const Upload& upload, UploadRecord& record, double now) {
@@ -137,16 +137,16 @@ UploadLook look(const Upload& upload, UploadRecord& record, double now) {
     pending.push_back({file.path, "Work", file.size});
   }
   record = afterLook(std::move(record), pending, timeAt(now), [&](const std::vector<std::string>& paths) {
-    std::vector<bool> answers;
+    std::vector<UploadState> answers;
     for (const std::string& path : paths) {
-      answers.push_back(upload.uploaded().contains(path));
+      answers.push_back(upload.uploaded().contains(path) ? UploadState::uploaded : UploadState::pending);
     }
     return answers;
   });
   const PendingUploads totals = pendingTotals(record, pending, timeAt(now));
   UploadLook seen;
   seen.at = timeAt(now);
-  seen.age = seen.at - kBegin;
+  seen.age = seen.at - kUploadBegins;
   seen.hasEstimate = totals.estimate.has_value();
   if (totals.estimate) {
     seen.earliest = totals.estimate->earliest;

@@ -31,7 +31,7 @@ void pack(const EntryToPack& entry, std::string& bytes) {
   common |= entry.modifiedSeconds ? kModifiedAttribute : 0;
   common |= entry.flags ? kFlagsAttribute : 0;
   append(bytes, std::uint32_t{0});
-  append(bytes, std::array<std::uint32_t, 5>{common});
+  append(bytes, std::array<std::uint32_t, 5>{common, 0, 0, entry.size ? kSizeAttribute : 0, 0});
   if (entry.error) {
     append(bytes, *entry.error);
   }
@@ -46,6 +46,9 @@ void pack(const EntryToPack& entry, std::string& bytes) {
   }
   if (entry.flags) {
     append(bytes, *entry.flags);
+  }
+  if (entry.size) {
+    append(bytes, *entry.size);
   }
   put(bytes, reference, static_cast<std::int32_t>(bytes.size() - reference));
   put(bytes, reference + sizeof(std::int32_t), static_cast<std::uint32_t>(entry.name.size() + 1));

@@ -17,6 +17,7 @@ struct EntryToPack {
   std::optional<std::uint32_t> flags = std::nullopt;
   std::optional<std::int64_t> modifiedSeconds = std::nullopt;
   std::int64_t modifiedNanoseconds = 0;
+  std::optional<std::int64_t> size = std::nullopt;
 };
 
 /// Adds the entry to the bytes as the kernel packs it: values at multiples of four bytes, the whole at one of eight.

@@ -33,7 +33,8 @@ Item itemOf(const FakeItem& fake) {
                                  .downloadingStatus = values.downloadingStatus,
                                  .uploadingError = viewOf(values.uploadingError),
                                  .downloadingError = viewOf(values.downloadingError),
-                                 .contentModificationDate = values.contentModificationDate};
+                                 .contentModificationDate = values.contentModificationDate,
+                                 .fileSize = values.fileSize};
     item.isEntered = values.isDirectory;
   }
   return item;

@@ -22,6 +22,7 @@ struct FakeValues {
   std::optional<std::string> uploadingError;
   std::optional<std::string> downloadingError;
   std::optional<Time> contentModificationDate;
+  std::optional<std::int64_t> fileSize = std::nullopt;
 };
 
 /// A file system made of lists: which paths exist, and which items the walk of a folder yields, in order.

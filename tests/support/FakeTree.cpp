@@ -125,7 +125,8 @@ struct FakeTree::Listed {
                                    .downloadingStatus = kept.downloadingStatus,
                                    .uploadingError = viewOf(kept.uploadingError),
                                    .downloadingError = viewOf(kept.downloadingError),
-                                   .contentModificationDate = kept.contentModificationDate};
+                                   .contentModificationDate = kept.contentModificationDate,
+                                   .fileSize = kept.fileSize};
     }
     lines.push_back({folder, path, item});
   }

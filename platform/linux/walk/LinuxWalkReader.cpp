@@ -173,6 +173,7 @@ void LinuxWalkReader::readItem(int descriptor, Item& item, std::string& attribut
     // By the working directory where there is one: threads share descriptors, and the kernel counts each use of one.
     if (const auto status = statItem(prefixLength > 0 ? descriptor : AT_FDCWD, item.name.data())) {
       item.values->contentModificationDate = timeOf(status->st_mtim);
+      item.values->fileSize = status->st_size;
     } else {
       item.values.reset();
     }

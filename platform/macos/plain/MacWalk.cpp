@@ -123,6 +123,7 @@ class MacWalkReader final : public WalkReader {
     ResourceValues& values = item.values.emplace();
     values.isDirectory = entry.kind == EntryKind::folder;
     values.contentModificationDate = entry.modified;
+    values.fileSize = entry.size;
     if (values.isDirectory && !parts_->packages.isPackageName(name)) {
       batch.enter(item);
     } else if (entry.kind != EntryKind::other) {

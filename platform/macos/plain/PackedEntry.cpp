@@ -14,6 +14,7 @@ constexpr std::uint32_t kKnownAttributes =
 
 /// Which attributes are there, by group: those common to all, and those of volumes, folders, files and forks.
 using AttributeGroups = std::array<std::uint32_t, 5>;
+constexpr std::size_t kFileGroup = 3;
 
 /// Where the bytes of a value are: from the place of this on.
 struct Reference {
@@ -77,7 +78,10 @@ std::optional<PackedEntry> readEntry(std::span<const char> bytes) {
     return std::nullopt;
   }
   const std::uint32_t common = groups[0];
-  if (groups != AttributeGroups{common} || (common & ~kKnownAttributes) != 0 || (common & kNameAttribute) == 0) {
+  const bool hasSize = groups[kFileGroup] == kSizeAttribute;
+  AttributeGroups known{common};
+  known[kFileGroup] = hasSize ? kSizeAttribute : 0;
+  if (groups != known || (common & ~kKnownAttributes) != 0 || (common & kNameAttribute) == 0) {
     // A value that nobody asked for has a length that nobody knows.
     return std::nullopt;
   }
@@ -87,12 +91,14 @@ std::optional<PackedEntry> readEntry(std::span<const char> bytes) {
   std::uint32_t type = 0;
   Stamp modified{};
   std::uint32_t flags = 0;
+  std::int64_t size = 0;
   if (has(kErrorAttribute) && !fields.read(error)) {
     return std::nullopt;
   }
   const std::size_t place = fields.position();
   if (!fields.read(reference) || (has(kTypeAttribute) && !fields.read(type)) ||
-      (has(kModifiedAttribute) && !fields.read(modified)) || (has(kFlagsAttribute) && !fields.read(flags))) {
+      (has(kModifiedAttribute) && !fields.read(modified)) || (has(kFlagsAttribute) && !fields.read(flags)) ||
+      (hasSize && !fields.read(size))) {
     return std::nullopt;
   }
   const auto name = nameAt(bytes, place, reference);
@@ -107,6 +113,9 @@ std::optional<PackedEntry> readEntry(std::span<const char> bytes) {
   entry.isHidden = (flags & kHiddenFlag) != 0;
   if (has(kModifiedAttribute)) {
     entry.modified = timeOf(timespec{modified.seconds, modified.nanoseconds});
+  }
+  if (hasSize && size >= 0) {
+    entry.size = size;
   }
   return entry;
 }

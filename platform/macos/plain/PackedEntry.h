@@ -18,6 +18,8 @@ inline constexpr std::uint32_t kNameAttribute = 0x00000001;
 inline constexpr std::uint32_t kTypeAttribute = 0x00000008;
 inline constexpr std::uint32_t kModifiedAttribute = 0x00000400;
 inline constexpr std::uint32_t kFlagsAttribute = 0x00040000;
+/// One of the group of files' attributes, whose values follow the common ones.
+inline constexpr std::uint32_t kSizeAttribute = 0x00000200;
 
 /// Types of a file system's objects by the kernel's numbers.
 inline constexpr std::uint32_t kRegularFileType = 1;
@@ -37,6 +39,8 @@ struct PackedEntry {
   std::optional<EntryKind> kind;
   bool isHidden = false;
   std::optional<Time> modified;
+  /// Bytes; absent for what is no file.
+  std::optional<std::int64_t> size;
 };
 
 /// Takes the first entry off the front of what the kernel wrote. Absent when the bytes are none that a kernel writes;
