@@ -114,7 +114,7 @@ void CirrovaneApp::makeWindow() {
     return;
   }
   panels_.setParentWindow(window_);
-  if (const auto frame = storedWindowFrame(machine_.userDefaults())) {
+  if (const auto frame = storedWindowFrame(*machine_.userDefaults)) {
     window_->setGeometry(fittedToScreens(*frame, screenAreas()));
   }
   if (hasCommonMenuBar()) {
@@ -163,7 +163,7 @@ void CirrovaneApp::quitIfOutOfReach() {
 
 void CirrovaneApp::rememberFrame() {
   if (window_ != nullptr && (window_->windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen)) == 0) {
-    storeWindowFrame(machine_.userDefaults(), window_->geometry());
+    storeWindowFrame(*machine_.userDefaults, window_->geometry());
   }
 }
 
