@@ -18,7 +18,6 @@ struct Scanned {
 };
 
 struct Findings {
-  UploadRecord uploads;
   std::unique_ptr<ProbeRunner> probes;
   CollectedFindings collected;
   SystemStatusSnapshot status;
@@ -120,13 +119,17 @@ void RefreshCycle::scan() {
 
 void RefreshCycle::collect(const Shared<SyncHealthReport>& report) {
   const RefreshExecutors& executors = environment_.executors;
+  if (services_.uploads != nullptr) {
+    // Beside the rest of the cycle, which waits for nothing of it.
+    const auto record = std::make_shared<UploadRecord>();
+    runStages({{executors.scan, [record, report, store = services_.uploads] { *record = store->note(*report).record; }},
+               {executors.main, [record, this] { uploads_.set(std::move(*record)); }}},
+              cycle_);
+  }
   const auto found = std::make_shared<Findings>();
   found->probes = services_.makeProbes();
   runStages(
       {
-          {executors.scan,
-           [found, report, store = services_.uploads] { found->uploads = store->note(*report).record; }},
-          {executors.main, [found, this] { uploads_.set(std::move(found->uploads)); }},
           {executors.diagnostics,
            [found, report, folders = cycle_->folders, service = services_.diagnosticsService] {
              found->collected = service->collect(*found->probes, *report, folders);

@@ -28,6 +28,7 @@ struct Services {
   /// Makes the runner of one refresh's probes, which diagnostics and status share.
   std::function<std::unique_ptr<ProbeRunner>()> makeProbes;
   std::unique_ptr<IncidentStore> incidentStore;
+  /// nullptr where nobody remembers how uploads go.
   std::shared_ptr<const UploadsStore> uploads;
   /// nullptr where nobody is to be notified.
   std::unique_ptr<GuardrailNotificationService> notificationService;

@@ -49,6 +49,7 @@ class DashboardMachine : public MachineTest {
     services.diagnosticsService = std::make_shared<const PlatformDiagnosticsService>(system_, files_, clock_);
     services.systemStatusService = std::make_shared<const SystemStatusService>(system_, files_, clock_);
     services.makeProbes = [this, &commands] { return std::make_unique<ProbeRunner>(commands, monotonicClock_); };
+    services.uploads = uploads_;
     services.incidentStore = std::make_unique<IncidentStore>(files_, storage_, clock_);
     services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
     dashboard_ = std::make_unique<DashboardViewModel>(
@@ -108,6 +109,8 @@ class DashboardMachine : public MachineTest {
   ManualAlarm staleAlarm_;
   /// What the next launch follows the files with; nullptr for nothing.
   LiveVerdict* live_ = nullptr;
+  /// What the next launch remembers of uploads with; nullptr for nothing.
+  std::shared_ptr<const UploadsStore> uploads_;
   FakePanels panels_;
   FakeWorkspace workspace_;
   FakeFileStorage storage_;

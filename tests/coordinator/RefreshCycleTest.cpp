@@ -16,9 +16,11 @@ namespace cirrovane::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Key;
 using testing::Not;
 using testing::SizeIs;
 
@@ -33,6 +35,18 @@ class RefreshCycleTest : public Dashboard {
     staleAlarm_.ring();
   }
 };
+
+// Uploads
+
+TEST_F(RefreshCycleTest, pendingFiles_areRememberedWithoutHoldingTheCycleUp) {
+  makeUnsafe();
+  uploads_ = std::make_shared<UploadsStore>(files_, storage_);
+  launch();
+  cycle();
+  ASSERT_THAT(dashboard_->uploads().files, SizeIs(1));
+  EXPECT_EQ(dashboard_->uploads().files[0].filePath, std::string(kDrive) + "/a.txt");
+  EXPECT_THAT(storage_.files(), Contains(Key(storePath("uploads.json"))));
+}
 
 // A report is not held up
 
