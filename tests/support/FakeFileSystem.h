@@ -22,6 +22,9 @@ struct FakeValues {
   std::optional<std::string> uploadingError;
   std::optional<std::string> downloadingError;
   std::optional<Time> contentModificationDate;
+  // For walks over everything alone.
+  std::optional<bool> isExcludedFromSync = std::nullopt;
+  std::optional<bool> isSyncPaused = std::nullopt;
 };
 
 /// A file system made of lists: which paths exist, and which items the walk of a folder yields, in order.
