@@ -4,6 +4,7 @@
 #include "base/Result.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -16,6 +17,9 @@ enum class FileAccess {
   /// Whoever the user's usual settings let.
   asUsual,
 };
+
+/// Holds a folder's lock as long as it lives.
+using FolderLock = std::shared_ptr<const void>;
 
 /// Files that this program keeps itself. Callable on any thread; every call blocks until the disk has answered.
 class FileStorage {
@@ -36,6 +40,11 @@ class FileStorage {
 
   /// Gives a file another name in place of whatever had that name.
   virtual std::optional<Failure> rename(const std::string& from, const std::string& to) const = 0;
+
+  /// Keeps everybody else who asks for the same out of the folder's files until the answer is let go, or the program
+  /// ends in any way. Waits for a short while; a failure when another one holds it for longer, and where there is no
+  /// such folder.
+  virtual Result<FolderLock> lockFolder(const std::string& path) const = 0;
 };
 
 }  // namespace cirrovane

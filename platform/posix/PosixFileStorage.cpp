@@ -1,12 +1,18 @@
 #include "platform/posix/PosixFileStorage.h"
 
 #include "base/BoundedRead.h"
+#include "base/FileDescriptor.h"
 #include "platform/posix/DurableWriter.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -15,6 +21,8 @@ namespace {
 
 constexpr mode_t kPrivateFolderMode = 0700;
 constexpr mode_t kUsualFolderMode = 0777;
+constexpr std::chrono::seconds kLongestLockWait{2};
+constexpr std::chrono::milliseconds kLockPause{2};
 
 Failure failureOf(const std::string& path, const char* action, int error) {
   return {path + " could not be " + action + ": " + std::strerror(error) + "."};
@@ -73,6 +81,22 @@ std::optional<Failure> PosixFileStorage::rename(const std::string& from, const s
     return failureOf(from, "renamed", errno);
   }
   return std::nullopt;
+}
+
+Result<FolderLock> PosixFileStorage::lockFolder(const std::string& path) const {
+  auto folder = std::make_shared<FileDescriptor>(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder->isOpen()) {
+    return failureOf(path, "opened", errno);
+  }
+  const auto end = std::chrono::steady_clock::now() + kLongestLockWait;
+  while (::flock(folder->get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EINTR && (errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= end)) {
+      return failureOf(path, "locked", errno);
+    }
+    // The holder writes one small file; one that was stopped in the midst of it must not stop us too.
+    std::this_thread::sleep_for(kLockPause);
+  }
+  return FolderLock(std::move(folder));
 }
 
 }  // namespace cirrovane

@@ -22,6 +22,8 @@ class PosixFileStorage final : public FileStorage {
   std::optional<Failure> writeAtomically(const std::string& path, FileAccess access,
                                          const ByteProducer& produce) const override;
   std::optional<Failure> rename(const std::string& from, const std::string& to) const override;
+  /// By a lock on the folder itself, of which nothing is left behind.
+  Result<FolderLock> lockFolder(const std::string& path) const override;
 
  private:
   FileCalls realCalls_;

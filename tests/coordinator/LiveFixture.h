@@ -55,6 +55,7 @@ class LiveTest : public testing::Test {
                                                             auto watch = std::make_unique<FakeFolderWatch>(listener);
                                                             watch->reasonAgainst = reasonAgainst_;
                                                             watch->later = later_;
+                                                            watch->standsAtOnce = standsAtOnce_;
                                                             watch_ = watch.get();
                                                             return watch;
                                                           }},
@@ -99,6 +100,7 @@ class LiveTest : public testing::Test {
   ManualExecutor updates_;
   std::optional<std::string> reasonAgainst_;
   std::vector<std::chrono::seconds> later_;
+  bool standsAtOnce_ = true;
   FakeFolderWatch* watch_ = nullptr;
   std::unique_ptr<LiveVerdict> live_;
 };

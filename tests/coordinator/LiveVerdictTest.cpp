@@ -39,17 +39,8 @@ TEST_F(LiveVerdictTest, firstScan_watchesBeforeItListsAndIsLiveThen) {
 }
 
 TEST_F(LiveVerdictTest, watchThatAnswersLate_isWaitedForBeforeTheScan) {
-  make({.isWaiting = true, .interval = std::nullopt});
-  live_ = std::make_unique<LiveVerdict>(
-      ScanSource{tree_, clock_},
-      LiveEnvironment{{main_, scan_, updates_}, clock_, uptime_, alarm_, [this](FolderWatchListener& listener) {
-                        auto watch = std::make_unique<FakeFolderWatch>(listener);
-                        watch->standsAtOnce = false;
-                        watch_ = watch.get();
-                        return watch;
-                      }});
-  live_->follow({folder_});
-  runAll();
+  standsAtOnce_ = false;
+  begin();
   EXPECT_THAT(watch_->listed(), IsEmpty());
   watch_->tellStanding();
   runAll();
@@ -58,16 +49,8 @@ TEST_F(LiveVerdictTest, watchThatAnswersLate_isWaitedForBeforeTheScan) {
 }
 
 TEST_F(LiveVerdictTest, watchThatNeverAnswers_doesNotKeepAnybodyFromAReport) {
-  live_ = std::make_unique<LiveVerdict>(
-      ScanSource{tree_, clock_},
-      LiveEnvironment{{main_, scan_, updates_}, clock_, uptime_, alarm_, [this](FolderWatchListener& listener) {
-                        auto watch = std::make_unique<FakeFolderWatch>(listener);
-                        watch->standsAtOnce = false;
-                        watch_ = watch.get();
-                        return watch;
-                      }});
-  live_->follow({folder_});
-  runAll();
+  standsAtOnce_ = false;
+  begin();
   pass(1s);
   EXPECT_TRUE(isSafe());
   EXPECT_EQ(state(), LivenessState::notLive);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@ class FakeFileStorage final : public FileStorage {
   std::optional<Failure> failure;
   /// The same for the files that are the user's alone, such as a store's.
   std::optional<Failure> privateFailure;
+
+  /// So does every lock.
+  std::optional<Failure> lockFailure;
 
   std::optional<Failure> createFolders(const std::string&, FileAccess) const override { return std::nullopt; }
 
@@ -48,6 +52,10 @@ class FakeFileStorage final : public FileStorage {
     files_[to] = files_[from];
     files_.erase(from);
     return std::nullopt;
+  }
+
+  Result<FolderLock> lockFolder(const std::string&) const override {
+    return lockFailure ? Result<FolderLock>(*lockFailure) : Result<FolderLock>(std::make_shared<int>());
   }
 
   void put(const std::string& path, std::string content) { files_[path] = std::move(content); }

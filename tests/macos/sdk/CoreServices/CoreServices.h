@@ -4,6 +4,7 @@
 
 #include "../CoreFoundation/CoreFoundation.h"
 #include "../declarations.h"
+
 #include <dispatch/dispatch.h>
 
 SDK_NONNULL_BEGIN
