@@ -113,7 +113,7 @@ void LiveSession::run(std::optional<std::chrono::nanoseconds> timeout, std::func
 }
 
 void LiveSession::leave(ExitStatus status) const {
-  if (scan_.isBusy() || updates_.isBusy()) {
+  if (scan_.isBusy() || updates_.isBusy() || looks_.isBusy()) {
     std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
   }
 }

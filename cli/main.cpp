@@ -76,6 +76,7 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addExplainCommand(app, chosen);
   addRefreshCommand(app, chosen);
   addWatchCommand(app, chosen);
+  addCoverageCommand(app, chosen);
   addWatchlistCommand(app, chosen);
   addHistoryCommand(app, chosen);
   addIncidentsCommand(app, chosen);

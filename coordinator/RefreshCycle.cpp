@@ -175,6 +175,7 @@ void RefreshCycle::finish() {
     environment_.live->cycleEnded(cycle->report->safeToClose);
   }
   services_.historyStore->record(*cycle->report);
+  fileCountFailure_ = services_.coverage ? services_.coverage->record(*cycle->report) : std::nullopt;
   std::optional<CollectedFindings> collected = std::move(cycle->collected);
   std::vector<FindingKey> notReached;
   if (collected) {

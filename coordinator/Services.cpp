@@ -16,6 +16,10 @@ std::unique_ptr<IncidentStore> openIncidents(const Machine& machine) {
   return std::make_unique<IncidentStore>(machine.fileSystem(), machine.fileStorage(), machine.clock());
 }
 
+std::shared_ptr<const CoverageKeeper> makeCoverageKeeper(const Machine& machine) {
+  return std::make_shared<const CoverageKeeper>(machine.fileSystem(), machine.fileStorage(), machine.clock());
+}
+
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress) {
   return std::make_shared<const ICloudScanEngine>(machine.fileSystem(), machine.clock(),
                                                   ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
@@ -48,6 +52,7 @@ Services makeServices(const Machine& machine, ScanProgress* progress) {
   services.systemStatusService = makeSystemStatusService(machine);
   services.makeProbes = [&machine] { return makeProbeRunner(machine); };
   services.incidentStore = openIncidents(machine);
+  services.coverage = makeCoverageKeeper(machine);
   return services;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "coordinator/CoverageKeeper.h"
 #include "coordinator/GuardrailNotificationService.h"
 #include "core/ICloudScanEngine.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
@@ -27,6 +28,8 @@ struct Services {
   /// Makes the runner of one refresh's probes, which diagnostics and status share.
   std::function<std::unique_ptr<ProbeRunner>()> makeProbes;
   std::unique_ptr<IncidentStore> incidentStore;
+  /// nullptr where nobody keeps what safe scans say of it.
+  std::shared_ptr<const CoverageKeeper> coverage;
   /// nullptr where nobody is to be notified.
   std::unique_ptr<GuardrailNotificationService> notificationService;
 };
@@ -39,6 +42,8 @@ std::unique_ptr<WatchlistStore> openWatchlist(const Machine& machine);
 std::unique_ptr<ScanHistoryStore> openHistory(const Machine& machine);
 /// Opens the incidents: reads their file.
 std::unique_ptr<IncidentStore> openIncidents(const Machine& machine);
+/// Keeps the coverage; reads no file before it is asked.
+std::shared_ptr<const CoverageKeeper> makeCoverageKeeper(const Machine& machine);
 /// Its scans tell `progress`, where there is one, how far they have come.
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress = nullptr);
 /// Judges the machine from its probes.
