@@ -178,8 +178,13 @@ void LinuxWalkReader::readItem(int descriptor, Item& item, std::string& attribut
   const auto attribute = readAttribute(
       attribute_, [&](char* target, std::size_t size) { return lgetxattr(path, kICloudAttributeName, target, size); });
   if (!attribute) {
-    if (!meansNoAttribute(errno)) {
+    const int error = errno;
+    if (!meansNoAttribute(error)) {
       item.values.reset();
+    }
+    if (error == ENOENT && scope_ == WalkScope::everything) {
+      // Whatever it was, it is gone since the folder was listed.
+      item.kind = ItemKind::other;
     }
     return;
   }
