@@ -3,7 +3,8 @@
 # The commands below the one that was typed, which is "" at first.
 _cirrovanectl_commands() {
   case $1 in
-    "") echo "check watch explain refresh watchlist history incidents diagnose status export tools version" ;;
+    "") echo "check watch coverage explain refresh watchlist history incidents diagnose status export tools version" ;;
+    coverage) echo "acknowledge forget acknowledged" ;;
     watchlist) echo "list add remove" ;;
     incidents) echo "resolve reopen" ;;
     tools) echo "install" ;;
@@ -15,7 +16,8 @@ _cirrovanectl_options() {
   local options="-h --help --mac-root"
   [ -z "$1" ] || options+=" --json"
   case "$1 $2" in
-    "check ") options+=" --wait --timeout --interval" ;;
+    "check ") options+=" --wait --timeout --interval --strict" ;;
+    "coverage acknowledge") options+=" --days" ;;
     "watch ") options+=" --timeout" ;;
     "history ") options+=" --limit" ;;
     "incidents ") options+=" --scope --severity" ;;
@@ -38,7 +40,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --days) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -56,7 +58,7 @@ _cirrovanectl() {
   case $previous in
     --mac-root) files=-d ;;
     --scope | --severity) words=$(_cirrovanectl_values "$previous") ;;
-    --timeout | --interval | --limit) ;;
+    --timeout | --interval | --limit | --days) ;;
     *)
       if [[ $current == -* ]]; then
         words=$(_cirrovanectl_options "$command" "$subcommand")
@@ -64,7 +66,8 @@ _cirrovanectl() {
         words="$(_cirrovanectl_commands "$command") $(_cirrovanectl_values "$command")"
       fi
       case "$command $subcommand" in
-        "check " | "watch " | "watchlist add" | "watchlist remove") files=-d ;;
+        "check " | "watch " | "coverage " | "watchlist add" | "watchlist remove") files=-d ;;
+        "coverage acknowledge" | "coverage forget") files=-f ;;
         "export ") [ -n "$argument" ] || files=-f ;;
       esac
       ;;

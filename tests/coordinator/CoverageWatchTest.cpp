@@ -26,7 +26,7 @@ class CoverageWatchTest : public testing::Test {
     for (const std::string name : {"/Users", "/test", "/Library", "/Mobile Documents", "/com~apple~CloudDocs"}) {
       tree_.makeFolder(path += name);
     }
-    tree_.setOnListing([this] { monotonicClock_.pass(duration_); });
+    tree_.setOnListing([this] { monotonicClock_.advance(duration_); });
     watch_.emplace(std::make_shared<const CoverageKeeper>(tree_, storage_, clock_),
                    CoverageEnvironment{main_, looking_, monotonicClock_, &alarm_});
   }

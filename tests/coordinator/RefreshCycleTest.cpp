@@ -119,7 +119,7 @@ TEST_F(RefreshCycleTest, refreshAfterAnEndedCycle_scansThoughDiagnosticsStillHan
 
 TEST_F(RefreshCycleTest, safeScan_leavesTheFileCountsOfItsFolders) {
   cycle();
-  EXPECT_THAT(storage_.files().at(storePath("coverage.json")), HasSubstr("\"files\": 1"));
+  EXPECT_THAT(storage_.files().at(storePath("coverage.json")), testing::HasSubstr("\"files\": 1"));
 }
 
 TEST_F(RefreshCycleTest, scanThatIsNotSafe_leavesNoFileCounts) {

@@ -65,7 +65,7 @@ TEST_F(DemoCoverage, settle_leavesWhatTheApplicationRemembers) {
   const std::string file = home() + "/Library/Application Support/com.quillmere.Cirrovane/coverage.json";
   EXPECT_FALSE(exists(file));
   const std::string own = R"([{"counts": [{"at": "2026-11-15T18:21:10Z", "files": 15}], "path": "/x"}])";
-  for (const std::string text : {own, std::string("nonsense"), std::string("{}")}) {
+  for (const std::string& text : {own, std::string("nonsense"), std::string("{}")}) {
     writeFile(file, text);
     succeed("settle");
     EXPECT_EQ(readFile(file), text);
