@@ -148,16 +148,17 @@ int makeUnlessMade(const Tree& tree) {
 
 int main(int argumentCount, char** arguments) {
   if (argumentCount != 5 && argumentCount != 7) {
-    std::cerr << "Usage: make_tree FOLDER FILES FOLDERS clean|pending|elsewhere [HIDDEN PACKAGES]\n"
-                 "Replaces FOLDER unless it is such a tree already. With 0 FOLDERS all files lie in FOLDER; then there\n"
-                 "is nothing hidden and no package.\n";
+    std::cerr
+        << "Usage: make_tree FOLDER FILES FOLDERS clean|pending|elsewhere [HIDDEN PACKAGES]\n"
+           "Replaces FOLDER unless it is such a tree already. With 0 FOLDERS all files lie in FOLDER; then there\n"
+           "is nothing hidden and no package.\n";
     return 2;
   }
   try {
-    return cirrovane::makeUnlessMade(
-        {arguments[1], cirrovane::numberOf(arguments[2]), cirrovane::numberOf(arguments[3]), arguments[4],
-         argumentCount == 7 ? cirrovane::numberOf(arguments[5]) : 0,
-         argumentCount == 7 ? cirrovane::numberOf(arguments[6]) : 0});
+    return cirrovane::makeUnlessMade({arguments[1], cirrovane::numberOf(arguments[2]),
+                                      cirrovane::numberOf(arguments[3]), arguments[4],
+                                      argumentCount == 7 ? cirrovane::numberOf(arguments[5]) : 0,
+                                      argumentCount == 7 ? cirrovane::numberOf(arguments[6]) : 0});
   } catch (const std::exception& error) {
     std::cerr << "make_tree: " << error.what() << '\n';
     return 1;

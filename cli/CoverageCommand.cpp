@@ -94,15 +94,15 @@ std::string complaintAboutPath(const std::string& text) {
 
 void addCoverageCommand(CLI::App& app, ChosenCommand& chosen) {
   const auto folders = std::make_shared<Arguments>();
-  CLI::App& command = addCommand(
-      app, "coverage", "Say what the verdict does not vouch for",
-      "Looks at hidden items, packages, items that iCloud leaves out and folders that cannot be\n"
-      "listed. Without a FOLDER, at those of the watchlist. Ends with 0 when there is nothing that\n"
-      "you do not know of. A folder named like a verb is given as ./acknowledge.\n\n"
-      "Examples:\n"
-      "  cirrovanectl coverage\n"
-      "  cirrovanectl coverage acknowledge ~/Documents/Clients/build.nosync --days 30\n"
-      "  cirrovanectl coverage --json | jq -r '.gaps[] | .kind + \" \" + .path'");
+  CLI::App& command =
+      addCommand(app, "coverage", "Say what the verdict does not vouch for",
+                 "Looks at hidden items, packages, items that iCloud leaves out and folders that cannot be\n"
+                 "listed. Without a FOLDER, at those of the watchlist. Ends with 0 when there is nothing that\n"
+                 "you do not know of. A folder named like a verb is given as ./acknowledge.\n\n"
+                 "Examples:\n"
+                 "  cirrovanectl coverage\n"
+                 "  cirrovanectl coverage acknowledge ~/Documents/Clients/build.nosync --days 30\n"
+                 "  cirrovanectl coverage --json | jq -r '.gaps[] | .kind + \" \" + .path'");
   takeVerbs(command);
   addArgument(command, {.name = "FOLDER", .help = "Folders to look at", .complaint = isFolderArgument}, *folders);
   addJSONOption(command, chosen);

@@ -17,8 +17,7 @@ std::string counted(std::int64_t count, std::string_view singular, std::string_v
 
 std::string examinedText(const CoverageExamined& examined) {
   return fmt::format("{}, {} and {} in them", counted(examined.hidden, "hidden item", "hidden items"),
-                     counted(examined.packages, "package", "packages"),
-                     counted(examined.inPackages, "item", "items"));
+                     counted(examined.packages, "package", "packages"), counted(examined.inPackages, "item", "items"));
 }
 
 std::string gapText(const CoverageGap& gap) {
@@ -85,10 +84,9 @@ std::string gapLines(const CoverageReport& report) {
 
 std::string coverageSentence(const CoverageReport& report) {
   if (report.complete) {
-    const std::string known =
-        report.acknowledged > 0
-            ? fmt::format("; {} acknowledged", counted(report.acknowledged, "gap is", "gaps are"))
-            : "";
+    const std::string known = report.acknowledged > 0
+                                  ? fmt::format("; {} acknowledged", counted(report.acknowledged, "gap is", "gaps are"))
+                                  : "";
     return fmt::format("Complete: {} looked at{}.", examinedText(report.examined), known);
   }
   std::string parts;

@@ -56,8 +56,7 @@ void CoverageWatch::begin() {
   takers_ = std::exchange(nextTakers_, {});
   stop_ = CoverageStop();
   environment_.looking.post([this, alive = std::weak_ptr(alive_), &main = environment_.main, keeper = keeper_,
-                             folders = folders_, stop = *stop_,
-                             began = environment_.monotonicClock.sinceBoot()] {
+                             folders = folders_, stop = *stop_, began = environment_.monotonicClock.sinceBoot()] {
     std::optional<CoverageLook> look = keeper->look(folders, stop);
     main.post([this, alive, look = std::move(look), began] {
       if (!alive.expired()) {

@@ -53,8 +53,8 @@ class CoverageWatch {
   /// Follows these folders from now on: a look at others stops at once. With an alarm, it looks now and from time to
   /// time.
   void follow(std::vector<WatchFolder> folders);
-  /// Looks as soon as it can, and hands on what a look finds that began after this call. Nothing is handed on when other
-  /// folders are followed meanwhile.
+  /// Looks as soon as it can, and hands on what a look finds that began after this call. Nothing is handed on when
+  /// other folders are followed meanwhile.
   void look(TakeReport then = nullptr);
 
   /// When somebody who waits for the coverage alone may look again, after the latest look ended; zero before the first.

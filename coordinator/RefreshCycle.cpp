@@ -175,7 +175,6 @@ void RefreshCycle::finish() {
     environment_.live->cycleEnded(cycle->report->safeToClose);
   }
   services_.historyStore->record(*cycle->report);
-  fileCountFailure_ = services_.coverage ? services_.coverage->record(*cycle->report) : std::nullopt;
   std::optional<CollectedFindings> collected = std::move(cycle->collected);
   std::vector<FindingKey> notReached;
   if (collected) {
@@ -190,6 +189,7 @@ void RefreshCycle::finish() {
     services_.incidentStore->merge(diagnostics_.value(), cycle->report->generatedAt, notReached);
   }
   incidents_.set(services_.incidentStore->records());
+  fileCountFailure_ = services_.coverage ? services_.coverage->record(*cycle->report) : std::nullopt;
   isScanning_.set(false);
   // Without the cycle itself, whose last holder's end is what drops its stages.
   environment_.executors.main.post([this, alive = std::weak_ptr(alive_), previousSafe = cycle->previousSafe,

@@ -425,6 +425,9 @@ std::optional<CoverageLook> CoverageScan::look(const CoverageRequest& request, c
     std::vector<Place*> below;
     std::copy_if(std::next(next), order.end(), std::back_inserter(below),
                  [&](const Place* other) { return !other->isReached && isAtOrBelow(other->path, place.path); });
+    if (stop.isAsked()) {
+      return std::nullopt;
+    }
     const std::unique_ptr<FolderWalk> walk =
         fileSystem_.exists(place.path)
             ? fileSystem_.enumerate({place.path, true, nullptr, WalkScope::everything, /*isUnhurried=*/true})

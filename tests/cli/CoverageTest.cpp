@@ -2,6 +2,7 @@
 #include "tests/support/ICloudAttribute.h"
 
 #include <atomic>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -49,7 +50,8 @@ class Coverage : public testing::Test {
   /// Each gap as its kind and its path below iCloud Drive.
   std::vector<std::string> gaps() const {
     std::vector<std::string> gaps;
-    for (const json& gap : report()["gaps"]) {
+    const json found = report();
+    for (const json& gap : found["gaps"]) {
       const std::string below = gap["path"].get<std::string>().substr(mac_.iCloudDrive().size());
       gaps.push_back(gap["kind"].get<std::string>() + " " + below);
     }
@@ -62,8 +64,8 @@ class Coverage : public testing::Test {
 TEST_F(Coverage, cleanDrive_isComplete) {
   const json found = report();
   EXPECT_EQ(found["complete"], true);
-  EXPECT_THAT(keysOf(found), ElementsAre("acknowledged", "complete", "examined", "gapCounts", "gaps", "generatedAt",
-                                         "notExamined"));
+  EXPECT_THAT(keysOf(found),
+              ElementsAre("acknowledged", "complete", "examined", "gapCounts", "gaps", "generatedAt", "notExamined"));
   EXPECT_THAT(run({"coverage"}).out, StartsWith("COMPLETE\n"));
 }
 
@@ -140,16 +142,16 @@ TEST_F(Coverage, forgetOfWhatWasNotAcknowledged_couldNot) {
 }
 
 TEST_F(Coverage, wrongUsage_isRefused) {
-  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
-           {"coverage", "acknowledge"},
-           {"coverage", "forget"},
-           {"coverage", "acknowledge", "/a", "--days", "0"},
-           {"coverage", "acknowledge", "/a", "--days", "3651"},
-           {"coverage", "acknowledge", "/a", "--days", "many"},
-           {"coverage", "acknowledged", "/a"},
-           {"coverage", "/a", "acknowledge", "/b"},
-           {"coverage", "--days", "3"},
-           {"coverage", ""}}) {
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"coverage", "acknowledge"},
+                                             {"coverage", "forget"},
+                                             {"coverage", "acknowledge", "/a", "--days", "0"},
+                                             {"coverage", "acknowledge", "/a", "--days", "3651"},
+                                             {"coverage", "acknowledge", "/a", "--days", "many"},
+                                             {"coverage", "acknowledged", "/a"},
+                                             {"coverage", "/a", "acknowledge", "/b"},
+                                             {"coverage", "--days", "3"},
+                                             {"coverage", ""}}) {
     EXPECT_EQ(run(arguments).exitStatus, 2) << testing::PrintToString(arguments);
   }
 }
@@ -244,7 +246,7 @@ TEST_F(Coverage, packageAThousandDeep_isLookedThrough) {
     ASSERT_EQ(mkdir("a folder with a long name", 0700), 0);
     ASSERT_EQ(chdir("a folder with a long name"), 0);
   }
-  writeFile("take");
+  const FileDescriptor take(open("take", O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
   setICloudAttribute("take", kPending);
   std::filesystem::current_path(before);
   EXPECT_THAT(gaps(), ElementsAre("pendingPackage /Deep.logicx"));

@@ -21,19 +21,20 @@ class DemoCoverage : public DemoMacTest {
   void SetUp() override { succeed("create"); }
 
   json coverage() const {
-    return json::parse(
-        runProgram(CIRROVANE_BIN_DIR "/cirrovanectl", {"--mac-root", root(), "coverage", "--json"}).out);
+    return json::parse(runProgram(CIRROVANE_BIN_DIR "/cirrovanectl", {"--mac-root", root(), "coverage", "--json"}).out);
   }
   std::vector<std::string> kinds() const {
     std::vector<std::string> kinds;
-    for (const json& gap : coverage()["gaps"]) {
+    const json found = coverage();
+    for (const json& gap : found["gaps"]) {
       kinds.push_back(gap["kind"]);
     }
     return kinds;
   }
   std::set<std::string> gapPaths() const {
     std::set<std::string> paths;
-    for (const json& gap : coverage()["gaps"]) {
+    const json found = coverage();
+    for (const json& gap : found["gaps"]) {
       paths.insert(gap["path"]);
     }
     return paths;
@@ -76,9 +77,7 @@ TEST_F(DemoCoverage, settle_leavesWhatTheApplicationRemembers) {
 TEST_F(DemoCoverage, ordinaryWeek_bringsNoMoreThanOneGapAtATime) {
   succeed("settle");
   const std::string work = drive() + "/Client Work";
-  const auto expectAtMostOneGap = [&](const std::string& what) {
-    EXPECT_LE(coverage()["gaps"].size(), 1U) << what;
-  };
+  const auto expectAtMostOneGap = [&](const std::string& what) { EXPECT_LE(coverage()["gaps"].size(), 1U) << what; };
   const auto add = [](const std::string& path, const std::string& state) {
     writeFile(path);
     setICloudAttribute(path, state);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <dirent.h>
 #include <filesystem>
 #include <sched.h>
 #include <string>
@@ -13,7 +14,6 @@
 #include <thread>
 #include <vector>
 
-#include <dirent.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -35,8 +35,7 @@ class WalkOverEverything : public testing::TestWithParam<std::size_t> {
  protected:
   std::vector<MetItem> walk(WalkOptions options = {}, bool isUnhurried = false) const {
     options.threadCount = GetParam();
-    const auto walk =
-        startLinuxWalk({folder_.path(), true, nullptr, WalkScope::everything, isUnhurried}, options);
+    const auto walk = startLinuxWalk({folder_.path(), true, nullptr, WalkScope::everything, isUnhurried}, options);
     std::vector<MetItem> met;
     while (const ItemBatch* batch = walk->next()) {
       for (const Item& item : batch->items()) {

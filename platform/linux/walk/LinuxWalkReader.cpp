@@ -133,6 +133,9 @@ Listing LinuxWalkReader::readNames(int descriptor, WalkBatch& batch) {
       return Listing::ended;
     }
     if (length < 0) {
+      if (errno == ENOENT) {
+        return Listing::gone;
+      }
       // The system's word for a name that is longer than the space that is left.
       return errno == EINVAL && used > 0 ? Listing::hasMore : Listing::failed;
     }

@@ -115,7 +115,12 @@ class MacWalkReader final : public WalkReader {
 
  private:
   /// The kernel's word for a folder whose list of names it would have to fetch is that of a lock that waits for itself.
-  static Listing whatIsMissed(int error) { return error == EDEADLK ? Listing::isElsewhere : Listing::failed; }
+  static Listing whatIsMissed(int error) {
+    if (error == ENOENT) {
+      return Listing::gone;
+    }
+    return error == EDEADLK ? Listing::isElsewhere : Listing::failed;
+  }
 
   void add(const PackedEntry& entry, std::string_view name, WalkBatch& batch) {
     const bool isWhole = parts_->scope == WalkScope::everything;

@@ -147,7 +147,7 @@ Listing ReadAheadWalk::listNames(Slot& slot, WalkBatch& batch, WalkReader* reade
   if (opened.result == FolderOpening::exhausted) {
     listing = Listing::meaningless;
   } else if (opened.result == FolderOpening::unreadable) {
-    listing = !isRoot && meansGone(opened.error) ? Listing::ended : reader->afterOpeningFailed(opened.error);
+    listing = meansGone(opened.error) ? Listing::gone : reader->afterOpeningFailed(opened.error);
   } else if (!isBeginning || reader->allowsListing(opened.descriptor->get())) {
     if (isBeginning && request_.observer != nullptr) {
       request_.observer->beforeListing(pathOf(*slot.folder), opened.descriptor->get());
@@ -160,6 +160,8 @@ Listing ReadAheadWalk::listNames(Slot& slot, WalkBatch& batch, WalkReader* reade
     case Listing::ended:
     case Listing::failed:
       return listing;
+    case Listing::gone:
+      return isRoot ? Listing::failed : Listing::ended;
     case Listing::isElsewhere:
       // Nothing is here, and so nothing has yet to leave here; but what was begun here has to end here.
       return isBeginning ? Listing::ended : Listing::failed;
