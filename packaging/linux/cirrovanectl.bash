@@ -66,7 +66,9 @@ _cirrovanectl() {
         words="$(_cirrovanectl_commands "$command") $(_cirrovanectl_values "$command")"
       fi
       case "$command $subcommand" in
-        "check " | "watch " | "coverage " | "watchlist add" | "watchlist remove") files=-d ;;
+        "check " | "watch " | "watchlist add" | "watchlist remove") files=-d ;;
+        # A verb is meant more often than a folder.
+        "coverage ") [ -z "$current$argument" ] || files=-d ;;
         "coverage acknowledge" | "coverage forget") files=-f ;;
         "export ") [ -n "$argument" ] || files=-f ;;
       esac
