@@ -8,7 +8,7 @@ namespace cirrovane {
 namespace {
 
 // Both in declaration order, so that a kind is its own index.
-constexpr std::array<RawValue<GapKind>, kAllGapKinds.size()> kRawValues = {{
+constexpr std::array<RawValue<GapKind>, kAllGapKinds.size()> kGapRawValues = {{
     {GapKind::pendingPackage, "pendingPackage"},
     {GapKind::pendingHidden, "pendingHidden"},
     {GapKind::syncPaused, "syncPaused"},
@@ -19,13 +19,13 @@ constexpr std::array<RawValue<GapKind>, kAllGapKinds.size()> kRawValues = {{
     {GapKind::filesLost, "filesLost"},
 }};
 
-struct Words {
+struct GapWords {
   std::string_view title;
   std::string_view meaning;
   std::string_view remedy;
 };
 
-constexpr std::array<Words, kAllGapKinds.size()> kWords = {{
+constexpr std::array<GapWords, kAllGapKinds.size()> kGapWords = {{
     {"Package Not Uploaded", "Something in this document or library has not reached iCloud.",
      "Keep this Mac awake and online until it has."},
     {"Hidden Item Not Uploaded", "Something that Finder does not show has not reached iCloud.",
@@ -46,23 +46,23 @@ constexpr std::array<Words, kAllGapKinds.size()> kWords = {{
 }  // namespace
 
 std::string_view rawValue(GapKind kind) {
-  return kRawValues.at(static_cast<std::size_t>(kind)).text;
+  return kGapRawValues.at(static_cast<std::size_t>(kind)).text;
 }
 
 bool fromRawValue(std::string_view text, GapKind& target) {
-  return caseOfRawValue(kRawValues, text, target);
+  return caseOfRawValue(kGapRawValues, text, target);
 }
 
 std::string_view displayTitle(GapKind kind) {
-  return kWords.at(static_cast<std::size_t>(kind)).title;
+  return kGapWords.at(static_cast<std::size_t>(kind)).title;
 }
 
 std::string_view meaningOf(GapKind kind) {
-  return kWords.at(static_cast<std::size_t>(kind)).meaning;
+  return kGapWords.at(static_cast<std::size_t>(kind)).meaning;
 }
 
 std::string_view remedyFor(GapKind kind) {
-  return kWords.at(static_cast<std::size_t>(kind)).remedy;
+  return kGapWords.at(static_cast<std::size_t>(kind)).remedy;
 }
 
 bool canClose(GapKind kind) {
