@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <sched.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <vector>
@@ -139,19 +140,24 @@ TEST_P(WalkOverEverything, unhurriedWalk_givesWayOnItsOwnThreadsAlone) {
     return getdents64(descriptor, target, size);
   };
   walk(options, /*isUnhurried=*/true);
-  EXPECT_EQ(policy, GetParam() == 0 ? SCHED_OTHER : SCHED_IDLE);
+  EXPECT_EQ(policy, GetParam() == 0 ? SCHED_OTHER : SCHED_BATCH);
   EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
   walk(options);
   EXPECT_EQ(policy, SCHED_OTHER);
 }
 
 TEST(BackgroundThread, givingWay_isOfTheCallingThreadAlone) {
+  const int before = getpriority(PRIO_PROCESS, 0);
   int policy = -1;
+  int niceness = -1;
   std::thread([&] {
     giveWay();
     policy = sched_getscheduler(0);
+    niceness = getpriority(PRIO_PROCESS, 0);
   }).join();
-  EXPECT_EQ(policy, SCHED_IDLE);
+  EXPECT_EQ(policy, SCHED_BATCH);
+  EXPECT_EQ(niceness, std::min(before + 10, 19));
+  EXPECT_EQ(getpriority(PRIO_PROCESS, 0), before);
   EXPECT_EQ(sched_getscheduler(0), SCHED_OTHER);
 }
 

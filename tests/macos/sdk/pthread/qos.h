@@ -7,7 +7,7 @@
 #else
 #include "../declarations.h"
 
-typedef enum : unsigned int { QOS_CLASS_BACKGROUND = 0x09 } qos_class_t;
+typedef enum : unsigned int { QOS_CLASS_UTILITY = 0x11 } qos_class_t;
 
 SDK_EXTERN int pthread_set_qos_class_self_np(qos_class_t qos_class, int relative_priority);
 #endif
