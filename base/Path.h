@@ -30,4 +30,10 @@ constexpr std::string_view withoutTrailingSlash(std::string_view path) {
   return path;
 }
 
+/// Whether the path is the folder's own or lies below it.
+constexpr bool isAtOrBelow(std::string_view path, std::string_view folder) {
+  return path.starts_with(folder) &&
+         (path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/');
+}
+
 }  // namespace cirrovane

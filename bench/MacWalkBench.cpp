@@ -82,7 +82,8 @@ class PackedDisk final : public MacWalkCalls {
   int readEntry(int /*descriptor*/, const char* /*name*/, std::span<char> /*target*/) const override { return -1; }
   std::string withoutLinks(const std::string& path) const override { return path; }
   bool isPackageExtension(std::string_view /*extension*/) const override { return false; }
-  bool readCloudState(const std::string& /*path*/, bool /*isFolder*/, const ResourceTaker& take) const override {
+  bool readCloudState(const std::string& /*path*/, bool /*isFolder*/, WalkScope /*scope*/,
+                      const ResourceTaker& take) const override {
     take(UploadedItem());
     return true;
   }

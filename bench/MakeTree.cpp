@@ -32,7 +32,12 @@ struct Tree {
   /// 0: the files lie in the tree's folder itself.
   std::size_t folderCount = 0;
   std::string_view state;
+  /// Besides those: hidden files, evenly over the folders, and packages with so many files each.
+  std::size_t hiddenCount = 0;
+  std::size_t packageCount = 0;
 };
+
+constexpr std::size_t kFilesPerPackage = 100;
 
 [[noreturn]] void fail(const std::string& what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -54,20 +59,30 @@ std::string_view attributeOf(std::string_view state) {
   if (state == "pending") {
     return "isUploaded=false\ndownloadingStatus=current";
   }
+  if (state == "elsewhere") {
+    return "isUbiquitous=false";
+  }
   throw std::invalid_argument(fmt::format("Not a state: {}", state));
 }
 
-void fill(const path& folder, std::size_t firstFile, std::size_t endFile, std::string_view attribute) {
+void fill(const path& folder, std::size_t firstFile, std::size_t endFile, std::string_view attribute,
+          std::string_view prefix = "document") {
   const FileDescriptor directory(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (directory.get() < 0) {
     fail(folder);
   }
   for (std::size_t index = firstFile; index < endFile; ++index) {
-    const std::string name = fmt::format("document-{:07}.txt", index);
+    const std::string name = fmt::format("{}-{:07}.txt", prefix, index);
     const FileDescriptor file(openat(directory.get(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
     if (file.get() < 0 || fsetxattr(file.get(), kICloudAttributeName, attribute.data(), attribute.size(), 0) != 0) {
       fail(folder / name);
     }
+  }
+}
+
+void setAttribute(const path& item, std::string_view attribute) {
+  if (setxattr(item.c_str(), kICloudAttributeName, attribute.data(), attribute.size(), 0) != 0) {
+    fail(item);
   }
 }
 
@@ -82,6 +97,15 @@ void make(const Tree& tree) {
     const path folder = tree.folder / fmt::format("folder-{:05}", index);
     std::filesystem::create_directory(folder);
     fill(folder, tree.fileCount * index / tree.folderCount, tree.fileCount * (index + 1) / tree.folderCount, attribute);
+    fill(folder, tree.hiddenCount * index / tree.folderCount, tree.hiddenCount * (index + 1) / tree.folderCount,
+         attribute, ".settings");
+  }
+  for (std::size_t index = 0; index < tree.packageCount; ++index) {
+    const path folder = tree.folder / fmt::format("folder-{:05}", index % tree.folderCount);
+    const path package = folder / fmt::format("song-{:05}.logicx", index);
+    std::filesystem::create_directory(package);
+    setAttribute(package, attribute);
+    fill(package, 0, kFilesPerPackage, attribute, "take");
   }
 }
 
@@ -90,7 +114,8 @@ class Label {
  public:
   explicit Label(const Tree& tree)
       : file_(tree.folder.native() + ".made"),
-        text_(fmt::format("{} files, {} folders, {}", tree.fileCount, tree.folderCount, tree.state)) {}
+        text_(fmt::format("{} files, {} folders, {}, {} hidden, {} packages", tree.fileCount, tree.folderCount,
+                          tree.state, tree.hiddenCount, tree.packageCount)) {}
 
   bool isThere() const {
     std::ifstream stream(file_);
@@ -122,14 +147,18 @@ int makeUnlessMade(const Tree& tree) {
 }  // namespace cirrovane
 
 int main(int argumentCount, char** arguments) {
-  if (argumentCount != 5) {
-    std::cerr << "Usage: make_tree FOLDER FILES FOLDERS clean|pending\n"
-                 "Replaces FOLDER unless it is such a tree already. With 0 FOLDERS all files lie in FOLDER.\n";
+  if (argumentCount != 5 && argumentCount != 7) {
+    std::cerr
+        << "Usage: make_tree FOLDER FILES FOLDERS clean|pending|elsewhere [HIDDEN PACKAGES]\n"
+           "Replaces FOLDER unless it is such a tree already. With 0 FOLDERS all files lie in FOLDER; then there\n"
+           "is nothing hidden and no package.\n";
     return 2;
   }
   try {
-    return cirrovane::makeUnlessMade(
-        {arguments[1], cirrovane::numberOf(arguments[2]), cirrovane::numberOf(arguments[3]), arguments[4]});
+    return cirrovane::makeUnlessMade({arguments[1], cirrovane::numberOf(arguments[2]),
+                                      cirrovane::numberOf(arguments[3]), arguments[4],
+                                      argumentCount == 7 ? cirrovane::numberOf(arguments[5]) : 0,
+                                      argumentCount == 7 ? cirrovane::numberOf(arguments[6]) : 0});
   } catch (const std::exception& error) {
     std::cerr << "make_tree: " << error.what() << '\n';
     return 1;

@@ -58,6 +58,10 @@ void onChosen(CLI::App& command, std::function<void()> action) {
   command.callback(std::move(action));
 }
 
+void refuseUsage(const std::string& message) {
+  throw CLI::ValidationError(message);
+}
+
 bool isChosen(const CLI::App& command) {
   return command.parsed();
 }

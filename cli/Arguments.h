@@ -37,6 +37,8 @@ CLI::App& addCommand(CLI::App& parent, const std::string& name, const std::strin
 void takeVerbs(CLI::App& command);
 /// What to do once the user has asked for the command and all of its arguments are read.
 void onChosen(CLI::App& command, std::function<void()> action);
+/// Says, from within such an action, that the arguments make no sense together.
+[[noreturn]] void refuseUsage(const std::string& message);
 /// Whether the user has asked for the command.
 bool isChosen(const CLI::App& command);
 

@@ -1,9 +1,10 @@
 #include "base/Heaps.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
-#include "cli/FolderArgument.h"
+#include "cli/CoverageText.h"
 #include "cli/LiveSession.h"
 #include "cli/ReportText.h"
+#include "cli/StrictWait.h"
 #include "cli/UploadLine.h"
 #include "cli/WatchLine.h"
 
@@ -32,6 +33,8 @@ constexpr std::chrono::seconds kUploadsShown{1};
 struct CheckOptions {
   std::vector<std::string> folders;
   bool waits = false;
+  /// Whether the coverage has to be complete too.
+  bool isStrict = false;
   /// Seconds; absent for no limit.
   std::optional<double> timeout;
   /// Seconds; absent where full scans come at the verdict's own pace.
@@ -77,17 +80,26 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   if (context.err.isErasable()) {
     session.lookEvery(kUploadsShown);
   }
+  std::optional<StrictWait> strict;
+  if (options.isStrict) {
+    strict.emplace(session);
+  }
+  bool isVouchedFor = false;
   session.run(asDuration(options.timeout), [&] {
     last = session.verdict().report().value();
     if (!last) {
       return false;
     }
     const SyncHealthReport& report = **last;
-    const bool isOver = report.safeToClose || session.isTimeUp();
+    isVouchedFor = strict ? strict->isVouchedFor(report.safeToClose) : report.safeToClose;
+    // An answer takes one look at the coverage, as it takes one scan.
+    const bool hasAnswer = !strict || !report.safeToClose || strict->hasLooked();
+    const bool isOver = isVouchedFor || (session.isTimeUp() && hasAnswer);
     if (!isOver && context.err.isTerminal() && (!told || &**told != &report)) {
       told = last;
       uploads.erase();
-      context.err.write(fmt::format("Not safe yet. {} Waiting.\n", report.summary));
+      context.err.write(report.safeToClose ? "Not vouched for yet. Waiting.\n"
+                                           : fmt::format("Not safe yet. {} Waiting.\n", report.summary));
     }
     if (isOver) {
       uploads.erase();
@@ -100,7 +112,10 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
     return ExitStatus::notSafe;
   }
   writeReport(**last, context);
-  const ExitStatus status = statusOf(**last);
+  if (strict && strict->lastReport()) {
+    context.err.write(gapLines(**strict->lastReport()));
+  }
+  const ExitStatus status = isVouchedFor ? ExitStatus::done : ExitStatus::notSafe;
   session.leave(status);
   return status;
 }
@@ -119,10 +134,15 @@ ExitStatus check(const CheckOptions& options, CommandContext& context) {
   if (options.waits) {
     return waitUntilSafe(options, context);
   }
-  const SyncHealthReport report =
-      context.scan(options.folders.empty() ? context.openWatchlist()->folders() : namedFolders(options.folders));
+  const std::vector<WatchFolder> folders = context.foldersMeantBy(options.folders);
+  const SyncHealthReport report = context.scan(folders);
   writeReport(report, context);
-  return statusOf(report);
+  if (!options.isStrict) {
+    return statusOf(report);
+  }
+  const CoverageReport coverage = context.lookAtCoverage(folders);
+  context.err.write(gapLines(coverage));
+  return coverage.complete ? statusOf(report) : ExitStatus::notSafe;
 }
 
 ExitStatus watch(const WatchOptions& options, CommandContext& context) {
@@ -159,6 +179,7 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
                                  "  cirrovanectl check\n"
                                  "  cirrovanectl check ~/Documents/Clients ~/Invoices\n"
                                  "  cirrovanectl check --wait --timeout 600 && systemctl suspend\n"
+                                 "  cirrovanectl check --strict ~/Documents/Clients\n"
                                  "  cirrovanectl check --json | jq -r '.blockers[].filePath'");
   addArgument(command, {.name = "FOLDER", .help = "Folders to scan", .complaint = complaintAboutFolder},
               options->folders);
@@ -177,6 +198,7 @@ void addCheckCommand(CLI::App& app, ChosenCommand& chosen) {
                .complaint = complaintAboutInterval,
                .neededOption = &wait},
               options->interval);
+  addFlag(command, "--strict", options->isStrict, "Safe only if nothing is left out either (see coverage)");
   addJSONOption(command, chosen);
   onChosen(command, [&chosen, options] {
     chosen.run = [options](CommandContext& context) { return check(*options, context); };

@@ -2,6 +2,7 @@
 
 #include "base/DisplayText.h"
 #include "cli/Arguments.h"
+#include "cli/FolderArgument.h"
 #include "cli/ProgressLine.h"
 #include "coordinator/UploadWords.h"
 
@@ -15,6 +16,15 @@ SyncHealthReport CommandContext::scan(const std::vector<WatchFolder>& folders) c
   ScanProgress progress;
   const ProgressLine line(progress, err);
   return makeScanEngine(machine, &progress)->scan(folders);
+}
+
+CoverageReport CommandContext::lookAtCoverage(const std::vector<WatchFolder>& folders) const {
+  // Nobody can ask this look to stop.
+  return makeCoverageKeeper(machine)->look(folders).value_or(CoverageLook()).report;
+}
+
+std::vector<WatchFolder> CommandContext::foldersMeantBy(const std::vector<std::string>& arguments) const {
+  return arguments.empty() ? openWatchlist()->folders() : namedFolders(arguments);
 }
 
 CollectedFindings CommandContext::collectFindings(std::optional<DiagnosticDomain> domain,

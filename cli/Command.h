@@ -39,6 +39,10 @@ struct CommandContext {
 
   /// The report over the folders, with the scan's progress on the error stream where that is a terminal.
   SyncHealthReport scan(const std::vector<WatchFolder>& folders) const;
+  /// What the verdict over the folders leaves out.
+  CoverageReport lookAtCoverage(const std::vector<WatchFolder>& folders) const;
+  /// Those that arguments name; without any, those of the watchlist.
+  std::vector<WatchFolder> foldersMeantBy(const std::vector<std::string>& arguments) const;
   /// What is wrong beside the files, in the domain or in all of them.
   CollectedFindings collectFindings(std::optional<DiagnosticDomain> domain, const SyncHealthReport& report,
                                     const std::vector<WatchFolder>& folders) const;
@@ -57,6 +61,7 @@ struct ChosenCommand {
 /// A command's part in the command line: adds its subcommand, which sets `chosen` when the user asks for it.
 void addCheckCommand(CLI::App& app, ChosenCommand& chosen);
 void addWatchCommand(CLI::App& app, ChosenCommand& chosen);
+void addCoverageCommand(CLI::App& app, ChosenCommand& chosen);
 void addWatchlistCommand(CLI::App& app, ChosenCommand& chosen);
 void addHistoryCommand(CLI::App& app, ChosenCommand& chosen);
 void addIncidentsCommand(CLI::App& app, ChosenCommand& chosen);

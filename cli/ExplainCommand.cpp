@@ -1,6 +1,7 @@
 #include "base/DisplayText.h"
 #include "cli/Arguments.h"
 #include "cli/Command.h"
+#include "cli/CoverageText.h"
 #include "cli/LocalTime.h"
 #include "cli/TextStyle.h"
 #include "coordinator/Explanation.h"
@@ -16,8 +17,9 @@ namespace {
 
 class ExplanationPage {
  public:
-  ExplanationPage(const Explanation& explanation, HealthState state, const TextStyle& style, Output& out)
-      : explanation_(explanation), state_(state), style_(style), out_(out) {}
+  ExplanationPage(const Explanation& explanation, const CoverageReport& coverage, HealthState state,
+                  const TextStyle& style, Output& out)
+      : explanation_(explanation), coverage_(coverage), state_(state), style_(style), out_(out) {}
 
   void print() {
     const bool isSafe = explanation_.safeToClose;
@@ -25,6 +27,8 @@ class ExplanationPage {
                "\n");
     printTopBlocker();
     printCriteria();
+    heading("Coverage");
+    out_.write(fmt::format("  {}\n", coverageSentence(coverage_)));
     printHistory();
     printIncidents();
   }
@@ -74,20 +78,23 @@ class ExplanationPage {
   }
 
   const Explanation& explanation_;
+  const CoverageReport& coverage_;
   HealthState state_;
   const TextStyle& style_;
   Output& out_;
 };
 
 ExitStatus explainVerdict(CommandContext& context) {
-  const SyncHealthReport report = context.scan(context.openWatchlist()->folders());
+  const std::vector<WatchFolder> folders = context.openWatchlist()->folders();
+  const SyncHealthReport report = context.scan(folders);
   const auto history = context.openHistory();
   const auto incidents = context.openIncidents();
   const Explanation explanation = explain(report, history->snapshots(), incidents->records());
   if (context.wantsJSON) {
     writeJSONDocument(context.out, explanation);
   } else {
-    ExplanationPage(explanation, report.status, TextStyle(context.out.isColoured()), context.out).print();
+    const CoverageReport coverage = context.lookAtCoverage(folders);
+    ExplanationPage(explanation, coverage, report.status, TextStyle(context.out.isColoured()), context.out).print();
   }
   return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
 }

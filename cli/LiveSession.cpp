@@ -121,7 +121,7 @@ void LiveSession::lookEvery(std::chrono::nanoseconds interval) {
 }
 
 void LiveSession::leave(ExitStatus status) const {
-  if (scan_.isBusy() || updates_.isBusy()) {
+  if (scan_.isBusy() || updates_.isBusy() || looks_.isBusy()) {
     std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
   }
 }

@@ -29,10 +29,17 @@ class LiveSession {
   LiveSession& operator=(const LiveSession&) = delete;
 
   const LiveVerdict& verdict() const { return verdict_; }
+  Machine& machine() const { return context_.machine; }
+  /// What it runs on.
+  EventLoop& loop() { return loop_; }
+  /// For looks at the coverage, which nothing else waits for.
+  Executor& looks() { return looks_; }
   bool isTimeUp() const { return isTimeUp_; }
 
   /// Also ends when a signal asks for it, or nobody reads the answer any more.
   void endOnSignalsAndClosedOutput();
+  /// Has `look` called once all that changes at one stroke has changed.
+  void lookSoon();
   /// Runs until `look`, which is called after every change and when the time is up, says that it is over.
   void run(std::optional<std::chrono::nanoseconds> timeout, std::function<bool()> look);
   /// Has `run` look again and again too, for what changes by time alone.
@@ -47,7 +54,6 @@ class LiveSession {
   std::vector<WatchFolder> currentFolders() const;
   /// An alarm may ring before its time.
   void awaitEnd(std::chrono::nanoseconds end);
-  void lookSoon();
   void look();
 
   CommandContext& context_;
@@ -58,6 +64,7 @@ class LiveSession {
   std::optional<QuitOnSignals> quits_;
   ThreadExecutor scan_;
   ThreadExecutor updates_;
+  ThreadExecutor looks_;
   std::unique_ptr<Alarm> alarm_;
   std::unique_ptr<Alarm> timeout_;
   std::unique_ptr<Alarm> tick_;

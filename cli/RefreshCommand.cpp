@@ -35,7 +35,11 @@ class InlineRefresh {
   /// Why something of the refresh could not be kept; absent when all was.
   std::optional<Failure> loss() const {
     const auto& history = cycle_.historyStore().saveFailure();
-    return history ? history : cycle_.incidentStore().saveFailure();
+    const auto& incidents = cycle_.incidentStore().saveFailure();
+    if (history || incidents) {
+      return history ? history : incidents;
+    }
+    return cycle_.fileCountFailure();
   }
 
  private:

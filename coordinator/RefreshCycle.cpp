@@ -196,6 +196,7 @@ void RefreshCycle::finish() {
     services_.incidentStore->merge(diagnostics_.value(), cycle->report->generatedAt, notReached);
   }
   incidents_.set(services_.incidentStore->records());
+  fileCountFailure_ = services_.coverage ? services_.coverage->record(*cycle->report) : std::nullopt;
   isScanning_.set(false);
   // Without the cycle itself, whose last holder's end is what drops its stages.
   environment_.executors.main.post([this, alive = std::weak_ptr(alive_), previousSafe = cycle->previousSafe,

@@ -87,6 +87,8 @@ class RefreshCycle {
   const WatchlistStore& watchlist() const { return *services_.watchlist; }
   const ScanHistoryStore& historyStore() const { return *services_.historyStore; }
   const IncidentStore& incidentStore() const { return *services_.incidentStore; }
+  /// Why the file counts of the latest refresh could not be kept; absent when they were, or there was nothing to keep.
+  const std::optional<Failure>& fileCountFailure() const { return fileCountFailure_; }
 
   /// Begins a refresh and returns; does nothing while one is under way.
   void refresh(CycleCause cause = CycleCause::asked);
@@ -137,6 +139,8 @@ class RefreshCycle {
   Published<std::vector<IncidentRecord>> incidents_;
   /// Of the published report; absent before the first.
   std::optional<Confirmation> confirmation_;
+
+  std::optional<Failure> fileCountFailure_;
 
   std::vector<Subscription> liveSubscriptions_;
 

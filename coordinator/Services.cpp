@@ -20,6 +20,10 @@ std::shared_ptr<const UploadsStore> makeUploadsStore(const Machine& machine) {
   return std::make_shared<const UploadsStore>(*machine.fileSystem, *machine.fileStorage);
 }
 
+std::shared_ptr<const CoverageKeeper> makeCoverageKeeper(const Machine& machine) {
+  return std::make_shared<const CoverageKeeper>(*machine.fileSystem, *machine.fileStorage, *machine.clock);
+}
+
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress) {
   return std::make_shared<const ICloudScanEngine>(*machine.fileSystem, *machine.clock,
                                                   ICloudScanEngine::kDefaultStaleUploadThreshold, progress);
@@ -52,6 +56,7 @@ Services makeServices(const Machine& machine, ScanProgress* progress) {
   services.makeProbes = [&machine] { return makeProbeRunner(machine); };
   services.incidentStore = openIncidents(machine);
   services.uploads = makeUploadsStore(machine);
+  services.coverage = makeCoverageKeeper(machine);
   return services;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "coordinator/CoverageKeeper.h"
 #include "coordinator/GuardrailNotificationService.h"
 #include "core/ICloudScanEngine.h"
 #include "diagnostics/PlatformDiagnosticsService.h"
@@ -30,6 +31,8 @@ struct Services {
   std::unique_ptr<IncidentStore> incidentStore;
   /// nullptr where nobody remembers how uploads go.
   std::shared_ptr<const UploadsStore> uploads;
+  /// nullptr where nobody keeps what safe scans say of it.
+  std::shared_ptr<const CoverageKeeper> coverage;
   /// nullptr where nobody is to be notified.
   std::unique_ptr<GuardrailNotificationService> notificationService;
 };
@@ -44,6 +47,8 @@ std::unique_ptr<ScanHistoryStore> openHistory(const Machine& machine);
 std::unique_ptr<IncidentStore> openIncidents(const Machine& machine);
 /// What is remembered of uploads.
 std::shared_ptr<const UploadsStore> makeUploadsStore(const Machine& machine);
+/// Keeps the coverage; reads no file before it is asked.
+std::shared_ptr<const CoverageKeeper> makeCoverageKeeper(const Machine& machine);
 /// Its scans tell `progress`, where there is one, how far they have come.
 std::shared_ptr<const ICloudScanEngine> makeScanEngine(const Machine& machine, ScanProgress* progress = nullptr);
 /// Judges the machine from its probes.

@@ -69,11 +69,6 @@ bool haveSameEntries(const IndexedFolder& lhs, const IndexedFolder& rhs) {
 
 }  // namespace
 
-bool isAtOrBelow(std::string_view path, std::string_view folder) {
-  return path.starts_with(folder) &&
-         (path.size() == folder.size() || folder.ends_with('/') || path[folder.size()] == '/');
-}
-
 std::string itemPath(const std::string& folder, std::string_view name) {
   std::string path;
   path.reserve(folder.size() + 1 + name.size());

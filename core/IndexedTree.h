@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Path.h"
 #include "core/NotedItem.h"
 #include "core/ReportDraft.h"
 #include "core/ScanProgress.h"
@@ -126,8 +127,6 @@ class IndexedTree {
   std::set<IndexedFolder*> notedFolders_;
 };
 
-/// Whether the path is the folder's own or lies below it.
-bool isAtOrBelow(std::string_view path, std::string_view folder);
 /// The path of an item of the folder.
 std::string itemPath(const std::string& folder, std::string_view name);
 

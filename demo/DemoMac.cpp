@@ -3,6 +3,7 @@
 #include "base/UTF8.h"
 #include "demo/CloudAttribute.h"
 #include "demo/Failure.h"
+#include "demo/FileCounts.h"
 #include "demo/FolderInMaking.h"
 #include "demo/MacCommands.h"
 #include "demo/MachineFacts.h"
@@ -78,17 +79,24 @@ void placeSamples(const fs::path& home) {
     writeCloudState(path, cloudStateOf(sample));
     fs::last_write_time(path, now - sample.age);
   }
-  for (const std::string& package : samplePackages()) {
-    CloudState state;
-    state.settle();
-    writeCloudState(home / package, state);
+  for (const SampleFolder& folder : sampleFolders()) {
+    fs::create_directories(home / folder.path);
+    writeCloudState(home / folder.path, folder.state);
   }
 }
 
-/// The files that a Mac would send to iCloud without being asked. Hidden ones are the Finder's own.
+bool liesInCloud(const fs::path& path, const fs::path& root) {
+  return path.native().find(kContainersMark, root.native().size()) != std::string::npos;
+}
+
+/// What the Finder keeps beside files.
+bool isFindersOwn(const std::string& name) {
+  return name == ".DS_Store" || name == ".localized" || name.starts_with("._");
+}
+
+/// The files that a Mac would send to iCloud without being asked.
 bool belongsInCloud(const fs::path& path, const fs::file_status& status, const fs::path& root) {
-  return fs::is_regular_file(status) && !path.filename().native().starts_with('.') &&
-         path.native().find(kContainersMark, root.native().size()) != std::string::npos;
+  return fs::is_regular_file(status) && !isFindersOwn(path.filename().native()) && liesInCloud(path, root);
 }
 
 /// Whether there was something to settle.
@@ -102,6 +110,9 @@ bool settleItem(const fs::path& path, const fs::file_status& status, const fs::p
   }
   CloudState after = before.value_or(CloudState());
   after.settle();
+  if (liesInCloud(path, root)) {
+    after.set("isUbiquitous", "");
+  }
   if (before && before->text() == after.text()) {
     return false;
   }
@@ -128,6 +139,7 @@ DemoMac DemoMac::create(const fs::path& root) {
   const fs::path home = folder.content() / kHome;
   placeSamples(home);
   writeWatchlist(watchlistPath(home), sampleWatchlist(mac.home()));
+  writeSampleFileCounts(fileCountsPath(home), mac.drive());
   writeFacts(folder.content(), sampleFacts());
   placeCommands(folder.content());
   writeSampleProcesses(folder.content());
@@ -155,12 +167,14 @@ Settled DemoMac::settle() {
   Settled settled;
   settled.changedItems = settleItems();
   settleWatchlist(settled);
+  forgetSampleFileCounts(fileCountsPath(home()));
   return settled;
 }
 
 void DemoMac::unsettle() {
   placeSamples(home());
   restoreWatchlist();
+  writeSampleFileCounts(fileCountsPath(home()), drive());
   removeMissingFolder();
 }
 

@@ -26,7 +26,7 @@ class DemoMac {
   static DemoMac open(const std::filesystem::path& root);
 
   /// Makes every file uploaded and local, files that were added since as well, and sees to it that all watched folders
-  /// exist and lie in iCloud Drive. What is settled already is not touched.
+  /// exist, lie in iCloud Drive and miss no files. What is settled already is not touched.
   Settled settle();
 
   /// Gives the sample files the states and ages that they had at first, makes those that are gone, and brings back the

@@ -63,6 +63,16 @@ constexpr auto kDriveRows = std::to_array<Row>({
     {"Client Work/Northwind Cycles/Icons/saddle.svg", 1'377, settled, days(9)},
     {"Client Work/Northwind Cycles/Icons/wheel.svg", 1'091, settled, days(9)},
     {"Client Work/Time sheet.csv", 2'816, settled, 50min},
+    // What no scan looks at: a song of which a take is on its way, drafts and settings that Finder does not show, a
+    // photo library that iCloud leaves out, deeds that nobody may look at.
+    {"Client Work/Northwind Cycles/Jingle.logicx/Media/Take 3.aif", 26'624, settled, days(1)},
+    {"Client Work/Northwind Cycles/Jingle.logicx/Media/Take 4.aif", 28'672, waiting, 16min},
+    {"Client Work/Northwind Cycles/Jingle.logicx/ProjectData", 12'288, settled, 16min},
+    {"Client Work/Northwind Cycles/.drafts/Launch.md", 2'304, waiting, 22min},
+    {"Client Work/Northwind Cycles/.env", 212, localOnly, days(9)},
+    {"Client Work/Harbour Café/Shoot.photoslibrary/database/Photos.sqlite", 16'384, settled, days(17)},
+    {"Client Work/Harbour Café/Shoot.photoslibrary/originals/3/3C17A0.heic", 24'576, settled, days(17)},
+    {"Client Work/Lindqvist Architects/Deeds/Deed of sale.pages/Index.zip", 8'192, settled, days(70)},
     // Finished jobs, moved out of the Mac's way.
     {"Client Work/Archive/2022 Bakery/Final artwork.pdf", 22'528, cloudOnly, days(1'240)},
     {"Client Work/Archive/2022 Bakery/Invoice 1204.pdf", 8'190, cloudOnly, days(1'235)},
@@ -89,7 +99,7 @@ constexpr auto kDriveRows = std::to_array<Row>({
     {"Invoices/Receipts/Office chair.pdf", 6'911, settled, days(75)},
     {"Invoices/Receipts/Paper samples.pdf", 5'870, settled, days(36)},
     {"Invoices/Receipts/Train tickets.pdf", 8'033, settled, days(5)},
-    {"Invoices/Tax adviser.txt", 1'460, settled, days(90)},
+    {"Invoices/Tax adviser.txt", 1'460, paused, days(90)},
     // School: shared with another Mac, whose changes have not all come down.
     {"School/Biology/Field notes.md", 6'144, settled, days(3)},
     {"School/Biology/Lab Report Week 5.docx", 21'504, settled, days(10)},
@@ -109,7 +119,7 @@ constexpr auto kDriveRows = std::to_array<Row>({
     {"School/Maths/Exercise sheet 9.pdf", 11'520, cloudOnly, days(1)},
     {"School/Maths/Formulas.md", 3'200, settled, days(22)},
     {"School/Maths/Solutions 8.md", 4'608, waiting, 4min},
-    {"School/Timetable.ics", 1'792, settled, days(80)},
+    {"School/Timetable.ics", 1'792, unknown, days(80)},
     // What else lies in a family's iCloud Drive.
     {"Documents/Bike insurance.pdf", 10'240, settled, days(200)},
     {"Documents/Letter to landlord.docx", 15'360, settled, days(47)},
@@ -134,11 +144,16 @@ constexpr auto kHomeRows = std::to_array<Row>({
     {"Downloads/Router manual.pdf", 23'552, localOnly, days(400)},
 });
 
-constexpr std::array<std::string_view, 3> kDrivePackages = {
+constexpr std::array<std::string_view, 5> kDrivePackages = {
     "Client Work/Harbour Café/Proposal.pages",
+    "Client Work/Lindqvist Architects/Deeds/Deed of sale.pages",
+    "Client Work/Northwind Cycles/Jingle.logicx",
     "Photos/Family.photoslibrary",
     "School/History/Essay.pages",
 };
+
+constexpr std::string_view kLeftOutPackage = "Client Work/Harbour Café/Shoot.photoslibrary";
+constexpr std::string_view kForbiddenFolder = "Client Work/Lindqvist Architects/Deeds";
 
 std::string inDrive(std::string_view path) {
   return std::string(kDriveFolder) + "/" + std::string(path);
@@ -158,13 +173,17 @@ std::vector<SampleFile> sampleFiles() {
   return files;
 }
 
-std::vector<std::string> samplePackages() {
-  std::vector<std::string> packages;
-  packages.reserve(kDrivePackages.size());
+std::vector<SampleFolder> sampleFolders() {
+  std::vector<SampleFolder> folders;
   for (const std::string_view path : kDrivePackages) {
-    packages.push_back(inDrive(path));
+    folders.push_back({inDrive(path), {}});
+    folders.back().state.settle();
   }
-  return packages;
+  folders.push_back({inDrive(kLeftOutPackage), {}});
+  folders.back().state.set("isUbiquitous", "false");
+  folders.push_back({inDrive(kForbiddenFolder), {}});
+  folders.back().state.set("isListable", "false");
+  return folders;
 }
 
 CloudState cloudStateOf(const SampleFile& file) {
@@ -200,6 +219,12 @@ CloudState cloudStateOf(const SampleFile& file) {
       break;
     case outdated:
       state.set("downloadingStatus", "downloaded");
+      break;
+    case paused:
+      state.set("isSyncPaused", "true");
+      break;
+    case unknown:
+      state.set("isUploaded", "");
       break;
   }
   return state;

@@ -25,6 +25,10 @@ enum class SampleState {
   cloudOnly,
   /// Local, but not the newest version.
   outdated,
+  /// Uploaded, but changes stay here while its sync is paused.
+  paused,
+  /// In iCloud, which does not say whether it is uploaded.
+  unknown,
 };
 
 /// A file of the demo Mac.
@@ -44,8 +48,14 @@ inline constexpr std::string_view kDriveFolder = "Library/Mobile Documents/com~a
 
 std::vector<SampleFile> sampleFiles();
 
-/// Folders below the home folder that a Mac shows as one document.
-std::vector<std::string> samplePackages();
+/// A folder of the demo Mac whose own state counts: a Mac shows it as one document, or keeps everybody out of it.
+struct SampleFolder {
+  /// Below the home folder.
+  std::string path;
+  CloudState state;
+};
+
+std::vector<SampleFolder> sampleFolders();
 
 CloudState cloudStateOf(const SampleFile& file);
 

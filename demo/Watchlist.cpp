@@ -28,14 +28,16 @@ bool goesBefore(const WatchedFolder& lhs, const WatchedFolder& rhs) {
   return std::ranges::lexicographical_compare(lhs.name, rhs.name, {}, kLowerCase, kLowerCase);
 }
 
-void makeOwnFolder(const std::filesystem::path& folder) {
+}  // namespace
+
+void writeOwnFile(const std::filesystem::path& path, std::string_view content) {
+  const std::filesystem::path folder = path.parent_path();
   std::filesystem::create_directories(folder.parent_path());
   if (mkdir(folder.c_str(), kOwnFolder) != 0 && errno != EEXIST) {
     throw CouldNot(printable(folder.native()) + " cannot be made: " + systemMessage(errno) + ".");
   }
+  writeAtomically(path, content, kOwnFile);
 }
-
-}  // namespace
 
 std::filesystem::path watchlistPath(const std::filesystem::path& home) {
   return home / "Library/Application Support/com.quillmere.Cirrovane/watchlist.json";
@@ -65,8 +67,7 @@ void writeWatchlist(const std::filesystem::path& path, Watchlist watchlist) {
     document.push_back(
         {{"id", std::move(folder.id)}, {"name", std::move(folder.name)}, {"path", std::move(folder.path)}});
   }
-  makeOwnFolder(path.parent_path());
-  writeAtomically(path, document.dump(2) + "\n", kOwnFile);
+  writeOwnFile(path, document.dump(2) + "\n");
 }
 
 }  // namespace cirrovane::demo

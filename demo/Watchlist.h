@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace cirrovane::demo {
@@ -21,6 +22,9 @@ std::filesystem::path watchlistPath(const std::filesystem::path& home);
 
 /// Absent when there is no such file, or the application would make nothing of its text either.
 std::optional<Watchlist> readWatchlist(const std::filesystem::path& path);
+
+/// Writes a file that is its user's alone, in a folder that is so too.
+void writeOwnFile(const std::filesystem::path& path, std::string_view content);
 
 /// Sorts by name as the application does, and keeps the file to its user.
 void writeWatchlist(const std::filesystem::path& path, Watchlist watchlist);

@@ -30,7 +30,18 @@ struct ResourceValues {
   std::optional<Time> contentModificationDate;
   /// Bytes; may be absent wherever the date may.
   std::optional<std::int64_t> fileSize = std::nullopt;
+  // Told by walks over everything alone.
+  std::optional<bool> isExcludedFromSync = std::nullopt;
+  std::optional<bool> isSyncPaused = std::nullopt;
+  /// Whether the system shows a folder as one document; absent where the walk goes by the folder's name alone.
+  std::optional<bool> isPackage = std::nullopt;
 };
+
+/// What an item is on the disk.
+enum class ItemKind : std::uint8_t { file, folder, other };
+
+/// Why a scan does not look at an item, or at what it holds.
+enum class Concealment : std::uint8_t { none, hidden, package };
 
 /// One item below an enumerated folder.
 struct Item {
@@ -38,8 +49,13 @@ struct Item {
   std::string_view name;
   /// Absent when the item's values could not be read.
   std::optional<ResourceValues> values;
-  /// Whether it is a folder that a walk enters: one that is no package.
+  /// Whether it is a folder that the walk enters.
   bool isEntered = false;
+  ItemKind kind = ItemKind::file;
+  /// Why a scan passes it over; what a folder above it hides does not count.
+  Concealment concealment = Concealment::none;
+  /// Whether this tells of a folder below the first that it could not be listed to its end.
+  bool isUnlisted = false;
 };
 
 /// Items that the walk met one after another, with their values already read.
@@ -49,7 +65,7 @@ class ItemBatch {
   virtual std::span<const Item> items() const = 0;
   /// Absolute path of the folder whose listing the items are, without a trailing slash. A walk tells a folder's items
   /// in batches that follow one another. A folder that could not be opened for want of means is an item of its own
-  /// listing.
+  /// listing; in a walk over everything so is one that could not be listed, after what was listed of it.
   virtual std::string folderPath() const = 0;
   /// Absolute path of an item of this batch. Made on demand, because hardly any item ever needs it.
   virtual std::string path(const Item& item) const = 0;
@@ -74,6 +90,15 @@ class ListingObserver {
   virtual void beforeListing(const std::string& folder, int descriptor) = 0;
 };
 
+/// What a walk tells of.
+enum class WalkScope : std::uint8_t {
+  /// What a scan counts: no hidden items, and nothing that a package holds.
+  shown,
+  /// Those too, which folders below could not be listed, and the values that are told by such walks alone. The date is
+  /// absent.
+  everything,
+};
+
 /// What a walk covers, and who is told of it.
 struct WalkRequest {
   /// Without a trailing slash.
@@ -82,6 +107,9 @@ struct WalkRequest {
   bool isDeep = true;
   /// May be nullptr; outlives the walk.
   ListingObserver* observer = nullptr;
+  WalkScope scope = WalkScope::shown;
+  /// Whether its threads give way to everybody else's on this machine.
+  bool isUnhurried = false;
 };
 
 /// Sizes of the volume that holds a folder, in bytes; absent when the system does not give them.
@@ -99,9 +127,8 @@ class FileSystem {
   /// Whether anything exists at the path; a link that leads nowhere does not.
   virtual bool exists(const std::string& path) const = 0;
 
-  /// A walk over the items below the folder, recursive, without hidden items and without the contents of packages.
-  /// What cannot be listed below it is passed over. nullptr when no walk can be made, which counts as a folder that
-  /// cannot be listed.
+  /// A walk over the items below the folder, recursive; what it tells of is the request's. What is gone by the time it
+  /// comes by is passed over. nullptr when no walk can be made, which counts as a folder that cannot be listed.
   virtual std::unique_ptr<FolderWalk> enumerate(const WalkRequest& request) const = 0;
   /// The same over all below the folder, with nobody told.
   std::unique_ptr<FolderWalk> enumerate(const std::string& folder) const { return enumerate(WalkRequest{folder}); }

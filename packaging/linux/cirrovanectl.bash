@@ -3,7 +3,8 @@
 # The commands below the one that was typed, which is "" at first.
 _cirrovanectl_commands() {
   case $1 in
-    "") echo "check watch pending explain refresh watchlist history incidents diagnose status export tools version" ;;
+    "") echo "check watch pending coverage explain refresh watchlist history incidents diagnose status export tools version" ;;
+    coverage) echo "acknowledge forget acknowledged" ;;
     watchlist) echo "list add remove" ;;
     incidents) echo "resolve reopen" ;;
     tools) echo "install" ;;
@@ -15,7 +16,8 @@ _cirrovanectl_options() {
   local options="-h --help --mac-root"
   [ -z "$1" ] || options+=" --json"
   case "$1 $2" in
-    "check ") options+=" --wait --timeout --interval" ;;
+    "check ") options+=" --wait --timeout --interval --strict" ;;
+    "coverage acknowledge") options+=" --days" ;;
     "watch ") options+=" --timeout" ;;
     "pending ") options+=" --sort --limit" ;;
     "history ") options+=" --limit" ;;
@@ -40,7 +42,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --days) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -58,7 +60,7 @@ _cirrovanectl() {
   case $previous in
     --mac-root) files=-d ;;
     --scope | --severity | --sort) words=$(_cirrovanectl_values "$previous") ;;
-    --timeout | --interval | --limit) ;;
+    --timeout | --interval | --limit | --days) ;;
     *)
       if [[ $current == -* ]]; then
         words=$(_cirrovanectl_options "$command" "$subcommand")
@@ -67,6 +69,9 @@ _cirrovanectl() {
       fi
       case "$command $subcommand" in
         "check " | "watch " | "pending " | "watchlist add" | "watchlist remove") files=-d ;;
+        # A verb is meant more often than a folder.
+        "coverage ") [ -z "$current$argument" ] || files=-d ;;
+        "coverage acknowledge" | "coverage forget") files=-f ;;
         "export ") [ -n "$argument" ] || files=-f ;;
       esac
       ;;

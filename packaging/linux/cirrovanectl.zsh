@@ -17,6 +17,7 @@ _cirrovanectl() {
         'check:scan folders and say whether it is safe to close'
         'watch:say whether it is safe to close, now and at every change'
         'pending:show what is left to upload'
+        'coverage:say what the verdict does not vouch for'
         'explain:say why the verdict is what it is'
         'refresh:scan, judge the machine, and record both'
         'watchlist:show and change the watched folders'
@@ -35,7 +36,7 @@ _cirrovanectl() {
         check)
           _arguments $everywhere $json '--wait[wait until it is safe]' \
             '--timeout[give up after so many seconds]:seconds:' '--interval[scan everything again so often]:seconds:' \
-            '*:folder:_files -/'
+            '--strict[safe only if nothing is left out]' '*:folder:_files -/'
           ;;
         watch)
           _arguments $everywhere $json '--timeout[end after so many seconds]:seconds:' '*:folder:_files -/'
@@ -43,6 +44,10 @@ _cirrovanectl() {
         pending)
           _arguments $everywhere $json '--sort[which first]:order:(size age name)' \
             '--limit[show at most so many files]:number:' '*:folder:_files -/'
+          ;;
+        coverage)
+          _arguments $everywhere $json '--days[acknowledge for so many days]:days:' \
+            '1:command:(acknowledge forget acknowledged)' '*:path:_files'
           ;;
         watchlist)
           _arguments $everywhere $json '1:command:(list add remove)' '*:folder:_files -/'

@@ -7,6 +7,7 @@
 #import <Foundation/Foundation.h>
 #import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <memory>
 #include <optional>
 #include <span>
@@ -42,7 +43,15 @@ int scopeNumber(PolicyScope scope) {
   return scope == PolicyScope::thread ? IOPOL_SCOPE_THREAD : IOPOL_SCOPE_PROCESS;
 }
 
-NSURLResourceKey foundationKey(ResourceKey key) {
+/// The key that only newer systems than the one that this is built for have; nil where the running one has none.
+NSURLResourceKey _Nullable syncPausedKey() {
+  const auto* key = static_cast<NSURLResourceKey const __unsafe_unretained*>(
+      dlsym(RTLD_DEFAULT, "NSURLUbiquitousItemIsSyncPausedKey"));
+  return key != nullptr ? *key : nil;
+}
+
+/// nil for a key that the running system does not have.
+NSURLResourceKey _Nullable foundationKey(ResourceKey key) {
   switch (key) {
     case ResourceKey::isUbiquitousItem:
       return NSURLIsUbiquitousItemKey;
@@ -58,13 +67,21 @@ NSURLResourceKey foundationKey(ResourceKey key) {
       return NSURLUbiquitousItemUploadingErrorKey;
     case ResourceKey::ubiquitousItemDownloadingError:
       return NSURLUbiquitousItemDownloadingErrorKey;
+    case ResourceKey::ubiquitousItemIsExcludedFromSync:
+      return NSURLUbiquitousItemIsExcludedFromSyncKey;
+    case ResourceKey::ubiquitousItemIsSyncPaused:
+      return syncPausedKey();
+    case ResourceKey::isPackage:
+      return NSURLIsPackageKey;
   }
 }
 
-NSArray<NSURLResourceKey>* foundationKeys() {
+NSArray<NSURLResourceKey>* foundationKeys(WalkScope scope) {
   NSMutableArray<NSURLResourceKey>* keys = [NSMutableArray array];
-  for (const ResourceKey key : kResourceKeys) {
-    [keys addObject:foundationKey(key)];
+  for (const ResourceKey key : resourceKeysFor(scope)) {
+    if (NSURLResourceKey found = foundationKey(key); found != nil) {
+      [keys addObject:found];
+    }
   }
   return keys;
 }
@@ -88,7 +105,11 @@ class FoundationResources final : public ResourceDictionary {
       : values_(values), statusTexts_(statusTexts) {}
 
   std::optional<bool> boolean(ResourceKey key) const override {
-    NSNumber* number = checked<NSNumber>(values_[foundationKey(key)], [NSNumber class]);
+    NSURLResourceKey known = foundationKey(key);
+    if (known == nil) {
+      return std::nullopt;
+    }
+    NSNumber* number = checked<NSNumber>(values_[known], [NSNumber class]);
     return number != nil ? std::optional<bool>(number.boolValue) : std::nullopt;
   }
 
@@ -102,7 +123,11 @@ class FoundationResources final : public ResourceDictionary {
   }
 
   std::optional<std::string> errorText(ResourceKey key) const override {
-    NSError* error = checked<NSError>(values_[foundationKey(key)], [NSError class]);
+    NSURLResourceKey known = foundationKey(key);
+    if (known == nil) {
+      return std::nullopt;
+    }
+    NSError* error = checked<NSError>(values_[known], [NSError class]);
     return error != nil ? std::optional(bytesOf(error.localizedDescription)) : std::nullopt;
   }
 
@@ -134,13 +159,15 @@ class SystemWalkCalls final : public MacWalkCalls {
 
   bool isPackageExtension(std::string_view extension) const override { return isSystemPackageExtension(extension); }
 
-  bool readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const override {
+  bool readCloudState(const std::string& path, bool isFolder, WalkScope scope,
+                      const ResourceTaker& take) const override {
     @autoreleasepool {
       NSURL* url = fileURLOf(path, isFolder);
       if (url == nil) {
         return false;
       }
-      NSDictionary<NSURLResourceKey, id>* values = cloudValuesOf(url, keys_);
+      NSDictionary<NSURLResourceKey, id>* values =
+          cloudValuesOf(url, scope == WalkScope::everything ? allKeys_ : keys_);
       if (values == nil) {
         return false;
       }
@@ -150,7 +177,8 @@ class SystemWalkCalls final : public MacWalkCalls {
   }
 
  private:
-  NSArray<NSURLResourceKey>* keys_ = foundationKeys();
+  NSArray<NSURLResourceKey>* keys_ = foundationKeys(WalkScope::shown);
+  NSArray<NSURLResourceKey>* allKeys_ = foundationKeys(WalkScope::everything);
   StatusTexts statusTexts_;
 };
 

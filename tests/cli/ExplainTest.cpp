@@ -26,6 +26,10 @@ constexpr const char* kSafeCriteria =
     "  pass  No critical blockers        No critical blocker category is active.\n"
     "  pass  Watchlist coverage intact   All watched folders are reachable and within coverage.\n";
 
+constexpr const char* kCompleteCoverage =
+    "\nCoverage\n"
+    "  Complete: 0 hidden items, 0 packages and 0 items in them looked at.\n";
+
 class Explain : public testing::Test {
  protected:
   Explain() { mac_.addFile("clean", "isUploaded=true"); }
@@ -75,7 +79,7 @@ TEST_F(Explain, safeMacWithoutAPast_saysSoInText) {
   const ChildResult result = explain();
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_THAT(result.err, IsEmpty());
-  EXPECT_EQ(result.out, std::string("SAFE TO CLOSE\n\n") + kSafeCriteria +
+  EXPECT_EQ(result.out, std::string("SAFE TO CLOSE\n\n") + kSafeCriteria + kCompleteCoverage +
                             "\nHistory\n"
                             "  Not enough scans yet.\n"
                             "\nIncidents\n"
@@ -124,6 +128,8 @@ TEST_F(Explain, unsafeMac_namesTheTopBlockerAndEachFailedCriterion) {
                 "  fail  No upload/download errors   1 transfer errors were detected.\n"
                 "  fail  No critical blockers        Critical blockers exist in the current watchlist.\n"
                 "  fail  Watchlist coverage intact   1 watchlist entries are outside iCloud or missing.\n"
+                "\nCoverage\n"
+                "  Not vouched for: 2 State Unknown, 1 Not Looked At. See cirrovanectl coverage.\n"
                 "\nHistory\n"
                 "  Not enough scans yet.\n"
                 "\nIncidents\n"
@@ -147,7 +153,7 @@ TEST_F(Explain, topBlocker_isTheFirstOfTheReport) {
 
 TEST_F(Explain, past_isToldByItsLatestSafeAndFailedScan) {
   writeHistory({recordedScan(1, true), recordedScan(2, true), recordedScan(3, false), recordedScan(4, false)});
-  EXPECT_EQ(explain().out, std::string("SAFE TO CLOSE\n\n") + kSafeCriteria +
+  EXPECT_EQ(explain().out, std::string("SAFE TO CLOSE\n\n") + kSafeCriteria + kCompleteCoverage +
                                "\nHistory\n"
                                "  50% safe in last 4 scans\n"
                                "  Last safe scan    2026-11-15 18:21\n"

@@ -184,7 +184,8 @@ TEST_F(Refresh, incidentsOfFilesAndMachine_areBothKept) {
 TEST_F(Refresh, nothingButTheStores_isWritten) {
   report();
   refresh();
-  EXPECT_THAT(namesIn(mac_.storeFolder()), ElementsAre("history.json", "incidents.json", "watchlist.json"));
+  EXPECT_THAT(namesIn(mac_.storeFolder()),
+              ElementsAre("coverage.json", "history.json", "incidents.json", "watchlist.json"));
   EXPECT_THAT(namesIn(mac_ / "Users/demo/Library"), ElementsAre("Application Support", "Mobile Documents"));
   EXPECT_THAT(namesIn(mac_ / "Users/demo"), ElementsAre("Library"));
 }
@@ -213,7 +214,8 @@ TEST_F(Refresh, diskThatIsFull_givesTheVerdictSaysSoAndGivesStatus3) {
     EXPECT_THAT(document.err, HasSubstr("The scan was not recorded: "));
   }
   EXPECT_EQ(readFile(historyFile()), recorded);
-  EXPECT_THAT(namesIn(mac_.storeFolder()), ElementsAre("history.json", "incidents.json", "watchlist.json"));
+  EXPECT_THAT(namesIn(mac_.storeFolder()),
+              ElementsAre("coverage.json", "history.json", "incidents.json", "watchlist.json"));
 }
 
 TEST_F(Refresh, storeFolderThatCannotBe_givesTheVerdictAndStatus3) {

@@ -116,6 +116,8 @@ class BashCompletionTest(unittest.TestCase):
                 self.assertEqual(completed(*words, "", folder=folder), ["Client work"], words)
             self.assertEqual(sorted(completed("export", "", folder=folder)), ["Client work", "proof.json"])
             self.assertEqual(completed("status", "", folder=folder), [])
+            self.assertEqual(completed("coverage", "Cl", folder=folder), ["Client work"])
+            self.assertEqual(sorted(completed("coverage", "forget", "", folder=folder)), ["Client work", "proof.json"])
 
 
 class ZshCompletionTest(unittest.TestCase):

@@ -51,6 +51,7 @@ class DashboardMachine : public MachineTest {
     services.makeProbes = [this, &commands] { return std::make_unique<ProbeRunner>(commands, monotonicClock_); };
     services.uploads = uploads_;
     services.incidentStore = std::make_unique<IncidentStore>(files_, storage_, clock_);
+    services.coverage = std::make_shared<const CoverageKeeper>(files_, storage_, clock_);
     services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
     dashboard_ = std::make_unique<DashboardViewModel>(
         std::move(services),

@@ -240,8 +240,8 @@ TEST_F(Dashboard, observers_areToldBeforeEachChangeWhileTheOldValueStands) {
 
 TEST_F(Dashboard, stores_areWrittenHistoryFirst) {
   cycle();
-  EXPECT_THAT(storage_.written(),
-              ElementsAre(storePath("watchlist.json"), storePath("history.json"), storePath("incidents.json")));
+  EXPECT_THAT(storage_.written(), ElementsAre(storePath("watchlist.json"), storePath("history.json"),
+                                              storePath("incidents.json"), storePath("coverage.json")));
 }
 
 TEST_F(Dashboard, folderRemovedAfterRefresh_isStillScannedAndDiagnosed) {

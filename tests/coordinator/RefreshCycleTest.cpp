@@ -131,6 +131,17 @@ TEST_F(RefreshCycleTest, refreshAfterAnEndedCycle_scansThoughDiagnosticsStillHan
   EXPECT_FALSE(dashboard_->report().safeToClose);
 }
 
+TEST_F(RefreshCycleTest, safeScan_leavesTheFileCountsOfItsFolders) {
+  cycle();
+  EXPECT_THAT(storage_.files().at(storePath("coverage.json")), testing::HasSubstr("\"files\": 1"));
+}
+
+TEST_F(RefreshCycleTest, scanThatIsNotSafe_leavesNoFileCounts) {
+  makeUnsafe();
+  cycle();
+  EXPECT_FALSE(storage_.files().contains(storePath("coverage.json")));
+}
+
 TEST_F(RefreshCycleTest, cycleThatEndsInTime_stopsItsLimit) {
   cycle();
   EXPECT_FALSE(cycleLimit_.isRunning());

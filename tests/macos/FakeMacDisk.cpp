@@ -180,7 +180,8 @@ bool FakeMacDisk::isPackageExtension(std::string_view extension) const {
   return packages_.contains(extension);
 }
 
-bool FakeMacDisk::readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const {
+bool FakeMacDisk::readCloudState(const std::string& path, bool isFolder, WalkScope /*scope*/,
+                                 const ResourceTaker& take) const {
   note();
   const FakeMacNode* node = nullptr;
   {

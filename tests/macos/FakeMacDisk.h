@@ -83,7 +83,8 @@ class FakeMacDisk final : public MacWalkCalls {
   int readEntry(int descriptor, const char* name, std::span<char> target) const override;
   std::string withoutLinks(const std::string& path) const override;
   bool isPackageExtension(std::string_view extension) const override;
-  bool readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const override;
+  bool readCloudState(const std::string& path, bool isFolder, WalkScope scope,
+                      const ResourceTaker& take) const override;
 
   /// Calls by a thread that might have fetched something.
   int unguardedCalls() const { return unguarded_; }

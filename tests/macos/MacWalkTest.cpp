@@ -482,6 +482,65 @@ TEST_P(MacWalk, namedItemsOfAFolderThatThereIsNoDescriptorFor_haveNoValues) {
   EXPECT_FALSE(itemsOf(*batch)[0].hasValues);
 }
 
+// Walks over everything
+
+std::vector<std::string> describedItems(FolderWalk& walk) {
+  std::vector<std::string> told;
+  while (const ItemBatch* batch = walk.next()) {
+    for (const Item& item : batch->items()) {
+      const char* kind = item.kind == ItemKind::folder ? " folder" : item.kind == ItemKind::file ? " file" : " other";
+      const char* why = item.concealment == Concealment::hidden    ? " hidden"
+                        : item.concealment == Concealment::package ? " package"
+                                                                   : "";
+      told.push_back(batch->path(item).substr(std::string(kFolder).size()) + kind + why +
+                     (item.isUnlisted ? " unlisted" : ""));
+    }
+  }
+  return told;
+}
+
+TEST_P(MacWalk, overEverything_meetsHiddenItemsAndWhatPackagesHold) {
+  disk_->definePackage("pages");
+  root().addFolder("Song.pages").add("take");
+  root().addFolder(".git").add("config");
+  root().add("flagged").flags = kHiddenFlag;
+  root().add("link", kLinkType);
+  FakeMacNode& flagged = root().addFolder("Flagged.pages");
+  flagged.flags = kHiddenFlag;
+  const auto walk = start({kFolder, true, nullptr, WalkScope::everything, true});
+  EXPECT_EQ(describedItems(*walk),
+            (std::vector<std::string>{"/Song.pages folder package", "/.git folder hidden", "/flagged file hidden",
+                                      "/link other", "/Flagged.pages folder hidden", "/Song.pages/take file",
+                                      "/.git/config file"}));
+  EXPECT_EQ(disk_->unguardedCalls(), 0);
+}
+
+TEST_P(MacWalk, overEverything_asksTheCloudAboutFoldersToo) {
+  root().addFolder("folder").isUploaded = false;
+  root().add("link", kLinkType);
+  const auto walk = start({kFolder, true, nullptr, WalkScope::everything});
+  const auto items = restOf(*walk);
+  ASSERT_EQ(items.size(), 2U);
+  EXPECT_EQ(items[0].isUploaded, false);
+  EXPECT_EQ(items[0].modified, std::nullopt);
+  EXPECT_EQ(disk_->pathsAsked(), (std::vector<std::string>{below("folder")}));
+}
+
+TEST_P(MacWalk, overEverything_tellsOfFoldersThatAreRefusedAndOfNoneElsewhere) {
+  root().addFolder("refused").openError = EPERM;
+  root().addFolder("elsewhere").openError = EDEADLK;
+  root().addFolder("gone").openError = ENOENT;
+  FakeMacNode& broken = root().addFolder("broken");
+  broken.add("a");
+  broken.listError = EIO;
+  broken.entriesBeforeError = 1;
+  const auto walk = start({kFolder, true, nullptr, WalkScope::everything});
+  EXPECT_EQ(describedItems(*walk),
+            (std::vector<std::string>{"/refused folder", "/elsewhere folder", "/gone folder", "/broken folder",
+                                      "/refused folder unlisted", "/broken/a file", "/broken folder unlisted"}));
+  EXPECT_TRUE(walk->isComplete());
+}
+
 TEST(MacWalkThreadCount, anyMachine_readsOnFourToEight) {
   EXPECT_EQ(macWalkThreadCount(0), 4U);
   EXPECT_EQ(macWalkThreadCount(2), 4U);

@@ -50,10 +50,10 @@ FakeDictionary ubiquitousItem() {
 
 class CloudState : public testing::Test {
  protected:
-  ResourceValues valuesFor(const FakeDictionary& dictionary) {
+  ResourceValues valuesFor(const FakeDictionary& dictionary, WalkScope scope = WalkScope::shown) {
     ResourceValues values;
     addCloudState(
-        dictionary, [this](std::string text) { return std::string_view(texts_.emplace_back(std::move(text))); },
+        dictionary, scope, [this](std::string text) { return std::string_view(texts_.emplace_back(std::move(text))); },
         values);
     return values;
   }
@@ -90,6 +90,23 @@ TEST_F(CloudState, keysWithoutAnswer_areHandedOnAsAbsent) {
   EXPECT_EQ(values.downloadingError, std::nullopt);
 }
 
+TEST_F(CloudState, whatWalksOverEverythingTell_arrivesInThemAlone) {
+  const FakeDictionary left = FakeDictionary()
+                                  .with(ResourceKey::isUbiquitousItem, false)
+                                  .with(ResourceKey::ubiquitousItemIsExcludedFromSync, true)
+                                  .with(ResourceKey::ubiquitousItemIsSyncPaused, false)
+                                  .with(ResourceKey::isPackage, true);
+  const ResourceValues values = valuesFor(left, WalkScope::everything);
+  EXPECT_FALSE(values.isUbiquitousItem);
+  EXPECT_EQ(values.isExcludedFromSync, true);
+  EXPECT_EQ(values.isSyncPaused, false);
+  EXPECT_EQ(values.isPackage, true);
+  const ResourceValues ofScan = valuesFor(left);
+  EXPECT_EQ(ofScan.isExcludedFromSync, std::nullopt);
+  EXPECT_EQ(ofScan.isSyncPaused, std::nullopt);
+  EXPECT_EQ(ofScan.isPackage, std::nullopt);
+}
+
 TEST_F(CloudState, noAnswerAtAll_isAnItemThatIsNotInTheCloud) {
   EXPECT_FALSE(valuesFor(FakeDictionary()).isUbiquitousItem);
 }
@@ -99,7 +116,7 @@ TEST_F(CloudState, whatElseIsKnown_stays) {
   values.isDirectory = true;
   values.contentModificationDate = Time();
   addCloudState(
-      ubiquitousItem(), [](const std::string& /*text*/) { return std::string_view(); }, values);
+      ubiquitousItem(), WalkScope::shown, [](const std::string& /*text*/) { return std::string_view(); }, values);
   EXPECT_TRUE(values.isDirectory);
   EXPECT_EQ(values.contentModificationDate, Time());
 }
@@ -117,12 +134,18 @@ TEST(DownloadingStatusOf, nameThatNobodyKnew_isNotCurrent) {
   EXPECT_EQ(downloadingStatusOf("", kNames), DownloadingStatus::notDownloaded);
 }
 
+TEST(ResourceKeys, scan_asksForWhatAScanTells) {
+  EXPECT_EQ(resourceKeysFor(WalkScope::shown).size(), 7U);
+  EXPECT_EQ(resourceKeysFor(WalkScope::shown).back(), ResourceKey::ubiquitousItemDownloadingError);
+  EXPECT_EQ(resourceKeysFor(WalkScope::everything).size(), kResourceKeys.size());
+}
+
 TEST(ResourceKeys, list_holdsEachKeyOnce) {
   int position = 0;
   for (const ResourceKey key : kResourceKeys) {
     EXPECT_EQ(static_cast<int>(key), position++);
   }
-  EXPECT_EQ(static_cast<int>(ResourceKey::ubiquitousItemDownloadingError) + 1, position);
+  EXPECT_EQ(static_cast<int>(ResourceKey::isPackage) + 1, position);
 }
 
 }  // namespace

@@ -47,6 +47,24 @@ TEST(ICloudAttribute, isUbiquitous_missingBesideOtherKeys_isTrue) {
   EXPECT_TRUE(parseICloudAttribute("isUploaded=true\nother=1")->isUbiquitousItem);
 }
 
+TEST(ICloudAttribute, keysOfTheCoverage_areReadForItAlone) {
+  const auto values = parseICloudAttribute("isExcludedFromSync=true\nisSyncPaused=false", WalkScope::everything);
+  ASSERT_TRUE(values);
+  EXPECT_EQ(values->isExcludedFromSync, true);
+  EXPECT_EQ(values->isSyncPaused, false);
+  const auto ofScan = parseICloudAttribute("isExcludedFromSync=true\nisSyncPaused=false");
+  ASSERT_TRUE(ofScan);
+  EXPECT_EQ(ofScan->isExcludedFromSync, std::nullopt);
+  EXPECT_EQ(ofScan->isSyncPaused, std::nullopt);
+}
+
+TEST(ICloudAttribute, wrongValueOfACoverageKey_failsTheCoverageAlone) {
+  for (const char* text : {"isExcludedFromSync=perhaps", "isSyncPaused="}) {
+    EXPECT_TRUE(parseICloudAttribute(text)) << text;
+    EXPECT_FALSE(parseICloudAttribute(text, WalkScope::everything)) << text;
+  }
+}
+
 struct FlagCase {
   const char* key;
   std::optional<bool> ResourceValues::*member;

@@ -128,14 +128,15 @@ class RealDisk final : public MacWalkCalls {
     return isPackageName("name." + std::string(extension));
   }
 
-  bool readCloudState(const std::string& path, bool /*isFolder*/, const ResourceTaker& take) const override {
+  bool readCloudState(const std::string& path, bool /*isFolder*/, WalkScope scope,
+                      const ResourceTaker& take) const override {
     std::array<char, 4096> attribute{};
     const ssize_t length = lgetxattr(path.c_str(), kICloudAttributeName, attribute.data(), attribute.size());
     if (length < 0 && errno != ENODATA) {
       return false;
     }
-    const auto values =
-        length < 0 ? ResourceValues() : parseICloudAttribute({attribute.data(), static_cast<std::size_t>(length)});
+    const auto values = length < 0 ? ResourceValues()
+                                   : parseICloudAttribute({attribute.data(), static_cast<std::size_t>(length)}, scope);
     if (values) {
       take(AttributeState(*values));
     }

@@ -2,6 +2,8 @@
 // document, the old or the new one.
 
 #include "base/FileDescriptor.h"
+#include "stores/AcknowledgementStore.h"
+#include "stores/FileCountStore.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
 #include "stores/WatchlistStore.h"
@@ -177,6 +179,60 @@ TEST_F(CrashTest, incidentsKilledWhileSaving_areTheOldOrTheNewOnes) {
           ASSERT_EQ(incident.occurrences, latest);
           ASSERT_EQ(incident.lastDetail, std::to_string(latest));
         }
+      });
+}
+
+TEST_F(CrashTest, acknowledgementsKilledWhileSaving_areTheOldOrTheNewOnes) {
+  constexpr std::size_t kPaths = 60;
+  const AcknowledgementStore store(fileSystem_, storage_, clock_);
+  std::vector<std::string> paths;
+  for (std::size_t number = 0; number < kPaths; ++number) {
+    paths.push_back("/x/" + std::to_string(100 + number));
+  }
+  ASSERT_EQ(store.acknowledge(paths, std::nullopt), std::nullopt);
+  killSavers(
+      [&](const auto& sayReady) {
+        sayReady();
+        while (true) {
+          static_cast<void>(store.acknowledge({"/x/more"}, std::nullopt));
+          static_cast<void>(store.forget({"/x/more"}));
+        }
+      },
+      [&] {
+        // The lock of whoever was killed went with it.
+        const std::vector<Acknowledgement> found = store.current();
+        ASSERT_TRUE(found.size() == kPaths || found.size() == kPaths + 1) << found.size();
+        for (std::size_t number = 0; number < kPaths; ++number) {
+          ASSERT_EQ(found[number].path, paths[number]);
+        }
+      });
+}
+
+TEST_F(CrashTest, fileCountsKilledWhileSaving_areTheOldOrTheNewOnes) {
+  constexpr std::int64_t kFolders = 40;
+  const FileCountStore store(fileSystem_, storage_, clock_);
+  const auto countsOf = [](std::int64_t files) {
+    std::vector<FolderFileCount> counts;
+    for (std::int64_t number = 0; number < kFolders; ++number) {
+      counts.push_back({"/x/" + std::to_string(100 + number), files});
+    }
+    return counts;
+  };
+  ASSERT_EQ(store.beginAnew(countsOf(1)), std::nullopt);
+  std::int64_t latest = 1;
+  killSavers(
+      [&](const auto& sayReady) {
+        sayReady();
+        for (std::int64_t files = latest + 1;; ++files) {
+          static_cast<void>(store.beginAnew(countsOf(files)));
+        }
+      },
+      [&] {
+        const std::vector<FolderFileCount> found = store.most();
+        ASSERT_EQ(std::ssize(found), kFolders);
+        ASSERT_GE(found.front().files, latest);
+        latest = found.front().files;
+        ASSERT_EQ(found, countsOf(latest));
       });
 }
 

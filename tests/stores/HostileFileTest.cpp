@@ -1,10 +1,13 @@
 // Files that no store of ours wrote: each is an empty list, at once.
 
+#include "stores/AcknowledgementStore.h"
+#include "stores/FileCountStore.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
 #include "stores/WatchlistStore.h"
 #include "tests/stores/StoreFixture.h"
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -24,6 +27,9 @@ std::string snapshotWith(const std::string& timestamp, const std::string& score)
   return "[{" + kID + R"(, "timestamp": )" + timestamp + R"(, "score": )" + score +
          R"(, "status": "safe", "safeToClose": true, "blockerCount": 0, "pendingUploads": 0}])";
 }
+
+constexpr std::array kFiles = {"watchlist.json", "history.json", "incidents.json", "acknowledged.json",
+                               "coverage.json"};
 
 struct HostileFile {
   std::string name;
@@ -94,7 +100,7 @@ class HostileFileTest : public StoreTest, public testing::WithParamInterface<Hos
 };
 
 TEST_P(HostileFileTest, everyStore_startsEmptyAtOnceAndSavesAgain) {
-  for (const char* name : {"watchlist.json", "history.json", "incidents.json"}) {
+  for (const char* name : kFiles) {
     GetParam().make(storePath(name));
   }
   // A second each on a busy machine under a sanitizer too; by itself it is a hundredth of that.
@@ -105,17 +111,25 @@ TEST_P(HostileFileTest, everyStore_startsEmptyAtOnceAndSavesAgain) {
     EXPECT_TRUE(history.snapshots().empty());
     IncidentStore incidents(fileSystem_, storage_, clock_);
     EXPECT_TRUE(incidents.records().empty());
+    const AcknowledgementStore acknowledgements(fileSystem_, storage_, clock_);
+    EXPECT_TRUE(acknowledgements.current().empty());
+    const FileCountStore fileCounts(fileSystem_, storage_, clock_);
+    EXPECT_TRUE(fileCounts.most().empty());
 
     watchlist.addFolder("/x/a");
     history.record(SyncHealthReport());
     incidents.merge({}, clock_.now());
+    EXPECT_EQ(acknowledgements.acknowledge({"/x/a"}, std::nullopt), std::nullopt);
+    EXPECT_EQ(fileCounts.beginAnew({{"/x/a", 7}}), std::nullopt);
     EXPECT_EQ(watchlist.saveFailure(), std::nullopt);
     EXPECT_EQ(history.saveFailure(), std::nullopt);
     EXPECT_EQ(incidents.saveFailure(), std::nullopt);
   });
   EXPECT_EQ(WatchlistStore(fileSystem_, storage_, collation_).folders().size(), 1U);
   EXPECT_EQ(ScanHistoryStore(fileSystem_, storage_).snapshots().size(), 1U);
-  for (const char* name : {"watchlist.json", "history.json", "incidents.json"}) {
+  EXPECT_EQ(AcknowledgementStore(fileSystem_, storage_, clock_).current().size(), 1U);
+  EXPECT_EQ(FileCountStore(fileSystem_, storage_, clock_).most().size(), 1U);
+  for (const char* name : kFiles) {
     EXPECT_TRUE(std::filesystem::exists(storePath(name) + ".unreadable")) << name;
   }
 }

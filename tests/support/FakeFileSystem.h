@@ -23,6 +23,9 @@ struct FakeValues {
   std::optional<std::string> downloadingError;
   std::optional<Time> contentModificationDate;
   std::optional<std::int64_t> fileSize = std::nullopt;
+  // For walks over everything alone.
+  std::optional<bool> isExcludedFromSync = std::nullopt;
+  std::optional<bool> isSyncPaused = std::nullopt;
 };
 
 /// A file system made of lists: which paths exist, and which items the walk of a folder yields, in order.

@@ -64,7 +64,11 @@ std::optional<std::string_view> viewOf(const std::optional<std::string>& text) {
 struct FakeTree::Entry {
   enum class Kind { folder, file, link };
 
-  explicit Entry(std::string_view itsName = "", Kind itsKind = Kind::folder) : name(itsName), kind(itsKind) {}
+  explicit Entry(std::string_view itsName = "", Kind itsKind = Kind::folder) : name(itsName), kind(itsKind) {
+    if (itsKind == Kind::folder) {
+      values.emplace().isDirectory = true;
+    }
+  }
 
   std::string name;
   Kind kind;
@@ -107,18 +111,29 @@ struct FakeTree::Listed {
   std::vector<Line> lines;
   bool isComplete = true;
 
-  void add(const std::string& folder, const std::string& path, const Entry& entry) {
+  void add(const std::string& folder, const std::string& path, const Entry& entry, WalkScope scope = WalkScope::shown) {
     Item item;
     item.name = texts.emplace_back(entry.name);
     const bool isFolder = entry.kind == Entry::Kind::folder;
+    if (entry.name.starts_with('.')) {
+      item.concealment = Concealment::hidden;
+    } else if (isFolder && isPackage(entry.name)) {
+      item.concealment = Concealment::package;
+    }
     if (isFolder) {
+      item.kind = ItemKind::folder;
+      item.isEntered = scope == WalkScope::everything || item.concealment == Concealment::none;
+    } else if (entry.kind == Entry::Kind::link) {
+      item.kind = ItemKind::other;
+    }
+    if (isFolder && scope == WalkScope::shown) {
       item.values.emplace().isDirectory = true;
-      item.isEntered = !isPackage(entry.name);
     } else if (entry.kind == Entry::Kind::link) {
       item.values.emplace();
     } else if (entry.values) {
       const FakeValues& kept = values.emplace_back(*entry.values);
-      item.values = ResourceValues{.isUbiquitousItem = kept.isUbiquitousItem,
+      item.values = ResourceValues{.isDirectory = kept.isDirectory,
+                                   .isUbiquitousItem = kept.isUbiquitousItem,
                                    .isUploaded = kept.isUploaded,
                                    .isUploading = kept.isUploading,
                                    .hasUnresolvedConflicts = kept.hasUnresolvedConflicts,
@@ -127,8 +142,24 @@ struct FakeTree::Listed {
                                    .downloadingError = viewOf(kept.downloadingError),
                                    .contentModificationDate = kept.contentModificationDate,
                                    .fileSize = kept.fileSize};
+      if (scope == WalkScope::everything) {
+        item.values->contentModificationDate = std::nullopt;
+        item.values->fileSize = std::nullopt;
+        item.values->isExcludedFromSync = kept.isExcludedFromSync;
+        item.values->isSyncPaused = kept.isSyncPaused;
+      }
     }
     lines.push_back({folder, path, item});
+  }
+
+  /// Of a folder that it cannot be listed to its end.
+  void addUnlisted(const std::string& path, const Entry& folder) {
+    Line& line = lines.emplace_back();
+    line.folder = path;
+    line.path = path;
+    line.item.name = texts.emplace_back(folder.name);
+    line.item.kind = ItemKind::folder;
+    line.item.isUnlisted = true;
   }
 };
 
@@ -377,6 +408,20 @@ bool FakeTree::setListable(const std::string& path, bool isListable) {
   return true;
 }
 
+bool FakeTree::setFolderValues(const std::string& path, const std::optional<FakeValues>& values) {
+  Entry* entry = find(path);
+  if (entry == nullptr || entry->kind != Entry::Kind::folder) {
+    return false;
+  }
+  act({path}, [&] {
+    entry->values = values;
+    if (entry->values) {
+      entry->values->isDirectory = true;
+    }
+  });
+  return true;
+}
+
 bool FakeTree::setExhausted(const std::string& path, bool isExhausted) {
   Entry* entry = find(path);
   if (entry == nullptr || entry->kind != Entry::Kind::folder) {
@@ -418,6 +463,26 @@ bool FakeTree::isFile(const std::string& path) const {
   return entry != nullptr && entry->kind == Entry::Kind::file;
 }
 
+std::vector<std::string> FakeTree::listedNames(const std::string& path) const {
+  const Entry* entry = find(path);
+  std::vector<std::string> names;
+  if (entry == nullptr || !entry->isListable || entry->isExhausted) {
+    return names;
+  }
+  for (const std::unique_ptr<Entry>& below : entry->entries) {
+    names.push_back(below->name);
+  }
+  if (entry->breaksOff) {
+    names.resize(names.size() / 2);
+  }
+  return names;
+}
+
+bool FakeTree::isListable(const std::string& path) const {
+  const Entry* entry = find(path);
+  return entry != nullptr && entry->isListable && !entry->isExhausted && !entry->breaksOff;
+}
+
 std::optional<FakeValues> FakeTree::valuesOf(const std::string& path) const {
   const Entry* entry = find(path);
   return entry != nullptr ? entry->values : std::nullopt;
@@ -449,17 +514,15 @@ std::unique_ptr<FolderWalk> FakeTree::enumerate(const WalkRequest& request) cons
     return nullptr;
   }
   auto listed = std::make_unique<Listed>();
-  list(*folder, request.folder, request.isDeep, /*isStart=*/true, request.observer, *listed);
+  list(*folder, request, request.folder, *listed);
   return std::make_unique<TreeWalk<Listed>>(std::move(listed), batchSize_);
 }
 
-void FakeTree::list(const Entry& folder, const std::string& path, bool isDeep, bool isStart, ListingObserver* observer,
-                    Listed& listed) const {
-  if (folder.isExhausted && !isStart) {
-    Listed::Line& line = listed.lines.emplace_back();
-    line.folder = path;
-    line.path = path;
-    line.item.name = listed.texts.emplace_back(folder.name);
+void FakeTree::list(const Entry& folder, const WalkRequest& request, const std::string& path, Listed& listed) const {
+  const bool isStart = path == request.folder;
+  const bool isWhole = request.scope == WalkScope::everything;
+  if (!isStart && (folder.isExhausted || (!folder.isListable && isWhole))) {
+    listed.addUnlisted(path, folder);
     return;
   }
   if (folder.isExhausted || !folder.isListable) {
@@ -470,8 +533,8 @@ void FakeTree::list(const Entry& folder, const std::string& path, bool isDeep, b
   if (onListing_) {
     onListing_();
   }
-  if (observer != nullptr) {
-    observer->beforeListing(path, -1);
+  if (request.observer != nullptr) {
+    request.observer->beforeListing(path, -1);
   }
   std::vector<const Entry*> toEnter;
   std::size_t count = folder.breaksOff ? folder.entries.size() / 2 : folder.entries.size();
@@ -479,19 +542,21 @@ void FakeTree::list(const Entry& folder, const std::string& path, bool isDeep, b
     if (count-- == 0) {
       break;
     }
-    if (entry->name.starts_with('.')) {
+    if (entry->name.starts_with('.') && !isWhole) {
       continue;
     }
-    listed.add(path, joined(path, entry->name), *entry);
+    listed.add(path, joined(path, entry->name), *entry, request.scope);
     if (listed.lines.back().item.isEntered) {
       toEnter.push_back(entry.get());
     }
   }
   if (folder.breaksOff && isStart) {
     listed.isComplete = false;
+  } else if (folder.breaksOff && isWhole) {
+    listed.addUnlisted(path, folder);
   }
-  for (const Entry* entry : isDeep ? toEnter : std::vector<const Entry*>()) {
-    list(*entry, joined(path, entry->name), true, false, observer, listed);
+  for (const Entry* entry : request.isDeep ? toEnter : std::vector<const Entry*>()) {
+    list(*entry, request, joined(path, entry->name), listed);
   }
 }
 

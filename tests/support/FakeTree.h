@@ -52,6 +52,9 @@ class FakeTree final : public FileSystem {
   /// Takes the place of a file, a link or an empty folder, as rename does.
   bool move(const std::string& from, const std::string& to);
   bool setListable(const std::string& path, bool isListable);
+  /// What a walk over everything is told of a folder; at first that it is in iCloud. Without values they cannot be
+  /// read.
+  bool setFolderValues(const std::string& path, const std::optional<FakeValues>& values);
   /// Whether the folder cannot be opened because the process lacks the means.
   bool setExhausted(const std::string& path, bool isExhausted);
   /// Whether the folder's listing fails in the middle.
@@ -61,7 +64,11 @@ class FakeTree final : public FileSystem {
   std::vector<std::string> allPaths() const;
   bool isFolder(const std::string& path) const;
   bool isFile(const std::string& path) const;
-  /// A file's values; absent where they cannot be read, or it is no file.
+  /// What a listing of the folder tells of, however it ends.
+  std::vector<std::string> listedNames(const std::string& path) const;
+  /// Whether a listing of the folder comes to its end.
+  bool isListable(const std::string& path) const;
+  /// The values of a file, or of a folder; absent where they cannot be read, or it is neither.
   std::optional<FakeValues> valuesOf(const std::string& path) const;
   /// The folders that a walk over the folder enters, itself included, and those that it would enter could they be
   /// listed.
@@ -99,8 +106,7 @@ class FakeTree final : public FileSystem {
   const Entry* follow(const std::string& path) const;
   template <class Action>
   void act(const std::vector<std::string>& touched, const Action& action);
-  void list(const Entry& folder, const std::string& path, bool isDeep, bool isStart, ListingObserver* observer,
-            Listed& listed) const;
+  void list(const Entry& folder, const WalkRequest& request, const std::string& path, Listed& listed) const;
 
   std::unique_ptr<Entry> root_;
   TreeMirror* mirror_ = nullptr;

@@ -38,7 +38,7 @@ bool readStatus(std::string_view text, std::optional<DownloadingStatus>& target)
 
 /// Takes one key's value in; false when the value is none that the key can have. Keys that say nothing of the item's
 /// own values are no concern of ours.
-bool readEntry(std::string_view key, std::string_view value, std::optional<bool>& isUbiquitous,
+bool readEntry(std::string_view key, std::string_view value, WalkScope scope, std::optional<bool>& isUbiquitous,
                ResourceValues& values) {
   if (key == "isUbiquitous") {
     return readFlag(value, isUbiquitous);
@@ -59,6 +59,12 @@ bool readEntry(std::string_view key, std::string_view value, std::optional<bool>
     std::optional<bool> isListable;
     return readFlag(value, isListable);
   }
+  if (scope == WalkScope::everything && key == "isExcludedFromSync") {
+    return readFlag(value, values.isExcludedFromSync);
+  }
+  if (scope == WalkScope::everything && key == "isSyncPaused") {
+    return readFlag(value, values.isSyncPaused);
+  }
   if (key == "uploadingError") {
     values.uploadingError = value;
   } else if (key == "downloadingError") {
@@ -69,7 +75,7 @@ bool readEntry(std::string_view key, std::string_view value, std::optional<bool>
 
 }  // namespace
 
-std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes) {
+std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes, WalkScope scope) {
   if (!isValidUTF8(bytes)) {
     return std::nullopt;
   }
@@ -82,7 +88,7 @@ std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes) {
     }
     const std::size_t separator = line.find('=');
     if (separator == std::string_view::npos ||
-        !readEntry(line.substr(0, separator), line.substr(separator + 1), isUbiquitous, values)) {
+        !readEntry(line.substr(0, separator), line.substr(separator + 1), scope, isUbiquitous, values)) {
       return std::nullopt;
     }
   }

@@ -11,8 +11,9 @@ namespace cirrovane {
 inline constexpr const char* kICloudAttributeName = "user.icloud";
 
 /// The state that an attribute's bytes describe: lines of key=value in UTF-8. Sets everything but `isDirectory` and the
-/// date; the error texts point into the given bytes. Absent when the bytes are malformed.
-std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes);
+/// date, and only for a walk over everything what such walks alone tell; the error texts point into the given bytes.
+/// Absent when the bytes are malformed: a key that the walk does not tell of can have any value.
+std::optional<ResourceValues> parseICloudAttribute(std::string_view bytes, WalkScope scope = WalkScope::shown);
 
 /// Whether a folder with this attribute may be listed. What else the attribute says, even where it is malformed, makes
 /// no difference.

@@ -19,15 +19,12 @@ std::unique_ptr<FolderWalk> LinuxFileSystem::enumerate(const WalkRequest& reques
   if (!isAddressable(folder)) {
     return nullptr;
   }
-  WalkOptions options;
-  if (!request.isDeep) {
-    // One folder of usual size is read sooner than a thread is started.
-    options.threadCount = 0;
-  }
   // The reading threads change their working directory, against which a relative path would lose its meaning.
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
-  return startLinuxWalk({error ? folder : absolute.native(), request.isDeep, request.observer}, options);
+  WalkRequest resolved = request;
+  resolved.folder = error ? folder : absolute.native();
+  return startLinuxWalk(resolved, optionsFor(request));
 }
 
 std::unique_ptr<ItemBatch> LinuxFileSystem::readItems(const std::string& folder,

@@ -23,10 +23,14 @@ struct WalkOptions {
   ListingCall list = getdents64;
 };
 
+/// What a request on this machine's files asks for beside the folder: few of its walks have a need of haste.
+WalkOptions optionsFor(const WalkRequest& request);
+
 /// A walk over a folder of this machine, whose path has to be absolute.
 std::unique_ptr<FolderWalk> startLinuxWalk(const WalkRequest& request, const WalkOptions& options = {});
 
 /// Reads the entries of this machine's folders for walks.
-std::unique_ptr<WalkSource> makeLinuxSource(const WalkOptions& options = {});
+std::unique_ptr<WalkSource> makeLinuxSource(const WalkOptions& options = {}, WalkScope scope = WalkScope::shown,
+                                            bool isUnhurried = false);
 
 }  // namespace cirrovane

@@ -69,8 +69,36 @@ bool isDateOfInterest(const ResourceValues& values) {
           values.downloadingStatus.value_or(DownloadingStatus::current) != DownloadingStatus::current);
 }
 
-void addEntry(int descriptor, std::string_view name, unsigned char type, WalkBatch& batch) {
+/// A type as a listing has it.
+unsigned char typeOf(const struct stat& status) {
+  return static_cast<unsigned char>(IFTODT(status.st_mode));
+}
+
+ItemKind kindOf(unsigned char type) {
+  if (type == DT_DIR) {
+    return ItemKind::folder;
+  }
+  return type == DT_REG ? ItemKind::file : ItemKind::other;
+}
+
+Concealment concealmentOf(std::string_view name, bool isFolder) {
   if (name.starts_with('.')) {
+    return Concealment::hidden;
+  }
+  return isFolder && isPackageName(name) ? Concealment::package : Concealment::none;
+}
+
+}  // namespace
+
+LinuxWalkReader::LinuxWalkReader(ListingCall list, bool hasWorkingDirectory, WalkScope scope)
+    : list_(std::move(list)),
+      hasWorkingDirectory_(hasWorkingDirectory),
+      scope_(scope),
+      attribute_(kUsualAttributeSize) {}
+
+void LinuxWalkReader::addEntry(int descriptor, std::string_view name, unsigned char type, WalkBatch& batch) const {
+  const bool isWhole = scope_ == WalkScope::everything;
+  if (name.starts_with('.') && (!isWhole || name == "." || name == "..")) {
     return;
   }
   Item& item = batch.add(name);
@@ -79,18 +107,15 @@ void addEntry(int descriptor, std::string_view name, unsigned char type, WalkBat
     if (!status) {
       return;
     }
-    type = S_ISDIR(status->st_mode) ? DT_DIR : DT_REG;
+    type = typeOf(*status);
   }
+  item.kind = kindOf(type);
+  item.concealment = concealmentOf(name, type == DT_DIR);
   item.values.emplace().isDirectory = type == DT_DIR;
-  if (type == DT_DIR && !isPackageName(name)) {
+  if (type == DT_DIR && (isWhole || item.concealment == Concealment::none)) {
     batch.enter(item);
   }
 }
-
-}  // namespace
-
-LinuxWalkReader::LinuxWalkReader(ListingCall list, bool hasWorkingDirectory)
-    : list_(std::move(list)), hasWorkingDirectory_(hasWorkingDirectory), attribute_(kUsualAttributeSize) {}
 
 bool LinuxWalkReader::allowsListing(int descriptor) {
   const auto attribute = readAttribute(attribute_, [&](char* target, std::size_t size) {
@@ -108,6 +133,9 @@ Listing LinuxWalkReader::readNames(int descriptor, WalkBatch& batch) {
       return Listing::ended;
     }
     if (length < 0) {
+      if (errno == ENOENT) {
+        return Listing::gone;
+      }
       // The system's word for a name that is longer than the space that is left.
       return errno == EINVAL && used > 0 ? Listing::hasMore : Listing::failed;
     }
@@ -126,7 +154,7 @@ void LinuxWalkReader::readName(int descriptor, const std::string& name, WalkBatc
   if (!status && (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG)) {
     return;
   }
-  addEntry(descriptor, batch.keep(name), status && S_ISDIR(status->st_mode) ? DT_DIR : DT_REG, batch);
+  addEntry(descriptor, batch.keep(name), status ? typeOf(*status) : static_cast<unsigned char>(DT_REG), batch);
 }
 
 void LinuxWalkReader::readValues(int descriptor, WalkBatch& batch) {
@@ -153,13 +181,18 @@ void LinuxWalkReader::readItem(int descriptor, Item& item, std::string& attribut
   const auto attribute = readAttribute(
       attribute_, [&](char* target, std::size_t size) { return lgetxattr(path, kICloudAttributeName, target, size); });
   if (!attribute) {
-    if (!meansNoAttribute(errno)) {
+    const int error = errno;
+    if (!meansNoAttribute(error)) {
       item.values.reset();
+    }
+    if (error == ENOENT && scope_ == WalkScope::everything) {
+      // Whatever it was, it is gone since the folder was listed.
+      item.kind = ItemKind::other;
     }
     return;
   }
   const bool isDirectory = item.values->isDirectory;
-  item.values = parseICloudAttribute(*attribute);
+  item.values = parseICloudAttribute(*attribute, scope_);
   if (!item.values) {
     return;
   }
@@ -169,7 +202,7 @@ void LinuxWalkReader::readItem(int descriptor, Item& item, std::string& attribut
       *text = batch.keep(std::string(**text));
     }
   }
-  if (isDateOfInterest(*item.values)) {
+  if (scope_ == WalkScope::shown && isDateOfInterest(*item.values)) {
     // By the working directory where there is one: threads share descriptors, and the kernel counts each use of one.
     if (const auto status = statItem(prefixLength > 0 ? descriptor : AT_FDCWD, item.name.data())) {
       item.values->contentModificationDate = timeOf(status->st_mtim);

@@ -19,7 +19,7 @@ using ListingCall = std::function<ssize_t(int descriptor, void* target, std::siz
 class LinuxWalkReader final : public WalkReader {
  public:
   /// `hasWorkingDirectory`: whether the calling thread may change its working directory without the others' noticing.
-  LinuxWalkReader(ListingCall list, bool hasWorkingDirectory);
+  LinuxWalkReader(ListingCall list, bool hasWorkingDirectory, WalkScope scope = WalkScope::shown);
 
   Listing afterOpeningFailed(int /*error*/) const override { return Listing::failed; }
   /// Whether the folder's own attribute leaves its listing free.
@@ -29,10 +29,12 @@ class LinuxWalkReader final : public WalkReader {
   void readValues(int descriptor, WalkBatch& batch) override;
 
  private:
+  void addEntry(int descriptor, std::string_view name, unsigned char type, WalkBatch& batch) const;
   void readItem(int descriptor, Item& item, std::string& attributePath, std::size_t prefixLength, WalkBatch& batch);
 
   ListingCall list_;
   bool hasWorkingDirectory_;
+  WalkScope scope_;
   std::vector<char> attribute_;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/macos/plain/FolderAlias.h"
 #include "platform/macos/plain/PackageExtensions.h"
 #include "platform/macos/plain/PackedEntry.h"
+#include "platform/posix/BackgroundThread.h"
 #include "platform/posix/walk/NamedItems.h"
 #include "platform/posix/walk/ReadAheadWalk.h"
 
@@ -21,14 +22,19 @@ constexpr std::size_t kListedBytes = std::size_t{16} * 1024;
 /// More than an entry with the longest name takes.
 constexpr std::size_t kSingleEntryBytes = 2048;
 
+/// An unhurried walk waits for few answers at a time.
+constexpr std::size_t kUnhurriedThreads = 2;
+
 /// What the readers of a walk have in common.
 struct WalkParts {
-  WalkParts(FolderAlias walked, std::shared_ptr<const MacWalkCalls> asked)
+  WalkParts(FolderAlias walked, WalkScope told, std::shared_ptr<const MacWalkCalls> asked)
       : folder(std::move(walked)),
+        scope(told),
         calls(std::move(asked)),
         packages([this](std::string_view extension) { return calls->isPackageExtension(extension); }) {}
 
   FolderAlias folder;
+  WalkScope scope;
   std::shared_ptr<const MacWalkCalls> calls;
   PackageExtensions packages;
 };
@@ -91,9 +97,9 @@ class MacWalkReader final : public WalkReader {
     const std::size_t prefixLength = path.size();
     const TextKeeper keep = [&](std::string text) { return batch.keep(std::move(text)); };
     const auto read = [&](ResourceValues& values) {
-      return parts_->calls->readCloudState(path, values.isDirectory, [&](const ResourceDictionary& dictionary) {
-        addCloudState(dictionary, keep, values);
-      });
+      return parts_->calls->readCloudState(
+          path, values.isDirectory, parts_->scope,
+          [&](const ResourceDictionary& dictionary) { addCloudState(dictionary, parts_->scope, keep, values); });
     };
     for (const std::size_t position : toAsk_) {
       Item& item = batch.itemsToFill()[position];
@@ -109,24 +115,45 @@ class MacWalkReader final : public WalkReader {
 
  private:
   /// The kernel's word for a folder whose list of names it would have to fetch is that of a lock that waits for itself.
-  static Listing whatIsMissed(int error) { return error == EDEADLK ? Listing::isElsewhere : Listing::failed; }
+  static Listing whatIsMissed(int error) {
+    if (error == ENOENT) {
+      return Listing::gone;
+    }
+    return error == EDEADLK ? Listing::isElsewhere : Listing::failed;
+  }
 
   void add(const PackedEntry& entry, std::string_view name, WalkBatch& batch) {
-    if (name.starts_with('.') || entry.isHidden) {
+    const bool isWhole = parts_->scope == WalkScope::everything;
+    const bool isHidden = name.starts_with('.') || entry.isHidden;
+    if (isHidden && !isWhole) {
       return;
     }
     const std::size_t position = batch.items().size();
     Item& item = batch.add(name);
+    item.concealment = isHidden ? Concealment::hidden : Concealment::none;
     if (!entry.kind) {
       return;
     }
     ResourceValues& values = item.values.emplace();
     values.isDirectory = entry.kind == EntryKind::folder;
-    values.contentModificationDate = entry.modified;
-    values.fileSize = entry.size;
-    if (values.isDirectory && !parts_->packages.isPackageName(name)) {
+    if (values.isDirectory) {
+      item.kind = ItemKind::folder;
+      if (!isHidden && parts_->packages.isPackageName(name)) {
+        item.concealment = Concealment::package;
+      }
+    } else {
+      item.kind = entry.kind == EntryKind::regularFile ? ItemKind::file : ItemKind::other;
+    }
+    if (!isWhole) {
+      values.contentModificationDate = entry.modified;
+      values.fileSize = entry.size;
+    }
+    const bool isEntered = values.isDirectory && (isWhole || item.concealment == Concealment::none);
+    if (isEntered) {
       batch.enter(item);
-    } else if (entry.kind != EntryKind::other) {
+    }
+    // What a folder itself is in the cloud is of no concern to a scan.
+    if (item.kind != ItemKind::other && (isWhole || !isEntered)) {
       toAsk_.push_back(position);
     }
   }
@@ -139,13 +166,18 @@ class MacWalkReader final : public WalkReader {
 
 class MacWalkSource final : public WalkSource {
  public:
-  MacWalkSource(FolderAlias folder, std::shared_ptr<const MacWalkCalls> calls,
+  MacWalkSource(FolderAlias folder, const WalkRequest& request, std::shared_ptr<const MacWalkCalls> calls,
                 const MaterializationCalls& materialization)
-      : parts_(std::make_shared<WalkParts>(std::move(folder), std::move(calls))), materialization_(materialization) {}
+      : parts_(std::make_shared<WalkParts>(std::move(folder), request.scope, std::move(calls))),
+        materialization_(materialization),
+        isUnhurried_(request.isUnhurried) {}
 
   std::size_t entriesSize() const override { return kListedBytes; }
 
-  std::unique_ptr<WalkReader> makeReader(ReadingThread /*thread*/) const override {
+  std::unique_ptr<WalkReader> makeReader(ReadingThread thread) const override {
+    if (isUnhurried_ && thread == ReadingThread::walks) {
+      giveWay();
+    }
     auto reader = std::make_unique<MacWalkReader>(parts_, materialization_);
     return reader->isAllowed() ? std::move(reader) : nullptr;
   }
@@ -153,16 +185,17 @@ class MacWalkSource final : public WalkSource {
  private:
   std::shared_ptr<WalkParts> parts_;
   const MaterializationCalls& materialization_;
+  bool isUnhurried_;
 };
 
-std::unique_ptr<MacWalkSource> makeSource(const std::string& folder, const std::shared_ptr<const MacWalkCalls>& calls,
+std::unique_ptr<MacWalkSource> makeSource(const WalkRequest& request, const std::shared_ptr<const MacWalkCalls>& calls,
                                           const MaterializationCalls& materialization) {
-  FolderAlias alias{folder, folder};
+  FolderAlias alias{request.folder, request.folder};
   // To follow a path goes through its folders, which may be elsewhere too.
   if (const NoMaterialization guard(materialization); guard.isInForce()) {
-    alias.real = calls->withoutLinks(folder);
+    alias.real = calls->withoutLinks(request.folder);
   }
-  return std::make_unique<MacWalkSource>(std::move(alias), calls, materialization);
+  return std::make_unique<MacWalkSource>(std::move(alias), request, calls, materialization);
 }
 
 OpenCall openingBy(const std::shared_ptr<const MacWalkCalls>& calls) {
@@ -181,16 +214,16 @@ std::unique_ptr<FolderWalk> startMacWalk(const WalkRequest& request, const std::
     return nullptr;
   }
   ReadAheadOptions options;
-  options.threadCount = threadCount;
+  options.threadCount = request.isUnhurried ? std::min(threadCount, kUnhurriedThreads) : threadCount;
   options.open = openingBy(calls);
-  return std::make_unique<ReadAheadWalk>(request, makeSource(request.folder, calls, materialization), options);
+  return std::make_unique<ReadAheadWalk>(request, makeSource(request, calls, materialization), options);
 }
 
 std::unique_ptr<ItemBatch> readMacItems(const std::string& folder, const std::vector<std::string>& names,
                                         const std::shared_ptr<const MacWalkCalls>& calls,
                                         const MaterializationCalls& materialization) {
   return isAddressable(folder)
-             ? readNamedItems(folder, names, *makeSource(folder, calls, materialization), openingBy(calls))
+             ? readNamedItems(folder, names, *makeSource({folder}, calls, materialization), openingBy(calls))
              : nullptr;
 }
 

@@ -34,8 +34,9 @@ class MacWalkCalls {
   virtual std::string withoutLinks(const std::string& path) const = 0;
   /// Whether the system shows folders with this ending to their names as one document each.
   virtual bool isPackageExtension(std::string_view extension) const = 0;
-  /// Hands on what the cloud says of the item. False, with nothing handed on, when that cannot be read.
-  virtual bool readCloudState(const std::string& path, bool isFolder, const ResourceTaker& take) const = 0;
+  /// Hands on what the cloud says of the item to such a walk. False, with nothing handed on, when that cannot be read.
+  virtual bool readCloudState(const std::string& path, bool isFolder, WalkScope scope,
+                              const ResourceTaker& take) const = 0;
 };
 
 /// Threads that a walk on a machine with so many processors reads ahead on. A thread mostly waits for the cloud's

@@ -4,7 +4,13 @@
 
 namespace cirrovane {
 
-void addCloudState(const ResourceDictionary& dictionary, const TextKeeper& keep, ResourceValues& values) {
+void addCloudState(const ResourceDictionary& dictionary, WalkScope scope, const TextKeeper& keep,
+                   ResourceValues& values) {
+  if (scope == WalkScope::everything) {
+    values.isExcludedFromSync = dictionary.boolean(ResourceKey::ubiquitousItemIsExcludedFromSync);
+    values.isSyncPaused = dictionary.boolean(ResourceKey::ubiquitousItemIsSyncPaused);
+    values.isPackage = dictionary.boolean(ResourceKey::isPackage);
+  }
   values.isUbiquitousItem = dictionary.boolean(ResourceKey::isUbiquitousItem).value_or(false);
   if (!values.isUbiquitousItem) {
     return;

@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,10 +20,13 @@ enum class ResourceKey {
   ubiquitousItemHasUnresolvedConflicts,
   ubiquitousItemUploadingError,
   ubiquitousItemDownloadingError,
+  ubiquitousItemIsExcludedFromSync,
+  ubiquitousItemIsSyncPaused,
+  isPackage,
 };
 
-/// All of them.
-inline constexpr std::array<ResourceKey, 7> kResourceKeys = {
+/// All of them. Walks over everything ask for the last three besides.
+inline constexpr std::array<ResourceKey, 10> kResourceKeys = {
     ResourceKey::isUbiquitousItem,
     ResourceKey::ubiquitousItemIsUploaded,
     ResourceKey::ubiquitousItemIsUploading,
@@ -30,7 +34,16 @@ inline constexpr std::array<ResourceKey, 7> kResourceKeys = {
     ResourceKey::ubiquitousItemHasUnresolvedConflicts,
     ResourceKey::ubiquitousItemUploadingError,
     ResourceKey::ubiquitousItemDownloadingError,
+    ResourceKey::ubiquitousItemIsExcludedFromSync,
+    ResourceKey::ubiquitousItemIsSyncPaused,
+    ResourceKey::isPackage,
 };
+
+/// Those that a walk asks for.
+constexpr std::span<const ResourceKey> resourceKeysFor(WalkScope scope) {
+  const std::span<const ResourceKey> all = kResourceKeys;
+  return scope == WalkScope::everything ? all : all.first(7);
+}
 
 /// The system's answer about one item. A value that is missing, or of another type than the key's, is absent.
 class ResourceDictionary {
@@ -45,9 +58,10 @@ class ResourceDictionary {
 /// Keeps a text for as long as the values that look at it.
 using TextKeeper = std::function<std::string_view(std::string text)>;
 
-/// Adds the item's state in the cloud to its values. Of an item that the cloud knows nothing of, nobody looks at the
-/// rest.
-void addCloudState(const ResourceDictionary& dictionary, const TextKeeper& keep, ResourceValues& values);
+/// Adds the item's state in the cloud to its values, as far as a walk tells of it. Of an item that the cloud knows
+/// nothing of, nobody looks at the rest, but for what keeps it out of the cloud.
+void addCloudState(const ResourceDictionary& dictionary, WalkScope scope, const TextKeeper& keep,
+                   ResourceValues& values);
 
 /// The texts by which the system names where a cloud item is.
 struct DownloadingStatusNames {

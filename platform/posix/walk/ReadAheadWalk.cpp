@@ -1,12 +1,21 @@
 #include "platform/posix/walk/ReadAheadWalk.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 namespace cirrovane {
+namespace {
+
+/// Whether a folder that cannot be opened is no longer there, or something else by now.
+bool meansGone(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ELOOP;
+}
+
+}  // namespace
 
 ReadAheadWalk::ReadAheadWalk(const WalkRequest& request, std::unique_ptr<const WalkSource> source,
                              const ReadAheadOptions& options)
@@ -99,8 +108,8 @@ void ReadAheadWalk::readStretch(Lock& lock, WalkReader* reader) {
   }
   const auto batchSlot = placeBatch(slot, std::move(batch));
   slot->isBusy = false;
-  if (listing == Listing::failed && slot->folder->parent == nullptr) {
-    isComplete_ = false;
+  if (listing == Listing::failed) {
+    tellUnlisted(slot);
   }
   if (listing != Listing::hasMore) {
     finishFolder(slot);
@@ -138,7 +147,7 @@ Listing ReadAheadWalk::listNames(Slot& slot, WalkBatch& batch, WalkReader* reade
   if (opened.result == FolderOpening::exhausted) {
     listing = Listing::meaningless;
   } else if (opened.result == FolderOpening::unreadable) {
-    listing = reader->afterOpeningFailed(opened.error);
+    listing = meansGone(opened.error) ? Listing::gone : reader->afterOpeningFailed(opened.error);
   } else if (!isBeginning || reader->allowsListing(opened.descriptor->get())) {
     if (isBeginning && request_.observer != nullptr) {
       request_.observer->beforeListing(pathOf(*slot.folder), opened.descriptor->get());
@@ -151,6 +160,8 @@ Listing ReadAheadWalk::listNames(Slot& slot, WalkBatch& batch, WalkReader* reade
     case Listing::ended:
     case Listing::failed:
       return listing;
+    case Listing::gone:
+      return isRoot ? Listing::failed : Listing::ended;
     case Listing::isElsewhere:
       // Nothing is here, and so nothing has yet to leave here; but what was begun here has to end here.
       return isBeginning ? Listing::ended : Listing::failed;
@@ -177,6 +188,17 @@ ReadAheadWalk::Slots::iterator ReadAheadWalk::placeBatch(Slots::iterator folderS
   slot->batch = std::move(batch);
   slot->isBusy = true;
   return slot;
+}
+
+void ReadAheadWalk::tellUnlisted(Slots::iterator folderSlot) {
+  if (folderSlot->folder->parent == nullptr) {
+    isComplete_ = false;
+  } else if (request_.scope == WalkScope::everything) {
+    std::unique_ptr<WalkBatch> batch = takeFreeBatch();
+    batch->becomeUnreadable(*folderSlot->folder);
+    ++batchesAhead_;
+    placeBatch(folderSlot, std::move(batch))->isBusy = false;
+  }
 }
 
 void ReadAheadWalk::finishFolder(Slots::iterator slot) {

@@ -69,6 +69,8 @@ class ReadAheadWalk final : public FolderWalk {
   FolderDescriptors::Opened openFolderOf(const Slot& slot, const WalkReader* reader);
   /// Gives the batch its place before its folder; absent (the end) when there is nothing in it.
   Slots::iterator placeBatch(Slots::iterator folderSlot, std::unique_ptr<WalkBatch> batch);
+  /// Tells of a folder that it could not be listed to its end, after what was listed of it.
+  void tellUnlisted(Slots::iterator folderSlot);
   void finishFolder(Slots::iterator slot);
   std::unique_ptr<WalkBatch> takeFreeBatch();
 

@@ -18,7 +18,9 @@ void WalkBatch::becomeUnreadable(const WalkedFolder& folder) {
   unreadable_ = &folder;
   // The folder that a walk starts at is named by its whole path.
   const std::string_view name = folder.name;
-  add(lastPathComponent(name));
+  Item& item = add(lastPathComponent(name));
+  item.kind = ItemKind::folder;
+  item.isUnlisted = true;
 }
 
 void WalkBatch::begin(const WalkedFolder& folder) {
@@ -27,7 +29,9 @@ void WalkBatch::begin(const WalkedFolder& folder) {
 }
 
 Item& WalkBatch::add(std::string_view name) {
-  return items_.emplace_back(Item{name, std::nullopt});
+  Item& item = items_.emplace_back();
+  item.name = name;
+  return item;
 }
 
 void WalkBatch::enter(Item& item) {

@@ -27,7 +27,7 @@ class WalkBatch final : public ItemBatch {
 
   /// Makes the batch hold nothing.
   void becomeEmpty();
-  /// Makes the batch hold the folder itself as one item that could not be read.
+  /// Makes the batch hold the folder itself as one item that could not be read, and so not listed either.
   void becomeUnreadable(const WalkedFolder& folder);
   /// Makes the batch hold nothing yet of the folder's entries.
   void begin(const WalkedFolder& folder);

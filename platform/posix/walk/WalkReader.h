@@ -14,6 +14,8 @@ enum class Listing {
   ended,
   /// The folder may hold more than was told.
   failed,
+  /// The folder is no longer there.
+  gone,
   /// The folder's list of names is not on this machine.
   isElsewhere,
   /// What the system told has no meaning, so that nobody knows what the folder holds.

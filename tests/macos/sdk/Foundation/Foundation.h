@@ -150,6 +150,8 @@ SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemHasUnresolvedConflictsKey;
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemDownloadingStatusKey SDK_SINCE(10.9);
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemUploadingErrorKey SDK_SINCE(10.9);
 SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemDownloadingErrorKey SDK_SINCE(10.9);
+SDK_EXTERN NSURLResourceKey const NSURLUbiquitousItemIsExcludedFromSyncKey SDK_SINCE(11.3);
+SDK_EXTERN NSURLResourceKey const NSURLIsPackageKey;
 SDK_EXTERN NSURLResourceKey const NSURLVolumeAvailableCapacityForImportantUsageKey SDK_SINCE(10.13);
 SDK_EXTERN NSURLResourceKey const NSURLVolumeTotalCapacityKey;
 SDK_EXTERN NSURLUbiquitousItemDownloadingStatus const NSURLUbiquitousItemDownloadingStatusCurrent SDK_SINCE(10.9);

@@ -1,0 +1,40 @@
+#include "core/CoverageReport.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace cirrovane {
+namespace {
+
+// In the kinds' declaration order.
+constexpr std::array<std::optional<std::int64_t> GapCounts::*, kAllGapKinds.size()> kCounts = {
+    &GapCounts::pendingPackage, &GapCounts::pendingHidden, &GapCounts::syncPaused,       &GapCounts::excluded,
+    &GapCounts::stateUnknown,   &GapCounts::notInICloud,   &GapCounts::unreadableFolder, &GapCounts::filesLost,
+};
+
+}  // namespace
+
+std::int64_t GapCounts::of(GapKind kind) const {
+  return (this->*kCounts.at(static_cast<std::size_t>(kind))).value_or(0);
+}
+
+std::int64_t GapCounts::all() const {
+  std::int64_t sum = 0;
+  for (const GapKind kind : kAllGapKinds) {
+    sum += of(kind);
+  }
+  return sum;
+}
+
+void GapCounts::add(GapKind kind) {
+  this->*kCounts.at(static_cast<std::size_t>(kind)) = of(kind) + 1;
+}
+
+bool mayBecomeComplete(const CoverageReport& report) {
+  return report.notExamined.empty() && std::ranges::all_of(kAllGapKinds, [&](GapKind kind) {
+           return canClose(kind) || report.gapCounts.of(kind) == 0;
+         });
+}
+
+}  // namespace cirrovane
