@@ -112,8 +112,8 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
     return ExitStatus::notSafe;
   }
   writeReport(**last, context);
-  if (strict && strict->lastReport()) {
-    context.err.write(gapLines(**strict->lastReport()));
+  if (const auto left = strict ? strict->lastReport() : std::nullopt) {
+    context.err.write(gapLines(**left));
   }
   const ExitStatus status = isVouchedFor ? ExitStatus::done : ExitStatus::notSafe;
   session.leave(status);

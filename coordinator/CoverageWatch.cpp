@@ -15,7 +15,7 @@ CoverageWatch::~CoverageWatch() {
 }
 
 void CoverageWatch::follow(std::vector<WatchFolder> folders) {
-  if (report_.value() && folders == folders_) {
+  if (folders == folders_ && (report_.value() || stop_)) {
     return;
   }
   folders_ = std::move(folders);
@@ -54,9 +54,10 @@ Uptime CoverageWatch::waitingLookDue() const {
 void CoverageWatch::begin() {
   wantsLook_ = false;
   takers_ = std::exchange(nextTakers_, {});
-  stop_ = CoverageStop();
+  const CoverageStop stop;
+  stop_ = stop;
   environment_.looking.post([this, alive = std::weak_ptr(alive_), &main = environment_.main, keeper = keeper_,
-                             folders = folders_, stop = *stop_, began = environment_.monotonicClock.sinceBoot()] {
+                             folders = folders_, stop, began = environment_.monotonicClock.sinceBoot()] {
     std::optional<CoverageLook> look = keeper->look(folders, stop);
     main.post([this, alive, look = std::move(look), began] {
       if (!alive.expired()) {
@@ -67,8 +68,8 @@ void CoverageWatch::begin() {
 }
 
 void CoverageWatch::finish(const std::optional<CoverageLook>& look, Uptime began) {
-  const bool isStopped = stop_->isAsked();
-  stop_ = std::nullopt;
+  const std::optional<CoverageStop> stop = std::exchange(stop_, std::nullopt);
+  const bool isStopped = stop && stop->isAsked();
   const std::vector<TakeReport> takers = std::exchange(takers_, {});
   if (!isStopped && look) {
     lastEnd_ = environment_.monotonicClock.sinceBoot();

@@ -389,6 +389,7 @@ std::vector<Place> placesOf(const std::vector<WatchFolder>& folders) {
 /// The places, none before one that it lies below.
 std::vector<Place*> outermostFirst(std::vector<Place>& places) {
   std::vector<Place*> order;
+  order.reserve(places.size());
   for (Place& place : places) {
     order.push_back(&place);
   }

@@ -43,15 +43,15 @@ int scopeNumber(PolicyScope scope) {
   return scope == PolicyScope::thread ? IOPOL_SCOPE_THREAD : IOPOL_SCOPE_PROCESS;
 }
 
-/// The key that only newer systems than the one that this is built for have; nil where the running one has none.
-NSURLResourceKey _Nullable syncPausedKey() {
+/// The key that only newer systems than the one that this is built for have. By a name that the running one does not
+/// know, it says nothing.
+NSURLResourceKey syncPausedKey() {
   const auto* key = static_cast<NSURLResourceKey const __unsafe_unretained*>(
       dlsym(RTLD_DEFAULT, "NSURLUbiquitousItemIsSyncPausedKey"));
-  return key != nullptr ? *key : nil;
+  return key != nullptr ? *key : @"NSURLUbiquitousItemIsSyncPausedKey";
 }
 
-/// nil for a key that the running system does not have.
-NSURLResourceKey _Nullable foundationKey(ResourceKey key) {
+NSURLResourceKey foundationKey(ResourceKey key) {
   switch (key) {
     case ResourceKey::isUbiquitousItem:
       return NSURLIsUbiquitousItemKey;
@@ -79,9 +79,7 @@ NSURLResourceKey _Nullable foundationKey(ResourceKey key) {
 NSArray<NSURLResourceKey>* foundationKeys(WalkScope scope) {
   NSMutableArray<NSURLResourceKey>* keys = [NSMutableArray array];
   for (const ResourceKey key : resourceKeysFor(scope)) {
-    if (NSURLResourceKey found = foundationKey(key); found != nil) {
-      [keys addObject:found];
-    }
+    [keys addObject:foundationKey(key)];
   }
   return keys;
 }
@@ -105,11 +103,7 @@ class FoundationResources final : public ResourceDictionary {
       : values_(values), statusTexts_(statusTexts) {}
 
   std::optional<bool> boolean(ResourceKey key) const override {
-    NSURLResourceKey known = foundationKey(key);
-    if (known == nil) {
-      return std::nullopt;
-    }
-    NSNumber* number = checked<NSNumber>(values_[known], [NSNumber class]);
+    NSNumber* number = checked<NSNumber>(values_[foundationKey(key)], [NSNumber class]);
     return number != nil ? std::optional<bool>(number.boolValue) : std::nullopt;
   }
 
@@ -123,11 +117,7 @@ class FoundationResources final : public ResourceDictionary {
   }
 
   std::optional<std::string> errorText(ResourceKey key) const override {
-    NSURLResourceKey known = foundationKey(key);
-    if (known == nil) {
-      return std::nullopt;
-    }
-    NSError* error = checked<NSError>(values_[known], [NSError class]);
+    NSError* error = checked<NSError>(values_[foundationKey(key)], [NSError class]);
     return error != nil ? std::optional(bytesOf(error.localizedDescription)) : std::nullopt;
   }
 

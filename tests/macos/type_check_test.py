@@ -119,8 +119,8 @@ class TypeCheckTest(unittest.TestCase):
 
     def test_value_of_another_class(self):
         self.plant("platform/macos/SystemWalkCalls.mm",
-                   ("checked<NSError>(values_[known], [NSError class])",
-                    "checked<NSString>(values_[known], [NSString class])"))
+                   ("checked<NSError>(values_[foundationKey(key)], [NSError class])",
+                    "checked<NSString>(values_[foundationKey(key)], [NSString class])"))
         self.assert_found("platform/macos/SystemWalkCalls.mm", "cannot initialize a variable of type 'NSError *")
 
     def test_walk_that_does_not_tell_how_it_ended(self):
