@@ -23,7 +23,7 @@ constexpr std::int64_t kMostBytes = std::int64_t{1} << 50U;
 /// What left longer ago says nothing of how it goes now.
 constexpr std::chrono::seconds kWindow = 10min;
 /// Looks are told apart no finer, so that the record stays small while files leave in hundreds.
-constexpr std::chrono::seconds kGrain = 1s;
+using Grain = std::chrono::seconds;
 
 constexpr std::int64_t kFewestLeft = 3;
 constexpr std::chrono::seconds kShortestSpan = 60s;
@@ -43,7 +43,7 @@ constexpr std::chrono::seconds kUsualWait = 1200s;
 constexpr double kSlowestLine = 100'000;
 
 Time startOfGrain(Time time) {
-  return std::chrono::floor<std::chrono::seconds>(time);
+  return std::chrono::floor<Grain>(time);
 }
 
 bool isPlausible(std::int64_t count) {
