@@ -11,6 +11,8 @@ namespace cirrovane::test {
 namespace {
 
 constexpr std::size_t kStepsOfALife = 250;
+/// What happens a few times a life may by chance hardly happen in a handful of them, where a real disk takes part.
+constexpr std::uint64_t kLivesThatTell = 10;
 
 std::uint64_t numberOr(const char* variable, std::uint64_t usual) {
   const char* text = std::getenv(variable);
@@ -46,10 +48,12 @@ void liveLives(std::uint64_t usualSteps, const LiveOne& liveOne) {
   EXPECT_GT(sum.settled, lives * kStepsOfALife / 3);
   EXPECT_GT(sum.safe, lives);
   EXPECT_LT(sum.safe, sum.settled * 9 / 10);
-  EXPECT_GT(sum.glancesThatBlock, lives / 2);
-  EXPECT_GT(sum.lateStalls, lives);
   EXPECT_GT(sum.unchanged, lives);
-  EXPECT_GT(sum.blocked, lives / 2);
+  if (lives >= kLivesThatTell) {
+    EXPECT_GT(sum.glancesThatBlock, lives / 2);
+    EXPECT_GT(sum.lateStalls, lives);
+    EXPECT_GT(sum.blocked, lives / 2);
+  }
 }
 
 }  // namespace cirrovane::test

@@ -19,11 +19,11 @@ namespace cirrovane::test {
 
 /// Something that rows are made from.
 struct Letter {
-  char letter = ' ';
+  char name = ' ';
   bool isLarge = false;
 
   friend bool operator==(const Letter&, const Letter&) = default;
-  friend QString keyOf(const Letter& letter) { return QString(QLatin1Char(letter.letter)); }
+  friend QString keyOf(const Letter& letter) { return QString(QLatin1Char(letter.name)); }
 };
 
 namespace {
@@ -53,7 +53,7 @@ class ListModelTest : public testing::Test {
   int madeRows_ = 0;
   ListModel<ChoiceRow, Letter> list_{[this](const Letter& letter) {
     ++madeRows_;
-    const QString text(QLatin1Char(letter.letter));
+    const QString text(QLatin1Char(letter.name));
     return ChoiceRow{.value = text, .title = letter.isLarge ? text.toUpper() : text};
   }};
   QAbstractItemModelTester checks_{&list_, QAbstractItemModelTester::FailureReportingMode::Fatal};
