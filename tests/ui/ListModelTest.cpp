@@ -163,7 +163,7 @@ TEST_F(ListModelTest, indexOf_findsARowByItsKey) {
   list_.setRows(letters("abc"));
   EXPECT_EQ(list_.indexOf("c"), 2);
   EXPECT_EQ(list_.indexOf("C"), -1);
-  EXPECT_EQ(list_.find(2)->letter, 'c');
+  EXPECT_EQ(list_.find(2)->name, 'c');
   EXPECT_EQ(list_.find(3), nullptr);
   EXPECT_EQ(list_.find(-1), nullptr);
 }
