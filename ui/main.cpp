@@ -8,21 +8,19 @@
 #include "base/Heaps.h"
 #include "platform/CommandRunner.h"
 #include "platform/Desktop.h"
-#include "platform/posix/ChildProcess.h"
 #include "platform/qt/SingleInstance.h"
 #include "ui/CirrovaneApp.h"
 #include "ui/DrawingMeans.h"
+#include "ui/WhoDraws.h"
 
 #include <QApplication>
 #include <QFont>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 #include <QtQml/qqmlextensionplugin.h>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <future>
 #include <memory>
 #include <optional>
@@ -41,9 +39,6 @@ constexpr int kCouldNot = 3;
 /// What a later start asks the first one for.
 constexpr const char* kWindowMessage = "window";
 constexpr const char* kPanelMessage = "panel";
-/// What this program asks itself for, in a process of its own.
-constexpr const char* kTellRenderer = "--tell-renderer";
-constexpr std::chrono::seconds kRendererLimit{3};
 
 struct Options {
   std::string macRoot = "/";
@@ -60,7 +55,7 @@ std::optional<int> readOptions(int argumentCount, char** arguments, Options& opt
   }
   app.add_flag("--panel", options.opensPanel, "Open the menu-bar panel at the start");
   // Without a group it is not in the help: nobody but this program uses it.
-  app.add_flag(kTellRenderer, options.tellsRenderer)->group("");
+  app.add_flag(kTellRendererOption, options.tellsRenderer)->group("");
   // The toolkit has options of its own.
   app.allow_extras();
   try {
@@ -85,27 +80,6 @@ void saveMemory() {
       qputenv(side, "512");
     }
   }
-}
-
-#ifndef __APPLE__
-std::optional<std::string> askForRendererName() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  const auto result = runChild(program.native(), {kTellRenderer}, CommandOutput::collected, {}, kRendererLimit);
-  return result && result->hasSucceeded() ? toldRendererName(result->output) : std::nullopt;
-}
-#endif
-
-/// The question whether the toolkit's painter is to draw, whose answer comes while the program goes on. A Mac always
-/// has something better.
-std::future<bool> askWhoDraws() {
-#ifdef __APPLE__
-  return std::async(std::launch::deferred, [] { return false; });
-#else
-  const DrawingMeans means{
-      .isChosen = isDrawingChosen(), .hasDevice = hasGraphicsDevice("/dev"), .rendererName = askForRendererName};
-  return std::async(std::launch::async, [means] { return isPainterWanted(means); });
-#endif
 }
 
 void setUpFont(const Desktop& desktop) {

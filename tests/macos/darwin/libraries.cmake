@@ -13,6 +13,13 @@ file(CREATE_LINK "${CIRROVANE_CLI11_HEADERS}" "${links}/CLI" SYMBOLIC)
 file(CREATE_LINK "${CIRROVANE_JSON_HEADERS}" "${links}/nlohmann" SYMBOLIC)
 file(CREATE_LINK /usr/include/gtest "${links}/gtest" SYMBOLIC)
 file(CREATE_LINK /usr/include/gmock "${links}/gmock" SYMBOLIC)
+# Qt's own headers of its graphics ask for OpenGL's.
+set(opengl "${CMAKE_BINARY_DIR}/opengl")
+file(MAKE_DIRECTORY "${opengl}")
+file(CREATE_LINK /usr/include/GL "${opengl}/GL" SYMBOLIC)
+file(CREATE_LINK /usr/include/KHR "${opengl}/KHR" SYMBOLIC)
+file(CREATE_LINK "${CMAKE_CURRENT_LIST_DIR}/include/OpenGL" "${opengl}/OpenGL" SYMBOLIC)
+include_directories(SYSTEM "${opengl}")
 foreach(target fmt::fmt-header-only nlohmann_json::nlohmann_json CLI11::CLI11 GTest::gmock GTest::gtest_main)
   add_library(${target} INTERFACE IMPORTED GLOBAL)
   # Our own folder first: it holds back what a current library no longer gives by that header.

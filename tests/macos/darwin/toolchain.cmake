@@ -23,7 +23,7 @@ set(CMAKE_LIBRARY_ARCHITECTURE x86_64-linux-gnu)
 foreach(language CXX OBJCXX)
   set(CMAKE_${language}_LIBRARY_ARCHITECTURE x86_64-linux-gnu)
 endforeach()
-# Qt asks for it; no source of ours includes it.
+# Qt asks for it; libraries.cmake gives its headers.
 set(OPENGL_INCLUDE_DIR "${llvm}" CACHE PATH "")
 set(OPENGL_gl_LIBRARY "${tree}/OpenGL.framework" CACHE PATH "")
 
