@@ -59,7 +59,8 @@ std::string UploadLine::text(const PendingUploads& uploads) const {
   if (uploads.bytesPerSecond) {
     line += fmt::format(", {}/s", bytesText(std::llround(*uploads.bytesPerSecond)));
   }
-  line += ", " + rangeText(uploads).value_or(withoutRangeText(quietFor(*record_, uploads.generatedAt)));
+  line += ", " + rangeText(uploads).value_or(
+                     withoutRangeText(record_ ? quietFor(*record_, uploads.generatedAt) : std::nullopt));
   // All of it is ASCII; a line that breaks could not be taken back.
   return line.substr(0, out_.columns() > 1 ? out_.columns() - 1 : 0);
 }

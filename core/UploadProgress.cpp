@@ -5,6 +5,7 @@
 #include "core/FileJudgement.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <map>
 #include <unordered_map>
@@ -32,7 +33,7 @@ constexpr std::chrono::seconds kLongestPause = 60s;
 /// What left is seen to leave no sooner than at the next look.
 constexpr std::chrono::seconds kLeastPause = 15s;
 /// The rate now is looked for in these, as far as they have gone by, and in the whole window.
-constexpr std::chrono::seconds kRecentSpans[] = {60s, 180s};
+constexpr std::array<std::chrono::seconds, 2> kRecentSpans = {60s, 180s};
 /// How much slower or faster than any rate that was seen it may go on.
 constexpr double kMargin = 1.3;
 /// A range that reaches further says too little.
@@ -87,12 +88,11 @@ UploadFlow& flowAt(std::vector<UploadFlow>& flows, Time now) {
 
 /// When anything left last; absent when nothing has.
 std::optional<Time> lastDeparture(const UploadRecord& record) {
-  for (auto flow = record.flows.rbegin(); flow != record.flows.rend(); ++flow) {
-    if (flow->filesLeft > 0) {
-      return flow->at;
-    }
+  std::optional<Time> last;
+  for (const UploadFlow& flow : record.flows) {
+    last = flow.filesLeft > 0 ? flow.at : last;
   }
-  return std::nullopt;
+  return last;
 }
 
 bool isStuck(const FollowedUpload& file, const std::optional<Time>& lastLeft, Time now) {
