@@ -8,6 +8,9 @@
 
 namespace cirrovane {
 
+/// Takes the terminal's last line back, where it can.
+inline constexpr const char* kEraseLine = "\r\x1b[K";
+
 /// One of the program's standard streams.
 class Output {
  public:

@@ -15,7 +15,6 @@ using std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kPatience{500};
 constexpr std::chrono::milliseconds kInterval{100};
-constexpr const char* kEraseLine = "\r\x1b[K";
 
 bool isBeginningOfCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;

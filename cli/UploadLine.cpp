@@ -13,7 +13,6 @@ namespace cirrovane {
 namespace {
 
 constexpr std::size_t kBarWidth = 20;
-constexpr const char* kEraseLine = "\r\x1b[K";
 
 }  // namespace
 

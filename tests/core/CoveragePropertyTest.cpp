@@ -2,6 +2,7 @@
 #include "core/ICloudScanEngine.h"
 #include "tests/core/Builders.h"
 #include "tests/core/NaiveCoverage.h"
+#include "tests/core/Random.h"
 #include "tests/support/FakeTree.h"
 #include "tests/support/ManualClock.h"
 
@@ -10,7 +11,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,21 +30,6 @@ std::uint32_t treeCount() {
   return count != nullptr ? static_cast<std::uint32_t>(std::stoul(count)) : 200;
 }
 
-class TreeDice {
- public:
-  explicit TreeDice(std::uint32_t seed) : engine_(seed) {}
-
-  std::size_t below(std::size_t limit) { return engine_() % limit; }
-  bool oneIn(std::size_t chances) { return below(chances) == 0; }
-  template <class Range>
-  const auto& pick(const Range& range) {
-    return range[below(std::size(range))];
-  }
-
- private:
-  std::mt19937 engine_;
-};
-
 const std::vector<std::string> kFileNames = {
     "a.txt", "b",         "c.nosync",   "C.NoSync", "m.tmp",   "~$a.docx",       ".env", ".h",
     ".x",    ".DS_Store", ".localized", "._a.txt",  "Icon\r",  ".~lock.a#",      ".tmp", ".b.icloud",
@@ -54,7 +39,7 @@ const std::vector<std::string> kFolderNames = {"Work",   "Deep",      "tmp",    
                                                "m.tmp",  ".DS_Store", "Work 2",  "L.photoslibrary"};
 
 /// Mostly as it should be, so that gaps of every kind have a chance to be the worst.
-std::optional<FakeValues> anyItemValues(TreeDice& random, std::size_t trouble) {
+std::optional<FakeValues> anyItemValues(Random& random, std::size_t trouble) {
   FakeValues values;
   values.isUploaded = true;
   if (!random.oneIn(trouble)) {
@@ -92,7 +77,7 @@ std::optional<FakeValues> anyItemValues(TreeDice& random, std::size_t trouble) {
   return values;
 }
 
-void fillTree(FakeTree& tree, const std::string& folder, TreeDice& random, int depth, std::size_t trouble) {
+void fillTree(FakeTree& tree, const std::string& folder, Random& random, int depth, std::size_t trouble) {
   for (std::size_t count = random.below(7); count > 0; --count) {
     tree.makeFile(folder + "/" + random.pick(kFileNames), anyItemValues(random, trouble));
   }
@@ -122,7 +107,7 @@ struct CoverageWorld {
 };
 
 CoverageWorld coverageWorldOf(std::uint32_t seed) {
-  TreeDice random(seed);
+  Random random(seed);
   CoverageWorld world;
   std::string made;
   for (const std::string name : {"/Users", "/test", "/Library", "/Mobile Documents", "/com~apple~CloudDocs"}) {
@@ -223,7 +208,7 @@ SyncHealthReport shownScan(const FakeTree& tree, const std::vector<WatchFolder>&
 TEST(CoverageProperty, whatOnlyTheCoverageLooksAt_changesNoFieldOfTheReport) {
   for (std::uint32_t seed = 1; seed <= treeCount() / 2; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
-    TreeDice random(seed);
+    Random random(seed);
     FakeTree tree;
     FakeTree bare;
     tree.makeFolder("/w");

@@ -5,6 +5,7 @@
 #include "core/TrustScoring.h"
 #include "tests/core/Builders.h"
 #include "tests/core/NaiveScan.h"
+#include "tests/core/Random.h"
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/ManualClock.h"
 
@@ -12,7 +13,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -69,23 +69,6 @@ bool hasFreshIdentifiers(const SyncHealthReport& report) {
          std::all_of(report.actions.begin(), report.actions.end(),
                      [&](const RecommendedAction& action) { return seen.insert(action.id).second; });
 }
-
-/// Draws from a generator of the C++ standard, whose numbers are the same everywhere, without the standard's
-/// distributions, whose numbers are not.
-class Random {
- public:
-  explicit Random(std::uint32_t seed) : engine_(seed) {}
-
-  std::size_t below(std::size_t limit) { return engine_() % limit; }
-  bool oneIn(std::size_t chances) { return below(chances) == 0; }
-  template <class Range>
-  const auto& pick(const Range& range) {
-    return range[below(std::size(range))];
-  }
-
- private:
-  std::mt19937 engine_;
-};
 
 /// What the files of a tree are like on the whole.
 enum class Mood { clean, cloudOnly, troubled, wild };
