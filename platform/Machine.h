@@ -43,6 +43,6 @@ bool takesMachineFolders();
 
 /// The machine whose disk is the folder at an absolute path; "/" is the one that the program runs on. Each system has
 /// its own implementation. Fails when the folder cannot stand for a machine.
-Result<Machine> makeMachine(const std::string& root);
+Result<Machine> makeMachine(const std::string& path);
 
 }  // namespace cirrovane

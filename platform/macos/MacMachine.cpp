@@ -34,9 +34,9 @@ bool takesMachineFolders() {
   return false;
 }
 
-Result<Machine> makeMachine(const std::string& root) {
-  if (root != "/") {
-    return Failure{root + " cannot stand for a Mac: on macOS, Cirrovane looks at this Mac alone."};
+Result<Machine> makeMachine(const std::string& path) {
+  if (path != "/") {
+    return Failure{path + " cannot stand for a Mac: on macOS, Cirrovane looks at this Mac alone."};
   }
   // For the children, which inherit it, and for the threads that frameworks make; each reader of watched folders asks
   // for it again, and is the one that heeds a refusal.

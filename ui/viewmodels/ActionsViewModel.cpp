@@ -14,6 +14,7 @@ void ActionsViewModel::begin() {
 void ActionsViewModel::update() {
   const SyncHealthReport& report = dashboard().report();
   std::vector<ActionRow> rows;
+  rows.reserve(report.actions.size());
   for (const RecommendedAction& action : report.actions) {
     rows.push_back({.rank = QStringLiteral("%1.").arg(action.rank),
                     .title = toQString(action.title),
