@@ -139,15 +139,6 @@ TEST_F(WatchlistViewModelTest, dropped_noFolder_changesNothing) {
   EXPECT_FALSE(page_->isScanning());
 }
 
-TEST_F(WatchlistViewModelTest, droppedDuringAScan_isScannedWhenThatEnds) {
-  const QTemporaryDir dir;
-  page_->rescan();
-  ASSERT_TRUE(page_->addDropped({QUrl::fromLocalFile(dir.path())}));
-  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 0);
-  executor_.runAll();
-  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 2);
-}
-
 TEST_F(WatchlistViewModelTest, removedWithoutBeingSaved_isTold) {
   storage_.privateFailure = Failure{"No space left on device"};
   page_->remove(0);

@@ -79,6 +79,7 @@ ColumnLayout {
         }
         FilePathText {
             path: view.snapshot.topBlocker
+            copyLabel: "Copy"
             color: Theme.text
             font.pixelSize: Theme.subheadlineSize
             Layout.fillWidth: true
