@@ -16,6 +16,8 @@ DashboardViewModel::~DashboardViewModel() {
   if (hasStartedAutoRefresh_) {
     environment_.refreshTimer.stop();
   }
+  environment_.exportNoteAlarm.clear();
+  environment_.removalAlarm.clear();
 }
 
 void DashboardViewModel::surfaceAppeared() {
@@ -41,7 +43,40 @@ void DashboardViewModel::addFolderFromPanel() {
   if (!folder || owner.expired()) {
     return;
   }
-  watchlist().addFolder(*folder);
+  addFolders({*folder});
+}
+
+void DashboardViewModel::addFolders(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    watchlist().addFolder(path);
+  }
+  refresh();
+}
+
+void DashboardViewModel::removeFolder(const UUID& id) {
+  const auto& folders = watchlist().folders();
+  const auto found = std::ranges::find(folders, id, &WatchFolder::id);
+  if (found == folders.end()) {
+    return;
+  }
+  std::vector<WatchFolder> removed = removedFolders();
+  removed.push_back(*found);
+  watchlist().removeFolder(id);
+  removedFolders_.set(std::move(removed));
+  environment_.removalAlarm.set(kUndoTime, [this] { removedFolders_.set({}); });
+  refresh();
+}
+
+void DashboardViewModel::restoreRemovedFolders() {
+  const std::vector<WatchFolder> removed = removedFolders();
+  if (removed.empty()) {
+    return;
+  }
+  environment_.removalAlarm.clear();
+  for (const WatchFolder& folder : removed) {
+    watchlist().restoreFolder(folder);
+  }
+  removedFolders_.set({});
   refresh();
 }
 
@@ -53,8 +88,21 @@ void DashboardViewModel::exportProofPacket() {
     return;
   }
   const std::optional<Failure> failure = cycle_.exportProofPacket(*path);
-  exportNote_.set(failure ? "Export failed: " + failure->message
-                          : "Proof packet exported to " + std::string(lastPathComponent(*path)) + ".");
+  if (failure) {
+    // Stays until the next export, since the user has to do something about it.
+    environment_.exportNoteAlarm.clear();
+    exportedFile_.reset();
+    exportNote_.set("Export failed: " + failure->message);
+    return;
+  }
+  exportedFile_ = *path;
+  exportNote_.set("Proof packet exported to " + std::string(lastPathComponent(*path)) + ".");
+  environment_.exportNoteAlarm.set(kExportNoteLifetime, [this] { clearExportNote(); });
+}
+
+void DashboardViewModel::clearExportNote() {
+  exportedFile_.reset();
+  exportNote_.set(std::nullopt);
 }
 
 void DashboardViewModel::revealInFinder(const std::string& path) {

@@ -3,6 +3,7 @@
 #include "coordinator/HistorySummary.h"
 #include "coordinator/RefreshCycle.h"
 #include "coordinator/SafetyCriterion.h"
+#include "platform/Alarm.h"
 #include "platform/FileSystem.h"
 #include "platform/Panels.h"
 #include "platform/TimeText.h"
@@ -25,6 +26,10 @@ struct DashboardEnvironment {
   Workspace& workspace;
   const FileSystem& fileSystem;
   const TimeText& timeText;
+  /// Takes the note of an export away.
+  Alarm& exportNoteAlarm;
+  /// Ends the time in which a removal can be undone.
+  Alarm& removalAlarm;
 };
 
 /// What every screen shows and does: the published results of the latest refresh, the refresh every 90 seconds, and the
@@ -32,6 +37,10 @@ struct DashboardEnvironment {
 class DashboardViewModel {
  public:
   static constexpr std::chrono::seconds kRefreshInterval{90};
+  /// How long the note of an export that succeeded is shown.
+  static constexpr std::chrono::seconds kExportNoteLifetime{20};
+  /// How long a removal can be undone.
+  static constexpr std::chrono::seconds kUndoTime{10};
 
   DashboardViewModel(Services services, const RefreshEnvironment& refreshEnvironment,
                      const DashboardEnvironment& environment);
@@ -57,9 +66,14 @@ class DashboardViewModel {
   /// Whether a refresh is under way.
   bool isScanning() const { return cycle_.isScanning().value(); }
   const Published<bool>& publishedIsScanning() const { return cycle_.isScanning(); }
-  /// How the latest export ended; absent before the first.
+  /// How the latest export ended; absent before the first, and some time after one that succeeded.
   const std::optional<std::string>& exportNote() const { return exportNote_.value(); }
   const Published<std::optional<std::string>>& publishedExportNote() const { return exportNote_; }
+  /// The file that the note is about; absent without a note and for an export that failed.
+  const std::optional<std::string>& exportedFile() const { return exportedFile_; }
+  /// What the user has just removed from the watchlist and may want back, in the order of removal.
+  const std::vector<WatchFolder>& removedFolders() const { return removedFolders_.value(); }
+  const Published<std::vector<WatchFolder>>& publishedRemovedFolders() const { return removedFolders_; }
   /// Of the latest refresh, in the order of presentation.
   const std::vector<DiagnosticFinding>& diagnostics() const { return cycle_.diagnostics().value(); }
   const Published<std::vector<DiagnosticFinding>>& publishedDiagnostics() const { return cycle_.diagnostics(); }
@@ -87,12 +101,21 @@ class DashboardViewModel {
   void surfaceAppeared();
   /// Lets the user pick a folder, watches it, and refreshes.
   void addFolderFromPanel();
+  /// Watches the folders at these paths too, and refreshes.
+  void addFolders(const std::vector<std::string>& paths);
+  /// Stops watching a folder, which can be undone for a while, and refreshes.
+  void removeFolder(const UUID& id);
+  /// Watches removedFolders() again, and refreshes.
+  void restoreRemovedFolders();
   /// Lets the user name a file, and exports a proof packet to it.
   void exportProofPacket();
   /// Shows an item in the file manager, if it exists.
   void revealInFinder(const std::string& path);
   /// Resolves an active incident, or reopens a resolved one.
   void toggleResolved(const IncidentRecord& record) { cycle_.toggleResolved(record); }
+
+  /// By the clock behind all of it.
+  Time now() const { return clock_.now(); }
 
   // Derived values, made anew at each reading
 
@@ -111,12 +134,15 @@ class DashboardViewModel {
 
  private:
   void configureRefreshTimer();
+  void clearExportNote();
 
   RefreshCycle cycle_;
   DashboardEnvironment environment_;
   const Clock& clock_;
   bool hasStartedAutoRefresh_ = false;
+  std::optional<std::string> exportedFile_;
   Published<std::optional<std::string>> exportNote_;
+  Published<std::vector<WatchFolder>> removedFolders_;
 
   /// Gone with the dashboard, by which a panel that was open meanwhile can tell.
   std::shared_ptr<const int> alive_ = std::make_shared<const int>();

@@ -18,11 +18,15 @@ WatchlistStore::WatchlistStore(const FileSystem& fileSystem, const FileStorage& 
 }
 
 void WatchlistStore::addFolder(const std::string& path) {
-  if (std::ranges::find(folders(), path, &WatchFolder::path) != folders().end()) {
+  restoreFolder({UUIDGenerator()(), watchFolderName(path), path});
+}
+
+void WatchlistStore::restoreFolder(const WatchFolder& folder) {
+  if (std::ranges::find(folders(), folder.path, &WatchFolder::path) != folders().end()) {
     return;
   }
   std::vector<WatchFolder> folders = list_.value();
-  folders.push_back({UUIDGenerator()(), watchFolderName(path), path});
+  folders.push_back(folder);
   std::ranges::stable_sort(folders, [this](const WatchFolder& lhs, const WatchFolder& rhs) {
     return collation_.compare(lhs.name, rhs.name) < 0;
   });

@@ -27,6 +27,8 @@ class WatchlistStore {
 
   /// Adds the folder under a name made from its path, unless exactly this path is watched already.
   void addFolder(const std::string& path);
+  /// Adds an entry that was removed, as it was, unless exactly its path is watched already.
+  void restoreFolder(const WatchFolder& folder);
   /// Removes every folder of the identifier.
   void removeFolder(const UUID& id);
 

@@ -75,6 +75,8 @@ class CirrovaneApp : public QObject {
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
   QtAlarm liveAlarm_;
+  QtAlarm exportNoteAlarm_;
+  QtAlarm removalAlarm_;
   QtPanels panels_;
   QtClipboard clipboard_;
   LiveVerdict live_;

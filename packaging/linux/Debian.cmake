@@ -21,7 +21,7 @@ set(modules qtqml qtqml-models qtqml-workerscript qtquick qtquick-controls qtqui
     qtquick-templates qtquick-window)
 list(TRANSFORM modules PREPEND qml6-module-)
 list(JOIN modules ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, qt6-wayland")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, fonts-quicksand, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "bash-completion, jq")
 set(CPACK_PACKAGE_DESCRIPTION
 "Is it safe, right now, to close, sleep or shut down a Mac without losing work

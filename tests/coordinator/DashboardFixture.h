@@ -56,7 +56,7 @@ class DashboardMachine : public MachineTest {
     dashboard_ = std::make_unique<DashboardViewModel>(
         std::move(services),
         RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_, live_},
-        DashboardEnvironment{timer_, panels_, workspace_, files_, timeText_});
+        DashboardEnvironment{timer_, panels_, workspace_, files_, timeText_, exportNoteAlarm_, removalAlarm_});
   }
 
   /// Notes the name of everything that the dashboard and its stores publish, from now on.
@@ -108,6 +108,8 @@ class DashboardMachine : public MachineTest {
   ManualTimer timer_;
   ManualTimer cycleLimit_;
   ManualAlarm staleAlarm_;
+  ManualAlarm exportNoteAlarm_;
+  ManualAlarm removalAlarm_;
   /// What the next launch follows the files with; nullptr for nothing.
   LiveVerdict* live_ = nullptr;
   /// What the next launch remembers of uploads with; nullptr for nothing.

@@ -563,6 +563,63 @@ TEST_F(Dashboard, destroyedWhileTheFolderPanelIsOpen_doesNothingWithTheAnswer) {
   EXPECT_FALSE(runOne());
 }
 
+// Removing a folder
+
+TEST_F(Dashboard, removeFolder_canBeUndoneForTenSeconds) {
+  const WatchFolder folder = dashboard_->watchlist().folders().front();
+  dashboard_->removeFolder(UUID(folder.id));
+  EXPECT_THAT(dashboard_->watchlist().folders(), IsEmpty());
+  EXPECT_THAT(dashboard_->removedFolders(), ElementsAre(folder));
+  EXPECT_TRUE(dashboard_->isScanning());
+  EXPECT_EQ(removalAlarm_.after(), std::chrono::seconds(10));
+  dashboard_->restoreRemovedFolders();
+  EXPECT_THAT(dashboard_->watchlist().folders(), ElementsAre(folder));
+  EXPECT_THAT(dashboard_->removedFolders(), IsEmpty());
+  EXPECT_EQ(removalAlarm_.after(), std::nullopt);
+  runAll();
+  EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 1);
+}
+
+TEST_F(Dashboard, removeFolder_tenSecondsLater_isDone) {
+  dashboard_->removeFolder(UUID(dashboard_->watchlist().folders().front().id));
+  removalAlarm_.ring();
+  EXPECT_THAT(dashboard_->removedFolders(), IsEmpty());
+  dashboard_->restoreRemovedFolders();
+  EXPECT_THAT(dashboard_->watchlist().folders(), IsEmpty());
+}
+
+TEST_F(Dashboard, removeFolder_twoInARow_areBothUndone) {
+  dashboard_->addFolders({"/Users/test/Work"});
+  const std::vector<WatchFolder> folders = dashboard_->watchlist().folders();
+  dashboard_->removeFolder(UUID(folders[0].id));
+  dashboard_->removeFolder(UUID(folders[1].id));
+  dashboard_->restoreRemovedFolders();
+  EXPECT_EQ(dashboard_->watchlist().folders(), folders);
+}
+
+TEST_F(Dashboard, restoredFolder_thatWasAddedAgain_isWatchedOnce) {
+  dashboard_->removeFolder(UUID(dashboard_->watchlist().folders().front().id));
+  dashboard_->addFolders({std::string(kDrive)});
+  dashboard_->restoreRemovedFolders();
+  EXPECT_THAT(dashboard_->watchlist().folders(), SizeIs(1));
+}
+
+TEST_F(Dashboard, removeFolder_ofNoFolder_changesNothing) {
+  observeEverything();
+  dashboard_->removeFolder(idOf(99));
+  EXPECT_THAT(events_, IsEmpty());
+  EXPECT_EQ(removalAlarm_.after(), std::nullopt);
+}
+
+TEST_F(Dashboard, destroyed_leavesNoAlarmSet) {
+  panels_.answer = "/tmp/proof.json";
+  dashboard_->exportProofPacket();
+  dashboard_->removeFolder(UUID(dashboard_->watchlist().folders().front().id));
+  dashboard_.reset();
+  EXPECT_EQ(removalAlarm_.after(), std::nullopt);
+  EXPECT_EQ(exportNoteAlarm_.after(), std::nullopt);
+}
+
 // Revealing an item
 
 TEST_F(Dashboard, revealInFinder_ofAnExistingItem_showsIt) {
@@ -741,6 +798,25 @@ TEST_F(Dashboard, exportCancelled_writesNothingAndKeepsTheNote) {
   EXPECT_EQ(dashboard_->exportNote(), "Proof packet exported to proof.json.");
   EXPECT_EQ(storage_.written(), written);
   EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(Dashboard, exportNote_goesByItselfWithItsFile) {
+  panels_.answer = "/tmp/proof.json";
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(dashboard_->exportedFile(), "/tmp/proof.json");
+  EXPECT_EQ(exportNoteAlarm_.after(), std::chrono::seconds(20));
+  exportNoteAlarm_.ring();
+  EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
+  EXPECT_EQ(dashboard_->exportedFile(), std::nullopt);
+}
+
+TEST_F(Dashboard, exportNote_ofAFailure_staysAndHasNoFile) {
+  panels_.answer = "/tmp/proof.json";
+  dashboard_->exportProofPacket();
+  storage_.failure = Failure{"The folder cannot be written to."};
+  dashboard_->exportProofPacket();
+  EXPECT_EQ(dashboard_->exportedFile(), std::nullopt);
+  EXPECT_EQ(exportNoteAlarm_.after(), std::nullopt);
 }
 
 TEST_F(Dashboard, exportToAFailingPlace_tellsWhy) {

@@ -6,6 +6,7 @@
 #include "tests/support/FakeUserDefaults.h"
 #include "tests/support/FakeWorkspace.h"
 #include "tests/support/ICloudAttribute.h"
+#include "tests/support/ManualAlarm.h"
 #include "tests/support/ManualTimer.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -87,6 +88,7 @@ TEST_F(ServicesOfAMachine, wholeCycleInOneGo_isKeptForTheNextLaunch) {
   ManualTimer timer;
   FakePanels panels;
   FakeWorkspace workspace;
+  ManualAlarm alarm;
   {
     DashboardViewModel dashboard(makeServices(machine_),
                                  {{executor, executor, executor, executor},
@@ -94,7 +96,7 @@ TEST_F(ServicesOfAMachine, wholeCycleInOneGo_isKeptForTheNextLaunch) {
                                   *machine_.userDefaults,
                                   *machine_.clock,
                                   *machine_.monotonicClock},
-                                 {timer, panels, workspace, *machine_.fileSystem, *machine_.timeText});
+                                 {timer, panels, workspace, *machine_.fileSystem, *machine_.timeText, alarm, alarm});
     dashboard.refresh();
     EXPECT_FALSE(dashboard.isScanning());
     EXPECT_THAT(dashboard.report().blockers, SizeIs(1));
@@ -112,13 +114,14 @@ TEST_F(ServicesOfAMachine, exportOnTheDisk_isThePacketOrTellsWhyNot) {
   ManualTimer timer;
   FakePanels panels;
   FakeWorkspace workspace;
+  ManualAlarm alarm;
   DashboardViewModel dashboard(makeServices(machine_),
                                {{executor, executor, executor, executor},
                                 *machine_.fileStorage,
                                 *machine_.userDefaults,
                                 *machine_.clock,
                                 *machine_.monotonicClock},
-                               {timer, panels, workspace, *machine_.fileSystem, *machine_.timeText});
+                               {timer, panels, workspace, *machine_.fileSystem, *machine_.timeText, alarm, alarm});
   panels.answer = folder_ / "proof.json";
   writeFile(*panels.answer, "an older one");
   dashboard.exportProofPacket();

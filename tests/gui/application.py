@@ -310,6 +310,15 @@ class Application:
             lambda: self.desktop.geometry(window)[2:] == (width, height), f"a window of {width} x {height}"
         )
 
+    def menu_bar_height(self):
+        """Of the bar in the window."""
+        bars = [node for node in self.all(MENU_TITLE) if any(child.role == MENU_TITLE for child in node.walk() if child is not node)]
+        return max(node.extents()[3] for node in bars)
+
+    def resize_content(self, width, height):
+        """The window without its menu bar."""
+        self.resize(width, height + self.menu_bar_height())
+
     def keys(self, *keys):
         self.desktop.press_keys(*keys)
 

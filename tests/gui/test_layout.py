@@ -5,6 +5,7 @@ import itertools
 import pytest
 from application import EXTRA_TABS, TAB_BAR, TABS, TEXTS
 
+# Of the content; the menu bar comes on top.
 SMALLEST = (860, 700)
 # Neighbours may share a line of pixels.
 TOLERANCE = 1
@@ -50,14 +51,14 @@ def find_problems(application, window, page):
 
 @pytest.mark.parametrize("tab", [pytest.param(tab, id=tab.id) for tab in TABS])
 def test_page_smallestWindow_textsAreInsideAndApart(shared, tab):
-    shared.resize(*SMALLEST)
+    shared.resize_content(*SMALLEST)
     shared.choose_tab(tab)
     expect_clear(shared, shared.desktop.geometry(shared.wait_for_window()), tab.heading)
 
 
 @pytest.mark.parametrize("tab", [pytest.param(tab, id=tab.id) for tab in TABS])
 def test_tabBar_smallestWindow_hasTheChosenTabWhollyInSight(shared, tab):
-    shared.resize(*SMALLEST)
+    shared.resize_content(*SMALLEST)
     shared.choose_tab(tab)
     chosen = ("page tab", tab.title) if tab.is_primary else (EXTRA_TABS, tab.title)
 
@@ -73,7 +74,26 @@ def test_window_asSmallAsItGets_is860By700(launch):
     application = launch().ready()
     window = application.wait_for_window()
     application.desktop.resize(window, 300, 200)
-    application.wait_until(lambda: application.desktop.geometry(window)[2:] == SMALLEST, f"a window of {SMALLEST}")
+    width, height = SMALLEST
+    smallest = (width, height + application.menu_bar_height())
+    assert smallest[1] > height
+    application.wait_until(lambda: application.desktop.geometry(window)[2:] == smallest, f"a window of {smallest}")
+
+
+def tool_bar(application):
+    """Where everything in the tab bar stands, by name."""
+    parts = [node for node in application.all() if node.role in {"page tab", "push button"}]
+    return {node.name: node.extents() for node in parts if node.name in {"Overview", "More", "Build v1.2 (45)", "Rescan"}}
+
+
+def test_toolBar_whenAScanBegins_standsStill(launch, held):
+    application = launch(CIRROVANE_DEMO_TAB="faq", **held.environment).ready()
+    application.resize_content(*SMALLEST)
+    application.wait_until(application.is_scanning, "the scan to begin")
+    during = tool_bar(application)
+    held.let_go()
+    application.wait_scanned()
+    assert tool_bar(application) == during
 
 
 def test_panel_textsAreInsideAndApart(launch):

@@ -6,6 +6,7 @@ from pathlib import Path
 
 import jsonschema
 import pytest
+from dropping import drop
 
 SCHEMA = Path(__file__).parents[2] / "docs/proof-packet.schema.json"
 REASONS = {
@@ -59,6 +60,20 @@ def cloud_files(mac):
             if path.is_file() and not path.is_symlink()]  # fmt: skip
 
 
+STATES = {"safe": "Safe", "warning": "Needs Attention", "danger": "Unsafe"}
+
+
+def count(number, noun):
+    return f"{number} {noun}{'' if number == 1 else 's'}"
+
+
+def health(report, path):
+    """What the watchlist says of the folder at this path."""
+    [folder] = [found for found in report["folderHealth"] if found["folder"]["path"] == path]
+    return (f"{STATES[folder['status']]} · Score {folder['score']} · {count(folder['scannedFileCount'], 'file')} · "
+            f"{count(folder['blockerCount'], 'blocker')}")  # fmt: skip
+
+
 def shown_blockers(mac):
     report = mac.ask("check")
     rows = [text for blocker in report["blockers"][:5]
@@ -101,7 +116,7 @@ def test_overview_unsafeMac_tellsTheReport(overview, mac):
     newest = mac.history[0]
     expect_among(application, AWARENESS, f"Reason: {REASONS[newest['topBlockerReason']]}",
                  f"Folder: {newest['topBlockerFolderName']}", "Reveal in Finder")  # fmt: skip
-    folders = [text for folder in mac.watchlist for text in (folder["name"], folder["path"], "Remove")]
+    folders = [text for folder in mac.watchlist for text in (folder["name"], folder["path"], health(report, folder["path"]), "Remove")]
     expect_among(application, WATCHLIST, "Add Folder", *folders)
 
 
@@ -175,8 +190,8 @@ def test_addFolder_throughTheDialog_watchesAndScansIt(overview, mac):
     scans = len(mac.history)
     application.press("push button", "Add Folder", ("panel", WATCHLIST))
     type_into_dialog(application, "Add Critical Folder", str(folder), "Add to Watchlist")
-    expect_among(application, WATCHLIST, "Thesis", str(folder), "Remove")
     application.wait_scanned(scans + 1)
+    expect_among(application, WATCHLIST, "Thesis", str(folder), health(mac.ask("check"), str(folder)), "Remove")
     assert str(folder) in [watched["path"] for watched in mac.watchlist]
     [button] = [node for node in application.all("push button", "Remove") if str(folder) in node.description]
     button.press()
@@ -184,7 +199,59 @@ def test_addFolder_throughTheDialog_watchesAndScansIt(overview, mac):
     assert str(folder) not in [watched["path"] for watched in mac.watchlist]
 
 
-def test_export_throughTheDialog_writesAProofPacket(overview, mac):
+def test_watchlist_foldersDropped_areWatchedAndScanned(overview, mac, desktop):
+    application = overview()
+    folder, file = mac.home / "Documents/Thesis", mac.home / "Documents/notes.txt"
+    folder.mkdir(parents=True)
+    file.touch()
+    scans = len(mac.history)
+    application.tab_to("push button", "Add Folder")
+    x, y, width, height = application.node("heading", WATCHLIST).extents()
+    drop(desktop, application.wait_for_window(), x + width // 2, y + height // 2, [folder, file])
+    application.wait_scanned(scans + 1)
+    expect_among(application, WATCHLIST, "Thesis", str(folder), health(mac.ask("check"), str(folder)), "Remove")
+    assert str(file) not in [watched["path"] for watched in mac.watchlist]
+
+
+def test_watchlist_removed_isUndone(overview, mac):
+    application = overview()
+    before = mac.watchlist
+    application.all("push button", "Remove", ("panel", WATCHLIST))[0].press()
+    application.wait_until(lambda: mac.watchlist == before[1:], "the folder to be gone")
+    application.node("alert", f"Removed {before[0]['name']}", ("panel", WATCHLIST))
+    application.press("push button", "Undo", ("panel", WATCHLIST))
+    application.wait_until(lambda: mac.watchlist == before, "the folder to be back")
+    application.wait_for_none("push button", "Undo")
+
+
+def test_path_byKeyboard_isCopied(overview, mac, desktop):
+    application = overview()
+    path = mac.watchlist[0]["path"]
+    application.tab_to("label", path)
+    application.keys("ctrl+c")
+    application.wait_until(lambda: desktop.clipboard() == path, lambda: f"{path}: {desktop.clipboard()}")
+
+
+def test_path_byItsMenu_isCopied(overview, mac, desktop):
+    application = overview()
+    path = mac.watchlist[0]["path"]
+    application.tab_to("label", path)
+    x, y, _, height = application.node("label", path, ("panel", WATCHLIST)).extents()
+    desktop.click(x + 5, y + height // 2, button=3)
+    application.press("menu item", "Copy Path")
+    application.wait_until(lambda: desktop.clipboard() == path, lambda: f"{path}: {desktop.clipboard()}")
+    application.wait_for_none("menu item", "Copy Path")
+
+
+def test_path_byTheEditMenu_isCopied(overview, mac, desktop):
+    application = overview()
+    path = mac.watchlist[0]["path"]
+    application.tab_to("label", path)
+    application.open_menu("Edit", "Copy")
+    application.wait_until(lambda: desktop.clipboard() == path, lambda: f"{path}: {desktop.clipboard()}")
+
+
+def test_export_throughTheDialog_writesAProofPacket(overview, mac, files):
     application = overview()
     file = mac.home / "proof"
     application.press("push button", EXPORT, ("panel", TIMELINE))
@@ -193,7 +260,10 @@ def test_export_throughTheDialog_writesAProofPacket(overview, mac):
     packet = json.loads(packet.read_text())
     jsonschema.validate(packet, json.loads(SCHEMA.read_text()))
     assert packet["report"]["score"] == mac.history[0]["score"]
-    application.wait_until(lambda: any("proof.json" in text for text in card(application, TIMELINE)), "the note")
+    application.node("alert", "Proof packet exported to proof.json.", ("panel", TIMELINE))
+    application.press("push button", "Reveal in Finder", ("panel", TIMELINE))
+    uri = "file://" + urllib.parse.quote(str(file.with_suffix(".json")))
+    application.wait_until(lambda: files.shown() == [uri], lambda: f"{uri}: {files.shown()}")
 
 
 def test_theme_isChosenAndRemembered(overview, mac, desktop):
@@ -231,7 +301,7 @@ def test_terminologyOnTheDashboard_isShownWhenWanted(overview, mac):
 
 def test_refresh_whileScrolled_leavesThePageWhereItIs(overview):
     application = overview()
-    application.resize(860, 700)
+    application.resize_content(860, 700)
     application.tab_to("push button", EXPORT)
     button = application.node("push button", EXPORT, ("panel", TIMELINE), focused=True)
     heading = application.node("heading", WATCHLIST)

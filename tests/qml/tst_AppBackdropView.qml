@@ -88,6 +88,19 @@ Item {
             verify(!timer(backdrop).running);
         }
 
+        function test_backdrop_motionTurnedOnAgain_startsFromItsPlaces() {
+            const backdrop = make();
+            const once = timer(backdrop);
+            for (let step = 0; step < 12; ++step) {
+                once.triggered();
+            }
+            verify(backdrop.orbOnePhase > 0.1);
+            backdrop.motionEnabled = false;
+            backdrop.motionEnabled = true;
+            once.triggered();
+            verify(backdrop.orbOnePhase < 0.01 && backdrop.orbTwoPhase < 0.01);
+        }
+
         function test_backdrop_turnedClassic_stands() {
             const backdrop = make();
             backdrop.isClassic = true;

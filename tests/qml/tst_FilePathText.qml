@@ -59,7 +59,57 @@ Item {
         }
 
         function test_path_isPlainText() {
-            compare(make("/<b>bold</b>", 300).textFormat, Text.PlainText);
+            compare(make("/<b>bold</b>", 300).textFormat, TextEdit.PlainText);
+        }
+
+        TextEdit {
+            id: pasteboard
+            visible: false
+        }
+
+        function pasted() {
+            pasteboard.clear();
+            pasteboard.paste();
+            return pasteboard.text;
+        }
+
+        function test_copy_nothingSelected_takesTheWhole() {
+            const label = make(longPath, 300);
+            label.forceActiveFocus();
+            keyClick(Qt.Key_C, Qt.ControlModifier);
+            compare(pasted(), longPath);
+        }
+
+        function test_copy_selectionOverTheMark_takesWhatItStandsFor() {
+            const label = make(longPath, 300);
+            label.forceActiveFocus();
+            label.select(5, label.text.length - 3);
+            keyClick(Qt.Key_C, Qt.ControlModifier);
+            compare(pasted(), longPath.slice(5, -3));
+        }
+
+        function test_copy_selectionBeforeTheMark_takesThat() {
+            const label = make(longPath, 300);
+            label.forceActiveFocus();
+            label.select(1, 6);
+            keyClick(Qt.Key_C, Qt.ControlModifier);
+            compare(pasted(), "Users");
+        }
+
+        function test_menu_byKey_copiesThePath() {
+            const label = make(longPath, 300);
+            label.forceActiveFocus();
+            keyClick(Qt.Key_F10, Qt.ShiftModifier);
+            keyClick(Qt.Key_Return);
+            compare(pasted(), longPath);
+            tryVerify(() => label.activeFocus);
+        }
+
+        function test_menu_byPointer_copiesThePath() {
+            const label = make("/Users/test/b.txt", 300);
+            mouseClick(label, 10, 5, Qt.RightButton);
+            keyClick(Qt.Key_Return);
+            compare(pasted(), "/Users/test/b.txt");
         }
     }
 }

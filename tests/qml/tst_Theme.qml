@@ -48,6 +48,23 @@ ComponentCase {
         compare([Theme.text, Theme.dimmedText, Theme.green, Theme.red, Theme.popupFill].map(String), liquid);
     }
 
+    FontMetrics {
+        id: figures
+        font.family: Theme.figuresFamily
+        font.pixelSize: 100
+    }
+
+    function test_figures_areOfOneWidthInAFaceThatIsNotMonospaced() {
+        for (const figure of "123456789") {
+            compare(figures.advanceWidth(figure), figures.advanceWidth("0"), figure);
+        }
+        verify(figures.advanceWidth("i") < figures.advanceWidth("m"));
+    }
+
+    function test_verdictsFace_isInstalled() {
+        verify(Qt.fontFamilies().includes(Theme.roundedFamily));
+    }
+
     function test_motion_off_leavesNoTimeToHovering() {
         verify(Theme.hoverDuration > 0);
         Theme.motionEnabled = false;

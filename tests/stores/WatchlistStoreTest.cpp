@@ -126,6 +126,18 @@ TEST_F(WatchlistStoreTest, removal_keepsTheOthersInOrderAndSaves) {
   EXPECT_EQ(stored(), store.folders());
 }
 
+TEST_F(WatchlistStoreTest, restored_isTheSameEntryInItsPlaceAndSaved) {
+  WatchlistStore store = open();
+  store.addFolder("/Users/test/Alpha");
+  store.addFolder("/Users/test/Beta");
+  const std::vector<WatchFolder> before = store.folders();
+  store.removeFolder(UUID(before[0].id));
+  store.restoreFolder(before[0]);
+  store.restoreFolder(before[0]);
+  EXPECT_EQ(store.folders(), before);
+  EXPECT_EQ(open().folders(), before);
+}
+
 TEST_F(WatchlistStoreTest, removalOfTheLastFolder_bringsNoDefaultUntilTheNextLaunch) {
   makeICloudDrive();
   WatchlistStore store = open();

@@ -41,6 +41,14 @@ TEST(AppSettings, numbersStoredByHand_areTruthValues) {
   }
 }
 
+TEST(AppSettings, notifications_storedAsNoTruthValue_areOffAsTheServiceTakesThem) {
+  for (const DefaultsValue& stored : {DefaultsValue("maybe"), DefaultsValue(OtherDefaultsValue())}) {
+    FakeUserDefaults defaults;
+    defaults.hold("guardrailNotificationsEnabled", stored);
+    EXPECT_FALSE(AppSettings(defaults).notificationsEnabled());
+  }
+}
+
 TEST(AppSettings, style_storedAsNeither_isLiquid) {
   for (const char* stored : {"Classic", "glass", ""}) {
     FakeUserDefaults defaults;

@@ -2,6 +2,7 @@
 #include "tests/ui/RowSignals.h"
 #include "ui/viewmodels/TimelineViewModel.h"
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -127,11 +128,33 @@ TEST_F(TimelineViewModelTest, export_notesTheFileByItsName) {
   EXPECT_EQ(page_->exportNote(), "Proof packet exported to proof\\u{202e}.json.");
 }
 
+TEST_F(TimelineViewModelTest, export_isRevealedWhileItsNoteStands) {
+  EXPECT_FALSE(page_->canRevealExport());
+  files_.addExisting("/Users/test/Desktop/proof.json");
+  panels_.answer = "/Users/test/Desktop/proof.json";
+  exportProofPacket();
+  EXPECT_TRUE(page_->canRevealExport());
+  page_->revealExport();
+  EXPECT_THAT(workspace_.revealed(), testing::ElementsAre("/Users/test/Desktop/proof.json"));
+  exportNoteAlarm_.ring();
+  catchUp();
+  EXPECT_EQ(page_->exportNote(), "");
+  EXPECT_FALSE(page_->canRevealExport());
+}
+
+TEST_F(TimelineViewModelTest, snapshot_ofAnotherDay_saysTheDay) {
+  ScanSnapshot snapshot = makeSnapshot(true, 97);
+  EXPECT_EQ(rowOf(snapshot).time, "6:21:00 PM");
+  snapshot.timestamp -= std::chrono::hours(24);
+  EXPECT_EQ(rowOf(snapshot).time, "Nov 14, 6:21 PM");
+}
+
 TEST_F(TimelineViewModelTest, export_failed_saysWhy) {
   panels_.answer = "/Users/test/Desktop/proof.json";
   storage_.failure = Failure{"No space left on device"};
   exportProofPacket();
   EXPECT_EQ(page_->exportNote(), "Export failed: No space left on device");
+  EXPECT_FALSE(page_->canRevealExport());
 }
 
 TEST_F(TimelineViewModelTest, export_cancelled_notesNothing) {

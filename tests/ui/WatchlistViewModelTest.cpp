@@ -3,7 +3,10 @@
 #include "tests/ui/Rows.h"
 #include "ui/viewmodels/WatchlistViewModel.h"
 
-#include <QSignalSpy>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QUrl>
 #include <memory>
 #include <string>
 #include <vector>
@@ -91,6 +94,51 @@ TEST_F(WatchlistViewModelTest, remove_ofARowThatIsGone_changesNothing) {
   EXPECT_FALSE(page_->isScanning());
 }
 
+TEST_F(WatchlistViewModelTest, remove_canBeUndone) {
+  EXPECT_EQ(page_->removalNote(), "");
+  page_->remove(0);
+  EXPECT_EQ(page_->removalNote(), "Removed iCloud Drive");
+  page_->undoRemoval();
+  EXPECT_EQ(page_->removalNote(), "");
+  EXPECT_THAT(paths(), ElementsAre(drive()));
+}
+
+TEST_F(WatchlistViewModelTest, remove_tenSecondsLater_isDone) {
+  page_->remove(0);
+  removalAlarm_.ring();
+  catchUp();
+  EXPECT_EQ(page_->removalNote(), "");
+  page_->undoRemoval();
+  EXPECT_TRUE(page_->isEmpty());
+}
+
+TEST_F(WatchlistViewModelTest, removeTwo_areCountedAndComeBackTogether) {
+  dashboard_->watchlist().addFolder("/Users/test/Desktop");
+  catchUp();
+  page_->remove(0);
+  page_->remove(0);
+  EXPECT_EQ(page_->removalNote(), "Removed 2 folders");
+  page_->undoRemoval();
+  EXPECT_THAT(names(), ElementsAre("Desktop", "iCloud Drive"));
+}
+
+TEST_F(WatchlistViewModelTest, dropped_foldersAreWatchedAndNothingElse) {
+  const QTemporaryDir dir;
+  ASSERT_TRUE(QDir(dir.path()).mkdir("Thesis"));
+  ASSERT_TRUE(QFile(dir.filePath("a.txt")).open(QIODevice::WriteOnly));
+  EXPECT_TRUE(
+      page_->addDropped({QUrl::fromLocalFile(dir.filePath("Thesis") + '/'), QUrl::fromLocalFile(dir.filePath("a.txt")),
+                         QUrl("https://example.org/Folder"), QUrl::fromLocalFile(dir.filePath("gone"))}));
+  EXPECT_THAT(paths(), ElementsAre(drive(), dir.filePath("Thesis")));
+  EXPECT_TRUE(page_->isScanning());
+}
+
+TEST_F(WatchlistViewModelTest, dropped_noFolder_changesNothing) {
+  EXPECT_FALSE(page_->addDropped({QUrl("https://example.org/Folder")}));
+  EXPECT_FALSE(page_->addDropped({}));
+  EXPECT_FALSE(page_->isScanning());
+}
+
 TEST_F(WatchlistViewModelTest, removedWithoutBeingSaved_isTold) {
   storage_.privateFailure = Failure{"No space left on device"};
   page_->remove(0);
@@ -124,7 +172,45 @@ TEST_F(WatchlistViewModelTest, equalNames_keepRowsOfTheirOwn) {
   EXPECT_THAT(paths(), ElementsAre("/Users/test/b/Docs", drive()));
 }
 
+TEST_F(WatchlistViewModelTest, folder_beforeItsFirstScan_saysSo) {
+  const FolderRow row = page_->rows()->row(0);
+  EXPECT_EQ(row.health, "Not scanned yet");
+  EXPECT_EQ(row.symbol, "folder");
+  EXPECT_EQ(row.tone, Tone::Neutral);
+}
+
+TEST_F(WatchlistViewModelTest, folders_eachTellTheirOwnHealth) {
+  dashboard_->watchlist().addFolder("/Users/test/Desktop");
+  catchUp();
+  const std::vector<WatchFolder> folders = dashboard_->watchlist().folders();
+  SyncHealthReport report;
+  report.status = HealthState::danger;
+  report.folderHealth = {{folders[1].id, folders[1], 1, 0, HealthState::safe, 100},
+                         {folders[0].id, folders[0], 12, 1, HealthState::danger, 40}};
+  publishReport(report);
+  catchUp();
+  EXPECT_THAT(fieldsOf(*page_->rows(), &FolderRow::health),
+              ElementsAre("Unsafe \u00b7 Score 40 \u00b7 12 files \u00b7 1 blocker",
+                          "Safe \u00b7 Score 100 \u00b7 1 file \u00b7 0 blockers"));
+  EXPECT_THAT(fieldsOf(*page_->rows(), &FolderRow::symbol), ElementsAre("xmark.octagon.fill", "checkmark.seal.fill"));
+  EXPECT_THAT(fieldsOf(*page_->rows(), &FolderRow::tone), ElementsAre(Tone::Critical, Tone::Good));
+}
+
+TEST_F(WatchlistViewModelTest, folder_ofAStaleVerdict_hasNoColour) {
+  makeSafe();
+  page_->rescan();
+  executor_.runAll();
+  catchUp();
+  EXPECT_EQ(page_->rows()->row(0).tone, Tone::Good);
+  publishStanding(VerdictStanding::slept);
+  catchUp();
+  EXPECT_EQ(page_->rows()->row(0).tone, Tone::Neutral);
+}
+
 TEST_F(WatchlistViewModelTest, refresh_changesNoRow) {
+  page_->rescan();
+  executor_.runAll();
+  catchUp();
   const RowSignals rows(*page_->rows());
   page_->rescan();
   executor_.runAll();

@@ -30,7 +30,7 @@ PremiumTabScaffold {
             LabelValueRow {
                 label: "Last Updated"
                 value: diagnostics.lastUpdated
-                isMonospaced: true
+                hasEvenFigures: true
             }
             RescanButton {
                 symbolName: ""

@@ -20,7 +20,8 @@ PremiumTabList {
         context: page.context
     }
 
-    component Fact: AppLabel {
+    component Fact: AppText {
+        wrapMode: TextEdit.NoWrap
         font.pixelSize: Theme.captionSize
         color: Theme.dimmedText
     }

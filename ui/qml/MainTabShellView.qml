@@ -12,6 +12,9 @@ Item {
     required property AppSettings settings
     required property PageContext context
 
+    // Whether the tab bar has to save room.
+    readonly property bool isNarrow: width < Theme.wideWidth
+
     signal terminologyRequested
 
     AppBackdropView {
@@ -83,7 +86,7 @@ Item {
                             text: title
                             symbolName: symbol
                             isChosen: shell.viewModel.selectedTab === name
-                            isCompact: shell.width < Theme.wideWidth
+                            isCompact: shell.isNarrow
                             anchors.verticalCenter: parent.verticalCenter
                             onClicked: shell.viewModel.selectedTab = name
                             onIsChosenChanged: if (isChosen) tabs.reveal(this)
@@ -92,6 +95,7 @@ Item {
                     }
                     DropDownMenu {
                         id: extraTabs
+                        isCompact: shell.isNarrow
                         text: shell.viewModel.extraTabsLabel
                         entries: shell.viewModel.extraTabs
                         chosenIndex: shell.viewModel.extraTabs.indexOf(shell.viewModel.selectedTab)
@@ -108,22 +112,34 @@ Item {
                 Layout.preferredWidth: 0
             }
             AppLabel {
+                id: statusLine
                 text: shell.viewModel.updateStatusLine
                 font.pixelSize: Theme.captionSize
                 color: Theme.dimmedText
                 horizontalAlignment: Text.AlignRight
                 Layout.fillWidth: true
-                Layout.minimumWidth: Math.min(60, Math.ceil(implicitWidth))
+                // The tabs scroll before it says nothing any more.
+                Layout.minimumWidth: Math.min(110, Math.ceil(implicitWidth))
                 // Takes what the tabs leave.
                 Layout.preferredWidth: 0
                 Layout.maximumWidth: Math.min(300, Math.ceil(implicitWidth))
+
+                HoverHandler {
+                    id: statusPointer
+                }
+                AppToolTip {
+                    text: statusLine.text
+                    visible: statusPointer.hovered && statusLine.truncated
+                }
             }
             ActionButton {
                 text: shell.viewModel.buildLabel
+                isCompact: shell.isNarrow
                 description: "Copies the version"
                 onClicked: shell.viewModel.copyBuild()
             }
             RescanButton {
+                isCompact: shell.isNarrow
                 isScanning: shell.viewModel.isScanning
                 onClicked: shell.viewModel.rescan()
                 Layout.fillWidth: false

@@ -19,7 +19,8 @@ ApplicationWindow {
     width: 1120
     height: 800
     minimumWidth: 860
-    minimumHeight: 700
+    // The content's, with the menu bar above it.
+    minimumHeight: 700 + (menuBar ? menuBar.height : 0)
     color: Theme.liquidBottom
 
     // Made at their first use, since they take longer than the tab bar.
@@ -28,9 +29,17 @@ ApplicationWindow {
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
-    readonly property bool canCopy: (text?.selectedText ?? "") !== ""
+    readonly property bool canCopy: text instanceof ElidedText || (text?.selectedText ?? "") !== ""
     onActiveFocusItemChanged: if (activeFocusItem instanceof TextEdit) text = activeFocusItem as TextEdit
 
+    // A name or path knows what its mark stands for.
+    function copy() {
+        if (text instanceof ElidedText) {
+            (text as ElidedText).copyWhole();
+        } else {
+            text.copy();
+        }
+    }
     function showGuide() {
         guide = guide ?? guideComponent.createObject(contentItem);
         guide.open();
@@ -97,7 +106,7 @@ ApplicationWindow {
                 window.showAbout();
                 break;
             case "copy":
-                window.text.copy();
+                window.copy();
                 break;
             case "selectAll":
                 window.text.forceActiveFocus(Qt.PopupFocusReason);

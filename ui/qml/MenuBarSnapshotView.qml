@@ -34,15 +34,15 @@ ColumnLayout {
         AppLabel {
             text: view.snapshot.statusLabel
             color: view.stateColor
-            font.pixelSize: Theme.numberSize
-            font.weight: Font.Bold
+            font.pixelSize: Theme.headlineSize
+            font.weight: Font.DemiBold
             Layout.fillWidth: true
         }
         AppLabel {
             text: view.snapshot.score
             color: view.stateColor
-            font.pixelSize: Theme.numberSize
-            font.weight: Font.Bold
+            font.pixelSize: Theme.headlineSize
+            font.weight: Font.DemiBold
         }
     }
     AppLabel {
@@ -79,6 +79,7 @@ ColumnLayout {
         }
         FilePathText {
             path: view.snapshot.topBlocker
+            copyLabel: "Copy"
             color: Theme.text
             font.pixelSize: Theme.subheadlineSize
             Layout.fillWidth: true
@@ -146,12 +147,11 @@ ColumnLayout {
             Layout.columnSpan: 2
         }
     }
-    AppText {
+    NoteRow {
         text: view.snapshot.exportNote
-        visible: text.length > 0
-        font.pixelSize: Theme.captionSize
-        color: Theme.secondaryText
-        Layout.fillWidth: true
+        textSize: Theme.captionSize
+        action: view.snapshot.canRevealExport ? "Reveal in Finder" : ""
+        onActed: view.snapshot.revealExport()
     }
     ToggleSwitch {
         text: "Show terminology in dashboard"

@@ -21,14 +21,10 @@ PremiumTabScaffold {
     PremiumCard {
         heading: "Safe to Close"
         showsHeading: true
-        spacing: Theme.rowSpacing
 
-        AppText {
+        VerdictText {
             text: explainer.verdict
-            font.pixelSize: Theme.verdictSize
-            font.weight: Font.Black
             color: Tone.color(explainer.verdictTone)
-            Layout.fillWidth: true
             Accessible.description: explainer.verdictNote
         }
         AppText {
@@ -108,7 +104,6 @@ PremiumTabScaffold {
         visible: explainer.hasTopBlocker
         heading: "Top Blocking Reason"
         showsHeading: true
-        spacing: Theme.rowSpacing
 
         AppText {
             text: explainer.topBlockerReason

@@ -44,7 +44,7 @@ PremiumTabScaffold {
             LabelValueRow {
                 label: "Captured"
                 value: status.capturedAt
-                isMonospaced: true
+                hasEvenFigures: true
             }
             RescanButton {
                 text: "Refresh"

@@ -59,26 +59,6 @@ PremiumTabScaffold {
         }
     }
 
-    PremiumCard {
-        visible: !catalogue.hasHomebrew
-        heading: "Homebrew"
-
-        RowLayout {
-            spacing: Theme.cardSpacing
-            Layout.fillWidth: true
-
-            WarningText {
-                text: "Homebrew not found. Install Homebrew first to use one-click installs."
-                role: Accessible.StaticText
-            }
-            ActionButton {
-                text: "Download Homebrew"
-                description: "Opens a web page"
-                onClicked: catalogue.openHomebrewPage()
-            }
-        }
-    }
-
     Repeater {
         model: catalogue.tools
 
@@ -98,7 +78,6 @@ PremiumTabScaffold {
             required property bool canInstall
 
             heading: name
-            spacing: Theme.rowSpacing
 
             RowLayout {
                 spacing: Theme.rowSpacing
@@ -173,6 +152,26 @@ PremiumTabScaffold {
                 Item {
                     Layout.fillWidth: card.status.length === 0
                 }
+            }
+        }
+    }
+
+    PremiumCard {
+        visible: !catalogue.hasHomebrew
+        heading: "Homebrew"
+
+        RowLayout {
+            spacing: Theme.cardSpacing
+            Layout.fillWidth: true
+
+            WarningText {
+                text: "Homebrew not found. Install Homebrew first to use one-click installs."
+                role: Accessible.StaticText
+            }
+            ActionButton {
+                text: "Download Homebrew"
+                description: "Opens a web page"
+                onClicked: catalogue.openHomebrewPage()
             }
         }
     }

@@ -20,7 +20,6 @@ void ActionsViewModel::update() {
                     .title = toQString(action.title),
                     .detail = toQString(action.detail)});
   }
-  emptyText_ = rows.empty() ? toQString(report.summary) : QString();
   rows_.setRows(std::move(rows));
 }
 

@@ -30,14 +30,11 @@ class ActionsViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
-  Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
 
  public:
   using PageViewModel::PageViewModel;
 
   ListModel<ActionRow>* rows() { return &rows_; }
-  /// The report's summary while there are no steps; empty when there are some.
-  const QString& emptyText() const { return emptyText_; }
 
  protected:
   void begin() override;
@@ -45,7 +42,6 @@ class ActionsViewModel : public cirrovane::PageViewModel {
 
  private:
   ListModel<ActionRow> rows_;
-  QString emptyText_;
 };
 
 }  // namespace cirrovane

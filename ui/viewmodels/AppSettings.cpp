@@ -7,6 +7,12 @@ namespace {
 
 constexpr const char* kClassic = "classic";
 
+/// On before anybody chose; whatever is stored counts as the notifications themselves take it.
+bool areNotificationsOn(const UserDefaults& userDefaults) {
+  return !userDefaults.value(kGuardrailNotificationsEnabledKey) ||
+         userDefaults.choice(kGuardrailNotificationsEnabledKey).value_or(false);
+}
+
 }  // namespace
 
 AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference, QObject* parent)
@@ -16,7 +22,7 @@ AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPre
       isClassic_(userDefaults.text(kVisualStyleKey) == kClassic),
       motionEnabled_(userDefaults.choice(kMotionEnabledKey).value_or(true)),
       showTerminologyOnDashboard_(userDefaults.choice(kShowTerminologyOnDashboardKey).value_or(false)),
-      notificationsEnabled_(userDefaults.choice(kGuardrailNotificationsEnabledKey).value_or(true)) {
+      notificationsEnabled_(areNotificationsOn(userDefaults)) {
   visualStyles_.setRows({{.value = QStringLiteral("liquid"), .title = QStringLiteral("Liquid Glass")},
                          {.value = QStringLiteral("classic"), .title = QStringLiteral("Classic")}});
   connect(this, &AppSettings::motionEnabledChanged, this, &AppSettings::motionAllowedChanged);

@@ -87,7 +87,7 @@ SignalRow AwarenessViewModel::failedRow() const {
           .symbol = QStringLiteral("xmark.octagon.fill"),
           .tone = Tone::Critical,
           .title = QStringLiteral("Last Failed Sync"),
-          .text = verdictTimeText(*failed, context()->timeText()),
+          .text = verdictTimeText(*failed, context()->timeText(), dashboard().now()),
           .reason = reason.isEmpty() ? QString() : QStringLiteral("Reason: ") + reason,
           .folder = folder ? QStringLiteral("Folder: ") + toDisplay(*folder) : QString(),
           .explanation = path ? QString() : noPath,
@@ -108,7 +108,7 @@ SignalRow AwarenessViewModel::safeRow() const {
           .symbol = QStringLiteral("checkmark.circle.fill"),
           .tone = Tone::Good,
           .title = QStringLiteral("Last Confirmed Safe Scan"),
-          .text = verdictTimeText(*safe, context()->timeText()),
+          .text = verdictTimeText(*safe, context()->timeText(), dashboard().now()),
           .date = toQString(context()->timeText().dayAndTime(safe->timestamp))};
 }
 

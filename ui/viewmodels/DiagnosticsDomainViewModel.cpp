@@ -32,7 +32,7 @@ QString DiagnosticsDomainViewModel::title() const {
 
 QString DiagnosticsDomainViewModel::lastUpdated() const {
   const std::optional<Time> time = context() == nullptr ? std::nullopt : dashboard().diagnosticsUpdatedAt();
-  return time ? toQString(context()->timeText().timeOfDay(*time)) : QStringLiteral("Not yet");
+  return time ? toQString(context()->timeText().moment(*time, dashboard().now())) : QStringLiteral("Not yet");
 }
 
 void DiagnosticsDomainViewModel::begin() {

@@ -79,7 +79,7 @@ Tone HealthViewModel::verdictTone() const {
 }
 
 QString HealthViewModel::verdictNote() const {
-  return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText());
+  return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText(), dashboard().now());
 }
 
 QString HealthViewModel::liveness() const {
@@ -106,9 +106,9 @@ QString HealthViewModel::updatedText() const {
   if (context() == nullptr) {
     return {};
   }
-  return verdict_.isKnown()
-             ? QStringLiteral("Updated ") + toQString(context()->timeText().timeOfDay(summary_.generatedAt))
-             : QStringLiteral("Not scanned yet");
+  return verdict_.isKnown() ? QStringLiteral("Updated ") +
+                                  toQString(context()->timeText().moment(summary_.generatedAt, dashboard().now()))
+                            : QStringLiteral("Not scanned yet");
 }
 
 }  // namespace cirrovane

@@ -6,17 +6,17 @@ namespace cirrovane {
 
 HealthWords healthWords(std::optional<HealthState> state) {
   if (!state) {
-    return {"Scanning", "ellipsis.circle"};
+    return {"Scanning", "ellipsis.circle", "Scanning"};
   }
   switch (*state) {
     case HealthState::safe:
-      return {"Green Safe", "checkmark.seal.fill"};
+      return {"Green Safe", "checkmark.seal.fill", "Safe"};
     case HealthState::warning:
-      return {"Yellow Needs Attention", "exclamationmark.triangle.fill"};
+      return {"Yellow Needs Attention", "exclamationmark.triangle.fill", "Needs Attention"};
     case HealthState::danger:
       break;
   }
-  return {"Red Unsafe", "xmark.octagon.fill"};
+  return {"Red Unsafe", "xmark.octagon.fill", "Unsafe"};
 }
 
 Tone verdictTone(const ShownVerdict& verdict) {
@@ -26,9 +26,9 @@ Tone verdictTone(const ShownVerdict& verdict) {
   return verdict.safeToClose ? Tone::Good : Tone::Critical;
 }
 
-QString asOfText(const ShownVerdict& verdict, const TimeText& timeText) {
+QString asOfText(const ShownVerdict& verdict, const TimeText& timeText, Time now) {
   return verdict.isStale() && verdict.confirmedAt
-             ? QStringLiteral("as of ") + toQString(timeText.timeOfDay(*verdict.confirmedAt))
+             ? QStringLiteral("as of ") + toQString(timeText.moment(*verdict.confirmedAt, now))
              : QString();
 }
 
@@ -48,8 +48,8 @@ QString livenessText(const ShownVerdict& verdict, const Liveness& liveness) {
   return liveness.reason.empty() ? state : state + QStringLiteral(". ") + toDisplay(liveness.reason);
 }
 
-QString staleNote(const ShownVerdict& verdict, const TimeText& timeText) {
-  return verdict.isStale() ? asOfText(verdict, timeText) + QStringLiteral(". ") + staleReason(verdict) : QString();
+QString staleNote(const ShownVerdict& verdict, const TimeText& timeText, Time now) {
+  return verdict.isStale() ? asOfText(verdict, timeText, now) + QStringLiteral(". ") + staleReason(verdict) : QString();
 }
 
 }  // namespace cirrovane

@@ -17,6 +17,8 @@ struct HealthWords {
   /// The colour and the state in words: "Green Safe".
   std::string_view label;
   std::string_view symbol;
+  /// The state alone: "Safe".
+  std::string_view state;
 };
 
 /// Without a state the sign says neither good nor bad.
@@ -25,8 +27,8 @@ HealthWords healthWords(std::optional<HealthState> state);
 /// The tone of the verdict itself: neutral while it is unknown, and for a YES that is stale.
 Tone verdictTone(const ShownVerdict& verdict);
 
-/// "as of 6:21:07 PM" for a YES that is stale; empty otherwise.
-QString asOfText(const ShownVerdict& verdict, const TimeText& timeText);
+/// "as of 6:21:07 PM", with the day unless that is today, for a YES that is stale; empty otherwise.
+QString asOfText(const ShownVerdict& verdict, const TimeText& timeText, Time now);
 
 /// Why a YES is stale, as a sentence; empty when it is not.
 QString staleReason(const ShownVerdict& verdict);
@@ -36,6 +38,6 @@ QString staleReason(const ShownVerdict& verdict);
 QString livenessText(const ShownVerdict& verdict, const Liveness& liveness);
 
 /// When and why a YES is stale, in one line.
-QString staleNote(const ShownVerdict& verdict, const TimeText& timeText);
+QString staleNote(const ShownVerdict& verdict, const TimeText& timeText, Time now);
 
 }  // namespace cirrovane

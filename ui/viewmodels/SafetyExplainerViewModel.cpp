@@ -36,9 +36,9 @@ void SafetyExplainerViewModel::begin() {
 void SafetyExplainerViewModel::update() {
   const SyncHealthReport& report = dashboard().report();
   verdict_ = dashboard().verdict();
-  lastEvaluation_ =
-      QStringLiteral("Last evaluation: ") +
-      (verdict_.isKnown() ? toQString(context()->timeText().timeOfDay(report.generatedAt)) : QStringLiteral("not yet"));
+  lastEvaluation_ = QStringLiteral("Last evaluation: ") +
+                    (verdict_.isKnown() ? toQString(context()->timeText().moment(report.generatedAt, dashboard().now()))
+                                        : QStringLiteral("not yet"));
   showCriteria();
   const SyncBlocker* blocker = report.blockers.empty() ? nullptr : &report.blockers.front();
   topBlockerReason_ = blocker != nullptr ? toQString(displayTitle(blocker->reason)) : QString();
@@ -51,7 +51,7 @@ Tone SafetyExplainerViewModel::verdictTone() const {
 }
 
 QString SafetyExplainerViewModel::verdictNote() const {
-  return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText());
+  return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText(), dashboard().now());
 }
 
 void SafetyExplainerViewModel::showCriteria() {

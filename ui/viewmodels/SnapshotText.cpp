@@ -4,9 +4,9 @@
 
 namespace cirrovane {
 
-QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText) {
+QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText, Time now) {
   return (snapshot.safeToClose ? QStringLiteral("Safe at ") : QStringLiteral("Unsafe at ")) +
-         toQString(timeText.timeOfDay(snapshot.timestamp));
+         toQString(timeText.moment(snapshot.timestamp, now));
 }
 
 QString topReasonTitle(const ScanSnapshot& snapshot) {

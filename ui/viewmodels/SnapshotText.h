@@ -7,8 +7,8 @@
 
 namespace cirrovane {
 
-/// "Safe at 6:21:07 PM" or "Unsafe at 6:21:07 PM".
-QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText);
+/// "Safe at 6:21:07 PM" or "Unsafe at 6:21:07 PM"; with the day unless that is today.
+QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText, Time now);
 /// The title of the first blocker's reason; empty when it is unknown, or when there was none.
 QString topReasonTitle(const ScanSnapshot& snapshot);
 

@@ -45,7 +45,7 @@ QString SnapshotViewModel::liveness() const {
 QString SnapshotViewModel::verdict() const {
   const ShownVerdict& verdict = dashboard().verdict();
   if (verdict.isStale()) {
-    return QStringLiteral("Safe to close ") + asOfText(verdict, timeText_);
+    return QStringLiteral("Safe to close ") + asOfText(verdict, timeText_, dashboard().now());
   }
   return verdict.safeToClose ? QStringLiteral("Safe to close now") : QStringLiteral("Do not close yet");
 }
@@ -71,7 +71,7 @@ QString SnapshotViewModel::topBlocker() const {
 }
 
 QString SnapshotViewModel::lastFailedTime() const {
-  return lastFailed_ ? toQString(timeText_.timeOfDay(lastFailed_->timestamp)) : QString();
+  return lastFailed_ ? toQString(timeText_.moment(lastFailed_->timestamp, dashboard().now())) : QString();
 }
 
 QString SnapshotViewModel::lastFailedDate() const {
@@ -84,6 +84,16 @@ QString SnapshotViewModel::lastFailedReason() const {
 
 QString SnapshotViewModel::exportNote() const {
   return toDisplay(dashboard().exportNote().value_or(""));
+}
+
+bool SnapshotViewModel::canRevealExport() const {
+  return dashboard().exportedFile().has_value();
+}
+
+void SnapshotViewModel::revealExport() {
+  if (const auto file = dashboard().exportedFile()) {
+    dashboard().revealInFinder(*file);
+  }
 }
 
 void SnapshotViewModel::exportProofPacket() {

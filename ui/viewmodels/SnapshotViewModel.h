@@ -30,6 +30,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_PROPERTY(QString lastFailedDate READ lastFailedDate NOTIFY historyChanged)
   Q_PROPERTY(QString lastFailedReason READ lastFailedReason NOTIFY historyChanged)
   Q_PROPERTY(QString exportNote READ exportNote NOTIFY exportNoteChanged)
+  Q_PROPERTY(bool canRevealExport READ canRevealExport NOTIFY exportNoteChanged)
 
  public:
   /// The arguments outlive this.
@@ -57,14 +58,18 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   QString topBlocker() const;
 
   bool hasLastFailed() const { return lastFailed_.has_value(); }
-  /// Time of day. This and the next two are empty when no scan failed.
+  /// Time of day; with the day unless that is today. This and the next two are empty when no scan failed.
   QString lastFailedTime() const;
   QString lastFailedDate() const;
   /// It is empty too when it is unknown.
   QString lastFailedReason() const;
 
-  /// How the latest export ended; empty before the first.
+  /// How the latest export ended; empty before the first, and some time after one that succeeded.
   QString exportNote() const;
+  /// Whether the note is about a file.
+  bool canRevealExport() const;
+  /// Shows that file in the file manager.
+  Q_INVOKABLE void revealExport();
 
   /// Lets the user name a file for a proof packet; exportEnded() comes when that is done or cancelled.
   Q_INVOKABLE void exportProofPacket();

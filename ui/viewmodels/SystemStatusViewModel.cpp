@@ -54,7 +54,7 @@ void SystemStatusViewModel::showLive() {
   std::string confirmed = "Not scanned yet";
   if (verdict.confirmedAt) {
     const bool isLive = liveness.state == LivenessState::live;
-    confirmed = isLive ? "Now" : context()->timeText().timeOfDay(*verdict.confirmedAt);
+    confirmed = isLive ? "Now" : context()->timeText().moment(*verdict.confirmedAt, dashboard().now());
   }
   const std::string reason = liveness.reason.empty() ? "None" : liveness.reason;
   show(live_, {{"State", std::string(livenessLabel(liveness.state))},
@@ -67,8 +67,9 @@ QString SystemStatusViewModel::capturedAt() const {
   if (context() == nullptr) {
     return {};
   }
-  return status_ == SystemStatusSnapshot::empty() ? QStringLiteral("Not yet")
-                                                  : toQString(context()->timeText().timeOfDay(status_.capturedAt));
+  return status_ == SystemStatusSnapshot::empty()
+             ? QStringLiteral("Not yet")
+             : toQString(context()->timeText().moment(status_.capturedAt, dashboard().now()));
 }
 
 bool SystemStatusViewModel::hasMemoryGauge() const {

@@ -1,5 +1,6 @@
 #include "ui/viewmodels/TimelineViewModel.h"
 
+#include "ui/viewmodels/CountText.h"
 #include "ui/viewmodels/SaveFailureText.h"
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
@@ -17,10 +18,6 @@ QString verdictOf(const ScanSnapshot& snapshot) {
   }
   const QString reason = topReasonTitle(snapshot);
   return reason.isEmpty() ? QStringLiteral("Unsafe") : reason;
-}
-
-QString blockerCountText(std::int64_t count) {
-  return (count == 1 ? QStringLiteral("%1 blocker") : QStringLiteral("%1 blockers")).arg(count);
 }
 
 QString localText(const ScanSnapshot& snapshot) {
@@ -44,18 +41,25 @@ void TimelineViewModel::update() {
   rows_.setRows(std::move(rows));
   saveFailure_ = saveFailureText("scan history", dashboard().historyStore().saveFailure());
   exportNote_ = toDisplay(dashboard().exportNote().value_or(""));
+  exportedFile_ = dashboard().exportedFile();
 }
 
 ScanRow TimelineViewModel::rowOf(const ScanSnapshot& snapshot) const {
   const TimeText& timeText = context()->timeText();
-  return {.time = toQString(timeText.timeOfDay(snapshot.timestamp)),
+  return {.time = toQString(timeText.moment(snapshot.timestamp, dashboard().now())),
           .date = toQString(timeText.dayAndTime(snapshot.timestamp)),
           .score = QStringLiteral("Score %1").arg(snapshot.score),
           .local = localText(snapshot),
-          .blockers = blockerCountText(snapshot.blockerCount),
+          .blockers = countText(snapshot.blockerCount, "blocker"),
           .verdict = verdictOf(snapshot),
           .tone = toneOf(snapshot.status),
           .key = toQString(snapshot.id.text())};
+}
+
+void TimelineViewModel::revealExport() {
+  if (exportedFile_) {
+    reveal(*exportedFile_);
+  }
 }
 
 void TimelineViewModel::exportProofPacket() {

@@ -7,6 +7,8 @@
 
 #include <QString>
 #include <QtQmlIntegration>
+#include <optional>
+#include <string>
 
 namespace cirrovane {
 
@@ -47,6 +49,7 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
   Q_PROPERTY(QString saveFailure READ saveFailure NOTIFY changed)
   Q_PROPERTY(QString exportNote READ exportNote NOTIFY changed)
+  Q_PROPERTY(bool canRevealExport READ canRevealExport NOTIFY changed)
 
  public:
   using PageViewModel::PageViewModel;
@@ -58,9 +61,14 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   ListModel<ScanRow>* rows() { return &rows_; }
   /// Why the latest scan is not on the disk; empty when it is.
   const QString& saveFailure() const { return saveFailure_; }
-  /// How the latest export ended; empty before the first.
+  /// How the latest export ended; empty before the first, and some time after one that succeeded.
   const QString& exportNote() const { return exportNote_; }
 
+  /// Whether the note is about a file.
+  bool canRevealExport() const { return exportedFile_.has_value(); }
+
+  /// Shows that file in the file manager.
+  Q_INVOKABLE void revealExport();
   /// Lets the user name a file for a proof packet.
   Q_INVOKABLE void exportProofPacket();
 
@@ -75,6 +83,7 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   ListModel<ScanRow> rows_;
   QString saveFailure_;
   QString exportNote_;
+  std::optional<std::string> exportedFile_;
 };
 
 }  // namespace cirrovane

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "base/UUID.h"
+#include "core/SyncHealthReport.h"
 #include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
 #include "ui/viewmodels/Text.h"
+#include "ui/viewmodels/Tone.h"
 
+#include <QList>
 #include <QString>
+#include <QUrl>
 #include <QtQmlIntegration>
 
 namespace cirrovane {
@@ -15,10 +19,18 @@ struct FolderRow {
   Q_GADGET
   Q_PROPERTY(QString name MEMBER name)
   Q_PROPERTY(QString path MEMBER path)
+  Q_PROPERTY(QString symbol MEMBER symbol)
+  Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone)
+  Q_PROPERTY(QString health MEMBER health)
 
  public:
   QString name;
   QString path;
+  /// Of the folder's own state. A plain folder before its first scan.
+  QString symbol;
+  Tone tone = Tone::Neutral;
+  /// "Unsafe · Score 40 · 12 files · 1 blocker"; "Not scanned yet" before its first scan.
+  QString health;
   UUID id = {};
 
   friend bool operator==(const FolderRow&, const FolderRow&) = default;
@@ -31,6 +43,7 @@ class WatchlistViewModel : public cirrovane::PageViewModel {
   QML_ELEMENT
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
   Q_PROPERTY(cirrovane::ListModelBase* rows READ rows CONSTANT)
+  Q_PROPERTY(QString removalNote READ removalNote NOTIFY changed)
   Q_PROPERTY(QString saveFailure READ saveFailure NOTIFY changed)
 
  public:
@@ -42,10 +55,17 @@ class WatchlistViewModel : public cirrovane::PageViewModel {
   /// Why the latest change is not on the disk; empty when it is.
   const QString& saveFailure() const { return saveFailure_; }
 
+  /// What was just removed and can be brought back; empty when nothing can.
+  const QString& removalNote() const { return removalNote_; }
+
+  /// Watches what was dropped here, and answers whether a folder was among it.
+  Q_INVOKABLE bool addDropped(const QList<QUrl>& items);
   /// Lets the user pick a folder to watch.
   Q_INVOKABLE void addFolder();
   /// Stops watching a row's folder, and scans again.
   Q_INVOKABLE void remove(int row);
+  /// Brings back what the note is about.
+  Q_INVOKABLE void undoRemoval();
 
  protected:
   void begin() override;
@@ -53,6 +73,7 @@ class WatchlistViewModel : public cirrovane::PageViewModel {
 
  private:
   ListModel<FolderRow> rows_;
+  QString removalNote_;
   QString saveFailure_;
 };
 

@@ -8,14 +8,17 @@ T.Button {
     property string symbolName: ""
     property bool isPlain: false
     property bool isChosen: false
+    // Whether it takes less room to its sides.
+    property bool isCompact: false
+    property real symbolAngle: 0
     // What a screen reader says besides the text.
     property string description: ""
     property color tint: Theme.text
 
     implicitHeight: Theme.controlHeight
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    leftPadding: Theme.controlPadding
-    rightPadding: Theme.controlPadding
+    leftPadding: isCompact ? Theme.rowSpacing : Theme.controlPadding
+    rightPadding: leftPadding
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     opacity: enabled ? 1 : 0.5
@@ -33,6 +36,7 @@ T.Button {
                 name: button.symbolName.length > 0 ? button.symbolName : "xmark"
                 visible: button.symbolName.length > 0
                 size: 15
+                rotation: button.symbolAngle
                 color: button.tint
                 anchors.verticalCenter: parent.verticalCenter
             }

@@ -55,6 +55,8 @@ Item {
 
     // So slow a drift needs few pictures a second, and each costs a repaint of the whole window.
     Timer {
+        id: drift
+
         property real elapsed: 0
 
         interval: 250
@@ -70,6 +72,8 @@ Item {
 
     onMotionEnabledChanged: {
         if (!motionEnabled) {
+            // The next drift begins where the lights are now.
+            drift.elapsed = 0;
             orbOnePhase = 0;
             orbTwoPhase = 0;
         }

@@ -32,8 +32,8 @@ GridLayout {
         Layout.column: 1
         Layout.fillWidth: true
     }
-    AppLabel {
-        text: row.folderName
+    ElidedText {
+        whole: row.folderName
         font.pixelSize: Theme.subheadlineSize
         color: Theme.secondaryText
         Layout.row: 1

@@ -22,7 +22,7 @@ ActionButton {
     }
 
     description: "Opens a list"
-    rightPadding: Theme.controlPadding + 16
+    rightPadding: leftPadding + 16
     onClicked: popup.opened ? popup.close() : openList()
     Keys.onDownPressed: openList()
 

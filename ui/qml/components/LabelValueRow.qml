@@ -7,7 +7,7 @@ RowLayout {
 
     required property string label
     required property string value
-    property bool isMonospaced: false
+    property bool hasEvenFigures: false
 
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
@@ -25,7 +25,7 @@ RowLayout {
         text: row.value
         font.pixelSize: Theme.subheadlineSize
         font.weight: Font.Medium
-        isMonospaced: row.isMonospaced
+        hasEvenFigures: row.hasEvenFigures
         horizontalAlignment: TextEdit.AlignRight
         Layout.fillWidth: true
         Accessible.ignored: true

@@ -10,7 +10,6 @@ Item {
     property string heading: ""
     // Whether the card shows the heading too.
     property bool showsHeading: false
-    property alias spacing: column.spacing
 
     implicitWidth: column.implicitWidth + 2 * Theme.cardPadding
     implicitHeight: column.implicitHeight + 2 * Theme.cardPadding

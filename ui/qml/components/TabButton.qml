@@ -29,7 +29,7 @@ T.TabButton {
         }
         AppLabel {
             text: button.text
-            font.pixelSize: Theme.subheadlineSize
+            font.pixelSize: button.isCompact ? Theme.smallSize : Theme.subheadlineSize
             font.weight: button.isChosen ? Font.DemiBold : Font.Normal
             anchors.verticalCenter: parent.verticalCenter
             Accessible.ignored: true

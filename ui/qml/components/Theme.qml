@@ -12,6 +12,28 @@ QtObject {
     // The linter of Qt 6.4 does not know Qt.application.font.
     readonly property string family: Qt.application.font.family // qmllint disable
     readonly property string monospacedFamily: Qt.platform.os === "osx" ? "Menlo" : "monospace"
+    // For figures that change in place: each as wide as the others. The text's own face where it has such figures, else
+    // the first face here that has them.
+    property string figuresFamily: family
+    // For the verdict. The text's own face where none of the rounded ones is installed.
+    property string roundedFamily: family
+
+    property FontMetrics metrics: FontMetrics {
+    }
+
+    function hasEvenFigures(face: string): bool {
+        metrics.font.family = face;
+        const width = metrics.advanceWidth("0000");
+        return [1, 2, 3, 4, 5, 6, 7, 8, 9].every(figure => metrics.advanceWidth(String(figure).repeat(4)) === width);
+    }
+
+    Component.onCompleted: {
+        const installed = Qt.fontFamilies();
+        const firstOf = (faces, isFit) => faces.filter(face => installed.includes(face)).find(isFit) ?? family;
+        figuresFamily = hasEvenFigures(family) ? family : firstOf(["Noto Sans", "Helvetica Neue", "DejaVu Sans"],
+                                                                  hasEvenFigures);
+        roundedFamily = firstOf(["SF Pro Rounded", "Arial Rounded MT Bold", "Quicksand"], () => true);
+    }
 
     // Type sizes, in pixels
     readonly property int titleSize: 30
@@ -20,6 +42,7 @@ QtObject {
     readonly property int countSize: 22
     readonly property int numberSize: 19
     readonly property int headingSize: 17
+    readonly property int headlineSize: 14
     readonly property int bodySize: 14
     readonly property int subheadlineSize: 13
     readonly property int smallSize: 12

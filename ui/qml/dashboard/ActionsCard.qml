@@ -21,13 +21,6 @@ PremiumCard {
         heading: card.heading
         note: "Low risk first"
     }
-    AppText {
-        text: actions.emptyText
-        visible: text.length > 0
-        font.pixelSize: Theme.subheadlineSize
-        color: Theme.dimmedText
-        Layout.fillWidth: true
-    }
     Repeater {
         model: actions.rows
 

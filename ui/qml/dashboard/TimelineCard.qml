@@ -104,11 +104,9 @@ PremiumCard {
         symbolName: "square.and.arrow.up"
         onClicked: timeline.exportProofPacket()
     }
-    AppText {
+    NoteRow {
         text: timeline.exportNote
-        visible: text.length > 0
-        font.pixelSize: Theme.subheadlineSize
-        color: Theme.secondaryText
-        Layout.fillWidth: true
+        action: timeline.canRevealExport ? "Reveal in Finder" : ""
+        onActed: timeline.revealExport()
     }
 }

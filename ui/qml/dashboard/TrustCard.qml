@@ -11,7 +11,6 @@ PremiumCard {
     required property PageContext context
 
     heading: "Safe to Close"
-    spacing: Theme.pageSpacing
 
     HealthViewModel {
         id: health
@@ -46,12 +45,9 @@ PremiumCard {
                 Layout.fillWidth: true
                 Accessible.role: Accessible.Heading
             }
-            AppText {
+            VerdictText {
                 text: health.verdict
-                font.pixelSize: Theme.verdictSize
-                font.weight: Font.Black
                 color: Tone.color(health.verdictTone)
-                Layout.fillWidth: true
                 Accessible.description: health.verdictNote
             }
             AppText {

@@ -24,6 +24,27 @@ PremiumCard {
         context: card.context
     }
 
+    // All of the card takes folders.
+    DropArea {
+        id: drops
+        parent: card
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onDropped: drop => {
+            if (watchlist.addDropped(drop.urls)) {
+                drop.accept(Qt.CopyAction);
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            visible: drops.containsDrag
+            radius: Theme.cardRadius
+            color: Theme.controlFill
+            border.width: 2
+            border.color: Theme.focusRing
+        }
+    }
     RowLayout {
         spacing: Theme.rowSpacing
         Layout.fillWidth: true
@@ -66,6 +87,14 @@ PremiumCard {
         FolderRow {
         }
     }
+    NoteRow {
+        text: watchlist.removalNote
+        action: "Undo"
+        onActed: {
+            watchlist.undoRemoval();
+            addButton.forceActiveFocus(Qt.OtherFocusReason);
+        }
+    }
     WarningText {
         text: watchlist.saveFailure
     }
@@ -76,27 +105,36 @@ PremiumCard {
         required property int index
         required property string name
         required property string path
+        required property string symbol
+        required property int tone
+        required property string health
         property alias removeButton: button
 
         spacing: Theme.rowSpacing
         Layout.fillWidth: true
 
         Symbol {
-            name: "folder"
-            color: Theme.cyan
+            name: row.symbol
+            color: Tone.color(row.tone)
             size: 18
         }
         ColumnLayout {
             spacing: 2
             Layout.fillWidth: true
 
-            AppLabel {
-                text: row.name
+            ElidedText {
+                whole: row.name
                 font.weight: Font.DemiBold
                 Layout.fillWidth: true
             }
             FilePathText {
                 path: row.path
+                Layout.fillWidth: true
+            }
+            AppText {
+                text: row.health
+                font.pixelSize: Theme.smallSize
+                color: Theme.secondaryText
                 Layout.fillWidth: true
             }
         }
