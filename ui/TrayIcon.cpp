@@ -1,7 +1,6 @@
 #include "ui/TrayIcon.h"
 
 #include "ui/SymbolImageProvider.h"
-#include "ui/viewmodels/Tone.h"
 
 #include <QAction>
 #include <QCursor>
@@ -37,11 +36,24 @@ QRect TrayIcon::geometry() const {
 }
 
 void TrayIcon::update() {
-  QIcon icon = symbolIcon(snapshot_.menuBarSymbol(), Tones::color(snapshot_.tone()), desktop_.symbolSource());
-  // A menu bar that gives its icons their colour takes the shape alone.
-  icon.setIsMask(true);
-  icon_.setIcon(icon);
-  icon_.setToolTip(snapshot_.toolTip());
+  const Sign sign{snapshot_.menuBarSymbol(), snapshot_.tone()};
+  if (shown_ != sign) {
+    shown_ = sign;
+    icon_.setIcon(drawn(sign));
+  }
+  if (const QString toolTip = snapshot_.toolTip(); icon_.toolTip() != toolTip) {
+    icon_.setToolTip(toolTip);
+  }
+}
+
+const QIcon& TrayIcon::drawn(const Sign& sign) {
+  const auto [place, isNew] = drawn_.try_emplace(sign);
+  if (isNew) {
+    place->second = symbolIcon(sign.first, Tones::color(sign.second), desktop_.symbolSource());
+    // A menu bar that gives its icons their colour takes the shape alone.
+    place->second.setIsMask(true);
+  }
+  return place->second;
 }
 
 }  // namespace cirrovane

@@ -2,10 +2,16 @@
 
 #include "platform/Desktop.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
+#include "ui/viewmodels/Tone.h"
 
+#include <QIcon>
 #include <QMenu>
 #include <QObject>
+#include <QString>
 #include <QSystemTrayIcon>
+#include <map>
+#include <optional>
+#include <utility>
 
 namespace cirrovane {
 
@@ -28,11 +34,18 @@ class TrayIcon : public QObject {
   void quitRequested();
 
  private:
+  /// A symbol and its tone.
+  using Sign = std::pair<QString, Tone>;
+
   void update();
+  const QIcon& drawn(const Sign& sign);
 
   SnapshotViewModel& snapshot_;
   const Desktop& desktop_;
   QMenu menu_;
+  /// Each drawn once, since Qt remembers the pictures of every icon that was ever shown.
+  std::map<Sign, QIcon> drawn_;
+  std::optional<Sign> shown_;
   QSystemTrayIcon icon_;
 };
 

@@ -577,6 +577,8 @@ TEST_F(Dashboard, removeFolder_canBeUndoneForTenSeconds) {
   EXPECT_THAT(dashboard_->removedFolders(), IsEmpty());
   EXPECT_EQ(removalAlarm_.after(), std::nullopt);
   runAll();
+  center_.answerAll();
+  runAll();
   EXPECT_EQ(dashboard_->report().metrics.scannedFolders, 1);
 }
 

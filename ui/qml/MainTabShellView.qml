@@ -124,12 +124,12 @@ Item {
                 Layout.preferredWidth: 0
                 Layout.maximumWidth: Math.min(300, Math.ceil(implicitWidth))
 
-                HoverHandler {
+                HoverArea {
                     id: statusPointer
                 }
                 AppToolTip {
                     text: statusLine.text
-                    visible: statusPointer.hovered && statusLine.truncated
+                    visible: statusPointer.containsMouse && statusLine.truncated
                 }
             }
             ActionButton {

@@ -16,14 +16,14 @@ T.Popup {
         menu.y = y;
         opener = parent.Window.activeFocusItem;
         open();
-        entry.forceActiveFocus(Qt.PopupFocusReason);
+        contentItem.forceActiveFocus(Qt.PopupFocusReason);
     }
 
     // Keeps the menu in the window.
     margins: 6
     padding: 6
-    implicitWidth: entry.implicitWidth + 12
-    implicitHeight: entry.implicitHeight + 12
+    implicitWidth: implicitContentWidth + 12
+    implicitHeight: implicitContentHeight + 12
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     onClosed: opener?.forceActiveFocus(Qt.PopupFocusReason)
@@ -36,40 +36,18 @@ T.Popup {
     }
 
     contentItem: FocusScope {
+        implicitWidth: childrenRect.width
+        implicitHeight: childrenRect.height
         Accessible.role: Accessible.PopupMenu
         Accessible.name: menu.text
 
-        T.MenuItem {
-            id: entry
-            anchors.fill: parent
-            implicitWidth: implicitContentWidth + 24
-            implicitHeight: 30
+        MenuEntry {
             text: menu.text
-            hoverEnabled: true
             focus: true
             onClicked: {
                 menu.close();
                 menu.picked();
             }
-
-            Keys.onReturnPressed: entry.clicked()
-            Keys.onEnterPressed: entry.clicked()
-            Keys.onSpacePressed: entry.clicked()
-
-            contentItem: AppLabel {
-                text: entry.text
-                leftPadding: 12
-                font.pixelSize: Theme.subheadlineSize
-                Accessible.ignored: true
-            }
-            background: Rectangle {
-                radius: 6
-                color: entry.hovered || entry.activeFocus ? Theme.controlPressed : "transparent"
-            }
-
-            Accessible.role: Accessible.MenuItem
-            Accessible.name: text
-            Accessible.onPressAction: entry.clicked()
         }
     }
 }

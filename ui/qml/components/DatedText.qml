@@ -8,11 +8,11 @@ AppText {
 
     Accessible.description: date
 
-    HoverHandler {
+    HoverArea {
         id: pointer
     }
     AppToolTip {
         text: text.date
-        visible: pointer.hovered && text.date.length > 0
+        visible: pointer.containsMouse && text.date.length > 0
     }
 }

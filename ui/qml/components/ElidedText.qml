@@ -89,7 +89,7 @@ TextEdit {
         border.color: Theme.focusRing
         visible: edit.activeFocus && edit.isReachedByKey
     }
-    HoverHandler {
+    HoverArea {
         id: pointer
     }
     TapHandler {
@@ -98,7 +98,7 @@ TextEdit {
     }
     AppToolTip {
         text: edit.whole
-        visible: pointer.hovered && edit.truncated && !menu.opened
+        visible: pointer.containsMouse && edit.truncated && !menu.opened
     }
     CommandMenu {
         id: menu
