@@ -55,11 +55,11 @@ constexpr std::array kScenes = {
           "CardOutline { x: 20; y: 20; width: 30; height: 26; radius: 20; fill: Qt.rgba(0.1, 0.15, 0.21, 0.5); "
           "outlineStart: Qt.rgba(0, 0, 1, 0.9); outlineEnd: Qt.rgba(1, 0, 0, 0.9) }"},
     Scene{"ring-danger",
-          "ScoreRing { x: 20; y: 20; width: 240; height: 240; progress: 30; status: \"danger\"; strokeWidth: 14; "
+          "ScoreRing { x: 20; y: 20; width: 240; height: 240; progress: 30; tone: Tone.Critical; strokeWidth: 14; "
           "shadowRadius: 12; track: Qt.rgba(0.5, 0.5, 0.5, 0.3); green: Theme.green; yellow: Theme.yellow; orange: "
           "Theme.orange; red: Theme.red }"},
     Scene{"ring-safe",
-          "ScoreRing { x: 20; y: 20; width: 240; height: 240; progress: 100; status: \"safe\"; strokeWidth: 14; "
+          "ScoreRing { x: 20; y: 20; width: 240; height: 240; progress: 100; tone: Tone.Good; strokeWidth: 14; "
           "shadowRadius: 12; track: Qt.rgba(0.5, 0.5, 0.5, 0.3); green: Theme.green; yellow: Theme.yellow; orange: "
           "Theme.orange; red: Theme.red }"},
     Scene{"chart",

@@ -1,4 +1,3 @@
-#include "core/HealthState.h"
 #include "tests/ui_items/Application.h"
 #include "ui/items/ScoreRing.h"
 
@@ -26,7 +25,7 @@ class ScoreRingTest : public ApplicationTest {
   ScoreRingTest() {
     ring_.setProperty("strokeWidth", kStroke);
     ring_.setProperty("shadowRadius", 12.0);
-    ring_.setProperty("status", QStringLiteral("safe"));
+    ring_.setProperty("tone", QVariant::fromValue(Tone::Good));
     ring_.setProperty("track", kTrack);
     ring_.setProperty("green", kGreen);
     ring_.setProperty("yellow", kYellow);
@@ -84,7 +83,7 @@ TEST_F(ScoreRingTest, half_reachesFromTopToBottomClockwise) {
 }
 
 TEST_F(ScoreRingTest, ends_areRoundAndOfTheirOwnColour) {
-  ring_.setProperty("status", QStringLiteral("danger"));
+  ring_.setProperty("tone", QVariant::fromValue(Tone::Critical));
   paint(50);
   // Five points before the top, within the cap of seven.
   const double before = 1 - 5 / (2 * std::numbers::pi * (kDiameter - kStroke) / 2);
@@ -93,17 +92,17 @@ TEST_F(ScoreRingTest, ends_areRoundAndOfTheirOwnColour) {
 }
 
 TEST_F(ScoreRingTest, hundred_closesWithoutSeam) {
-  for (const char* status : {"safe", "warning", "danger"}) {
-    ring_.setProperty("status", QString::fromLatin1(status));
+  for (const Tone tone : {Tone::Good, Tone::Caution, Tone::Critical}) {
+    ring_.setProperty("tone", QVariant::fromValue(tone));
     paint(100);
     constexpr int kSteps = 1440;
     for (int step = 0; step < kSteps; ++step) {
       const QColor here = at(static_cast<double>(step) / kSteps);
       const QColor next = at(static_cast<double>(step + 1) / kSteps);
-      ASSERT_GT(here.alpha(), 150) << status << " " << step;
-      ASSERT_LE(std::abs(here.alpha() - next.alpha()), 8) << status << " " << step;
-      ASSERT_LE(std::abs(here.red() - next.red()), 8) << status << " " << step;
-      ASSERT_LE(std::abs(here.green() - next.green()), 8) << status << " " << step;
+      ASSERT_GT(here.alpha(), 150) << static_cast<int>(tone) << " " << step;
+      ASSERT_LE(std::abs(here.alpha() - next.alpha()), 8) << static_cast<int>(tone) << " " << step;
+      ASSERT_LE(std::abs(here.red() - next.red()), 8) << static_cast<int>(tone) << " " << step;
+      ASSERT_LE(std::abs(here.green() - next.green()), 8) << static_cast<int>(tone) << " " << step;
     }
   }
 }
@@ -183,22 +182,23 @@ TEST_F(ScoreRingTest, number_changesOnlyWithItsText) {
   EXPECT_EQ(ScoreRing::spoken(QStringLiteral("Upload Trust"), 92), "Upload Trust 92");
 }
 
-TEST(RingColours, state_choosesThem) {
+TEST(RingColours, tone_choosesThem) {
   const SignalColours colours{kGreen, kYellow, kOrange, kRed};
-  const RingColours safe = ringColours(HealthState::safe, colours);
+  const RingColours safe = ringColours(Tone::Good, colours);
   EXPECT_NEAR(safe.start.alphaF(), 0.65, 0.01);
   EXPECT_EQ(safe.start.rgb(), kGreen.rgb());
   EXPECT_EQ(safe.end, kGreen);
   EXPECT_EQ(safe.glow, kGreen);
-  const RingColours warning = ringColours(HealthState::warning, colours);
+  const RingColours warning = ringColours(Tone::Caution, colours);
   EXPECT_NEAR(warning.start.alphaF(), 0.65, 0.01);
   EXPECT_EQ(warning.start.rgb(), kYellow.rgb());
   EXPECT_EQ(warning.end, kOrange);
   EXPECT_EQ(warning.glow, kYellow);
-  const RingColours danger = ringColours(HealthState::danger, colours);
+  const RingColours danger = ringColours(Tone::Critical, colours);
   EXPECT_EQ(danger.start, kOrange);
   EXPECT_EQ(danger.end, kRed);
   EXPECT_EQ(danger.glow, kRed);
+  EXPECT_EQ(ringColours(Tone::Neutral, colours).end, kRed);
 }
 
 }  // namespace

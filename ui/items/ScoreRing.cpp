@@ -1,6 +1,5 @@
 #include "ui/items/ScoreRing.h"
 
-#include "core/HealthState.h"
 #include "ui/items/ColourMesh.h"
 #include "ui/items/NormalShare.h"
 
@@ -84,13 +83,13 @@ void paintGlow(QPainter& painter, const QPainterPath& arc, const RingLook& look)
 
 }  // namespace
 
-RingColours ringColours(HealthState state, const SignalColours& signalColours) {
-  switch (state) {
-    case HealthState::safe:
+RingColours ringColours(Tone tone, const SignalColours& signalColours) {
+  switch (tone) {
+    case Tone::Good:
       return {faded(signalColours.green, kFaint), signalColours.green, signalColours.green};
-    case HealthState::warning:
+    case Tone::Caution:
       return {faded(signalColours.yellow, kFaint), signalColours.orange, signalColours.yellow};
-    case HealthState::danger:
+    default:
       break;
   }
   return {signalColours.orange, signalColours.red, signalColours.red};
@@ -166,12 +165,10 @@ QString ScoreRing::spoken(const QString& caption, int score) {
 }
 
 void ScoreRing::paint(QPainter* painter) {
-  HealthState state = HealthState::danger;
-  fromRawValue(status_.toStdString(), state);
   const RingLook look{.diameter = std::min(width(), height()) - 2 * glowMargin(),
                       .strokeWidth = strokeWidth_,
                       .shadowRadius = shadowRadius_,
-                      .colours = ringColours(state, {green_, yellow_, orange_, red_}),
+                      .colours = ringColours(tone_, {green_, yellow_, orange_, red_}),
                       .track = track_};
   paintRing(*painter, boundingRect().center(), look, progress_ / 100);
 }

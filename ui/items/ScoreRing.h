@@ -1,18 +1,16 @@
 #pragma once
 
+#include "ui/viewmodels/Tone.h"
+
 #include <QColor>
 #include <QPainter>
 #include <QQuickPaintedItem>
 #include <QString>
 #include <QtQmlIntegration>
-#include <cstdint>
 
 namespace cirrovane {
 
-// Not included, because the meta-object compiler of Qt 6.4 stumbles over what the header includes.
-enum class HealthState : std::uint8_t;
-
-/// The colours that the states are made of.
+/// The colours that a ring's are made of.
 struct SignalColours {
   QColor green;
   QColor yellow;
@@ -27,7 +25,8 @@ struct RingColours {
   QColor glow;
 };
 
-RingColours ringColours(HealthState state, const SignalColours& signalColours);
+/// Those of a good tone, of caution, and of all others, which say danger.
+RingColours ringColours(Tone tone, const SignalColours& signalColours);
 
 /// How far a glow can be seen beyond the edge of what glows.
 double glowReach(double shadowRadius);
@@ -59,8 +58,7 @@ class ScoreRing : public QQuickPaintedItem {
   Q_PROPERTY(qreal progress READ progress WRITE setProgress NOTIFY progressChanged)
   /// The progress as a whole number.
   Q_PROPERTY(QString number READ number NOTIFY numberChanged)
-  /// "safe", "warning" or "danger"; any other counts as danger.
-  Q_PROPERTY(QString status MEMBER status_ NOTIFY lookChanged)
+  Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone_ NOTIFY lookChanged)
   Q_PROPERTY(qreal strokeWidth MEMBER strokeWidth_ NOTIFY lookChanged)
   Q_PROPERTY(qreal shadowRadius MEMBER shadowRadius_ NOTIFY lookChanged)
   Q_PROPERTY(qreal glowMargin READ glowMargin NOTIFY lookChanged)
@@ -90,7 +88,7 @@ class ScoreRing : public QQuickPaintedItem {
 
  private:
   qreal progress_ = 0;
-  QString status_;
+  Tone tone_ = Tone::Neutral;
   qreal strokeWidth_ = 0;
   qreal shadowRadius_ = 0;
   QColor track_;

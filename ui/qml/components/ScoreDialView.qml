@@ -32,7 +32,7 @@ Item {
         width: dial.dialSize + 2 * glowMargin
         height: width
         progress: spring.value
-        status: dial.tone === Tone.Good ? "safe" : dial.tone === Tone.Caution ? "warning" : "danger"
+        tone: dial.tone
         strokeWidth: dial.strokeWidth
         shadowRadius: dial.shadowRadius
         track: Qt.rgba(1, 1, 1, 0.12)
