@@ -171,6 +171,35 @@ def test_timeline_hasARowForEachScan(overview, mac):
                  f"{unsafe['blockerCount']} blockers", REASONS[unsafe["topBlockerReason"]])  # fmt: skip
 
 
+def test_timeline_tellsTheScanThatIsPointedOut(overview, mac):
+    mac.settle()
+    application = overview()
+    mac.unsettle()
+    application.rescan()
+    unsafe = mac.history[0]
+    chart = application.node("panel", "Score timeline").accessible
+    assert chart.get_description().startswith("2 scans from ")
+    name = Path(unsafe["topBlockerFilePath"]).name
+    newest = f" · Score {unsafe['score']} · Local {unsafe['localAvailabilityScore']} · {unsafe['blockerCount']} blockers"
+    newest += f" · {REASONS[unsafe['topBlockerReason']]}: {name}"
+    oldest = " · Score 100 · Local 100 · 0 blockers"
+
+    def expect_told(scan):
+        application.wait_until(
+            lambda: chart.get_description().endswith(scan), lambda: f"{scan!r}: {chart.get_description()!r}")
+
+    application.tab_to("panel", "Score timeline")
+    expect_told(newest)
+    application.keys("Left")
+    expect_told(oldest)
+    application.keys("End")
+    expect_told(newest)
+    application.keys("Home")
+    expect_told(oldest)
+    application.keys("Tab")
+    application.wait_until(lambda: chart.get_description().startswith("2 scans from "), "no scan to be pointed out")
+
+
 def type_into_dialog(application, title, text, button):
     """Types into the file dialog of this title and accepts it."""
     application.node("dialog", title)

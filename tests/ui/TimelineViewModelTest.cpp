@@ -122,6 +122,29 @@ TEST_F(TimelineViewModelTest, sameHistoryAgain_changesNoRow) {
   EXPECT_EQ(rows.total(), 0);
 }
 
+TEST_F(TimelineViewModelTest, scanByItsNumber_isToldOnOneLineFromTheOldest) {
+  ScanSnapshot older = makeSnapshot(false, 40);
+  older.timestamp -= std::chrono::minutes(2);
+  older.localAvailabilityScore = 84;
+  older.blockerCount = 2;
+  older.topBlockerReason = BlockerReason::stalledUpload;
+  older.topBlockerFilePath = "/Users/test/in\u202evoice.pdf";
+  publish({makeSnapshot(true, 97), older});
+  EXPECT_EQ(page_->scanText(0),
+            "Nov 15, 6:19 PM · Score 40 · Local 84 · 2 blockers · Upload Stalled: in\\u{202e}voice.pdf");
+  EXPECT_EQ(page_->scanText(1), "Nov 15, 6:21 PM · Score 97 · Local - · 0 blockers");
+  EXPECT_EQ(page_->scanText(2), "");
+  EXPECT_EQ(page_->scanText(-1), "");
+}
+
+TEST_F(TimelineViewModelTest, scanWhoseFileIsUnknown_tellsTheReason) {
+  ScanSnapshot snapshot = makeSnapshot(false, 40);
+  snapshot.blockerCount = 1;
+  snapshot.topBlockerReason = BlockerReason::notUploaded;
+  publish({snapshot});
+  EXPECT_EQ(page_->scanText(0), "Nov 15, 6:21 PM · Score 40 · Local - · 1 blocker · Not Uploaded");
+}
+
 TEST_F(TimelineViewModelTest, export_notesTheFileByItsName) {
   panels_.answer = "/Users/test/Desktop/proof\u202e.json";
   exportProofPacket();

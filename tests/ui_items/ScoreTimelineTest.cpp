@@ -170,6 +170,36 @@ TEST_F(ScoreTimelineTest, sameLabels_areNotToldAnew) {
   EXPECT_EQ(told, 1);
 }
 
+TEST_F(ScoreTimelineTest, markBeyondTheScans_isNone) {
+  show({snapshotAt(10, 50)});
+  timeline_.setMarked(0);
+  EXPECT_EQ(timeline_.marked(), 0);
+  timeline_.setMarked(1);
+  EXPECT_EQ(timeline_.marked(), -1);
+  timeline_.setMarked(-2);
+  EXPECT_EQ(timeline_.marked(), -1);
+}
+
+TEST_F(ScoreTimelineTest, mark_staysWithItsScan) {
+  show({snapshotAt(30, 70), snapshotAt(20, 60), snapshotAt(10, 50)});
+  timeline_.setMarked(1);
+  show({snapshotAt(40, 80), snapshotAt(30, 70), snapshotAt(20, 60)});
+  EXPECT_EQ(timeline_.marked(), 0);
+  show({snapshotAt(40, 80), snapshotAt(30, 70)});
+  EXPECT_EQ(timeline_.marked(), -1);
+}
+
+TEST_F(ScoreTimelineTest, nearestScan_isFoundByTheWayAlong) {
+  EXPECT_EQ(timeline_.nearest(10), -1);
+  show({snapshotAt(30, 70), snapshotAt(20, 60), snapshotAt(10, 50)});
+  EXPECT_EQ(timeline_.count(), 3);
+  EXPECT_EQ(timeline_.nearest(-50), 0);
+  EXPECT_EQ(timeline_.nearest(200), 1);
+  EXPECT_EQ(timeline_.nearest(1000), 2);
+  timeline_.setMarked(2);
+  EXPECT_GT(timeline_.markedPoint().x(), 300);
+}
+
 TEST_F(ScoreTimelineTest, noSize_isNoTrouble) {
   timeline_.setSize({0, 0});
   show({snapshotAt(0, 50), snapshotAt(60, 70)});

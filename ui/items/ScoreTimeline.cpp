@@ -56,14 +56,23 @@ QColor faded(QColor colour, float opacity) {
 
 }  // namespace
 
+std::vector<const ScanSnapshot*> oldestFirst(std::span<const ScanSnapshot> snapshots) {
+  std::vector<const ScanSnapshot*> ordered;
+  ordered.reserve(snapshots.size());
+  for (const ScanSnapshot& snapshot : snapshots) {
+    ordered.push_back(&snapshot);
+  }
+  std::ranges::stable_sort(ordered, {}, [](const ScanSnapshot* snapshot) { return snapshot->timestamp; });
+  return ordered;
+}
+
 std::vector<ScoreAtTime> orderedScores(std::span<const ScanSnapshot> snapshots) {
   std::vector<ScoreAtTime> scores;
   scores.reserve(snapshots.size());
-  for (const ScanSnapshot& snapshot : snapshots) {
-    const auto score = std::clamp<std::int64_t>(snapshot.score, 0, kFullScore);
-    scores.push_back({snapshot.timestamp, static_cast<int>(score)});
+  for (const ScanSnapshot* snapshot : oldestFirst(snapshots)) {
+    const auto score = std::clamp<std::int64_t>(snapshot->score, 0, kFullScore);
+    scores.push_back({snapshot->timestamp, static_cast<int>(score)});
   }
-  std::ranges::stable_sort(scores, {}, &ScoreAtTime::time);
   return scores;
 }
 
@@ -120,7 +129,11 @@ void ScoreTimeline::setSnapshots(const ScoreHistory& snapshots) {
   if (snapshots == snapshots_) {
     return;
   }
-  snapshots_ = snapshots;
+  const ScoreHistory before = std::exchange(snapshots_, snapshots);
+  if (marked_ >= 0) {
+    const auto same = std::ranges::find(snapshots.scores(), before.scores()[static_cast<std::size_t>(marked_)]);
+    marked_ = same == snapshots.scores().end() ? -1 : static_cast<int>(same - snapshots.scores().begin());
+  }
   emit snapshotsChanged();
   emit descriptionChanged();
   draw();
@@ -144,6 +157,27 @@ void ScoreTimeline::setPointDiameter(qreal diameter) {
   draw();
 }
 
+void ScoreTimeline::setMarked(int number) {
+  const int marked = number >= 0 && number < count() ? number : -1;
+  if (marked == marked_) {
+    return;
+  }
+  marked_ = marked;
+  update();
+  emit markedChanged();
+}
+
+QPointF ScoreTimeline::markedPoint() const {
+  const auto number = static_cast<std::size_t>(marked_);
+  return marked_ >= 0 && number < points_.size() ? points_[number] : QPointF();
+}
+
+int ScoreTimeline::nearest(qreal x) const {
+  const auto distance = [x](const QPointF& point) { return std::abs(point.x() - x); };
+  const auto found = std::ranges::min_element(points_, {}, distance);
+  return found == points_.end() ? -1 : static_cast<int>(found - points_.begin());
+}
+
 QString ScoreTimeline::description() const {
   return timelineDescription(snapshots_.scores(), userWording());
 }
@@ -165,6 +199,19 @@ void ScoreTimeline::paint(QPainter* painter) {
   painter->fillPath(areaPath_, shade);
   painter->strokePath(linePath_, QPen(lineColor_, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter->fillPath(pointsPath_, pointColor_);
+  if (marked_ >= 0) {
+    paintMark(*painter);
+  }
+}
+
+void ScoreTimeline::paintMark(QPainter& painter) const {
+  const QPointF point = markedPoint();
+  QPainterPath line;
+  addLine(line, {crisp(point.x()), plot_.top()}, {crisp(point.x()), plot_.bottom()});
+  painter.strokePath(line, QPen(faded(pointColor_, 0.4F), 1));
+  painter.setPen(QPen(pointColor_, 2));
+  painter.setBrush(lineColor_);
+  painter.drawEllipse(point, pointDiameter_, pointDiameter_);
 }
 
 void ScoreTimeline::componentComplete() {
@@ -196,6 +243,7 @@ void ScoreTimeline::draw() {
   std::vector<TimelineLabel> labels = drawAxes(area);
   update();
   emit drawingChanged();
+  emit markedChanged();
   if (labels != labels_) {
     labels_ = std::move(labels);
     emit labelsChanged();
@@ -203,11 +251,11 @@ void ScoreTimeline::draw() {
 }
 
 void ScoreTimeline::drawScores(const QRectF& area) {
-  const std::vector<QPointF> points = plottedPoints(snapshots_.scores(), area);
-  const std::vector<CurveSegment> curve = monotoneCurve(points);
-  linePath_ = curvePath(points, curve);
-  areaPath_ = cirrovane::areaPath(points, curve, area.bottom());
-  pointsPath_ = discsPath(points, pointDiameter_ / 2);
+  points_ = plottedPoints(snapshots_.scores(), area);
+  const std::vector<CurveSegment> curve = monotoneCurve(points_);
+  linePath_ = curvePath(points_, curve);
+  areaPath_ = cirrovane::areaPath(points_, curve, area.bottom());
+  pointsPath_ = discsPath(points_, pointDiameter_ / 2);
 }
 
 std::vector<TimelineLabel> ScoreTimeline::drawAxes(const QRectF& area) {

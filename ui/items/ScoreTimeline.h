@@ -27,8 +27,10 @@ struct ScoreAtTime {
   friend bool operator==(const ScoreAtTime&, const ScoreAtTime&) = default;
 };
 
-/// The scores of some snapshots, oldest first; those of the same time stay in their order. What a file claims beyond 0
-/// to 100 counts as the nearer end.
+/// Some snapshots, oldest first; those of the same time stay in their order.
+std::vector<const ScanSnapshot*> oldestFirst(std::span<const ScanSnapshot> snapshots);
+
+/// The scores of some snapshots, in that order. What a file claims beyond 0 to 100 counts as the nearer end.
 std::vector<ScoreAtTime> orderedScores(std::span<const ScanSnapshot> snapshots);
 
 /// Where the scores lie in the area: x by time, y by score from 0 at its lower edge to 100 at its upper one. What has
@@ -91,6 +93,11 @@ class ScoreTimeline : public QQuickPaintedItem {
   /// Of each axis, a `timelineLabel` each.
   Q_PROPERTY(QVariantList labels READ labels NOTIFY labelsChanged)
   Q_PROPERTY(QString description READ description NOTIFY descriptionChanged)
+  Q_PROPERTY(int count READ count NOTIFY snapshotsChanged)
+  /// The number of the scan that is pointed out, from the oldest, which is 0; -1 for none. It stays with its scan.
+  Q_PROPERTY(int marked READ marked WRITE setMarked NOTIFY markedChanged)
+  /// Where that scan stands; meaningless without one.
+  Q_PROPERTY(QPointF markedPoint READ markedPoint NOTIFY markedChanged)
 
  public:
   explicit ScoreTimeline(QQuickItem* parent = nullptr);
@@ -109,6 +116,14 @@ class ScoreTimeline : public QQuickPaintedItem {
   const QPainterPath& pointsPath() const { return pointsPath_; }
   QVariantList labels() const;
   QString description() const;
+  int count() const { return static_cast<int>(snapshots_.scores().size()); }
+  int marked() const { return marked_; }
+  /// A number beyond the scans marks none.
+  void setMarked(int number);
+  QPointF markedPoint() const;
+
+  /// The number of the scan that stands nearest to a place along the chart; -1 without scans.
+  Q_INVOKABLE int nearest(qreal x) const;
 
   void paint(QPainter* painter) override;
 
@@ -120,6 +135,7 @@ class ScoreTimeline : public QQuickPaintedItem {
   void labelsChanged();
   void lookChanged();
   void descriptionChanged();
+  void markedChanged();
 
  protected:
   void componentComplete() override;
@@ -128,6 +144,7 @@ class ScoreTimeline : public QQuickPaintedItem {
  private:
   void draw();
   void drawScores(const QRectF& area);
+  void paintMark(QPainter& painter) const;
   std::vector<TimelineLabel> drawAxes(const QRectF& area);
 
   ScoreHistory snapshots_;
@@ -141,6 +158,8 @@ class ScoreTimeline : public QQuickPaintedItem {
   QPainterPath linePath_;
   QPainterPath areaPath_;
   QPainterPath pointsPath_;
+  std::vector<QPointF> points_;
+  int marked_ = -1;
   std::vector<TimelineLabel> labels_;
 };
 

@@ -15,10 +15,9 @@ BlockerRow blockerRow(const SyncBlocker& blocker) {
           .filePath = blocker.filePath};
 }
 
-QString blockerLine(const SyncBlocker& blocker) {
-  const std::string_view path = blocker.filePath;
+QString blockerLine(BlockerReason reason, std::string_view path) {
   const std::string_view name = lastPathComponent(path);
-  return toQString(displayTitle(blocker.reason)) + QStringLiteral(": ") + toDisplay(name.empty() ? path : name);
+  return toQString(displayTitle(reason)) + QStringLiteral(": ") + toDisplay(name.empty() ? path : name);
 }
 
 }  // namespace cirrovane

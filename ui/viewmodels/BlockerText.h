@@ -5,6 +5,7 @@
 #include <QMetaType>
 #include <QString>
 #include <string>
+#include <string_view>
 
 namespace cirrovane {
 
@@ -31,6 +32,6 @@ struct BlockerRow {
 BlockerRow blockerRow(const SyncBlocker& blocker);
 
 /// Reason and file on one line: "Upload Stalled: invoice.pdf". A path without a last component is shown whole.
-QString blockerLine(const SyncBlocker& blocker);
+QString blockerLine(BlockerReason reason, std::string_view path);
 
 }  // namespace cirrovane

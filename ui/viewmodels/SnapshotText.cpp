@@ -1,5 +1,6 @@
 #include "ui/viewmodels/SnapshotText.h"
 
+#include "ui/viewmodels/BlockerText.h"
 #include "ui/viewmodels/Text.h"
 
 namespace cirrovane {
@@ -11,6 +12,13 @@ QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText, 
 
 QString topReasonTitle(const ScanSnapshot& snapshot) {
   return snapshot.topBlockerReason ? toQString(displayTitle(*snapshot.topBlockerReason)) : QString();
+}
+
+QString topBlockerLine(const ScanSnapshot& snapshot) {
+  if (snapshot.topBlockerReason && snapshot.topBlockerFilePath) {
+    return blockerLine(*snapshot.topBlockerReason, *snapshot.topBlockerFilePath);
+  }
+  return topReasonTitle(snapshot);
 }
 
 }  // namespace cirrovane

@@ -11,5 +11,7 @@ namespace cirrovane {
 QString verdictTimeText(const ScanSnapshot& snapshot, const TimeText& timeText, Time now);
 /// The title of the first blocker's reason; empty when it is unknown, or when there was none.
 QString topReasonTitle(const ScanSnapshot& snapshot);
+/// The same with the blocker's file, where it is known.
+QString topBlockerLine(const ScanSnapshot& snapshot);
 
 }  // namespace cirrovane

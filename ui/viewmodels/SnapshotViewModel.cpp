@@ -67,7 +67,11 @@ QString SnapshotViewModel::toolTip() const {
 }
 
 QString SnapshotViewModel::topBlocker() const {
-  return hasTopBlocker() ? blockerLine(dashboard().report().blockers.front()) : QString();
+  if (!hasTopBlocker()) {
+    return {};
+  }
+  const SyncBlocker& blocker = dashboard().report().blockers.front();
+  return blockerLine(blocker.reason, blocker.filePath);
 }
 
 QString SnapshotViewModel::lastFailedTime() const {

@@ -6,6 +6,8 @@
 #include "ui/viewmodels/Text.h"
 
 #include <QMetaObject>
+#include <QStringList>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -54,6 +56,23 @@ ScanRow TimelineViewModel::rowOf(const ScanSnapshot& snapshot) const {
           .verdict = verdictOf(snapshot),
           .tone = toneOf(snapshot.status),
           .key = toQString(snapshot.id.text())};
+}
+
+QString TimelineViewModel::scanText(int number) const {
+  if (context() == nullptr || number < 0) {
+    return {};
+  }
+  const std::vector<const ScanSnapshot*> scans = oldestFirst(dashboard().fullHistory());
+  const auto place = static_cast<std::size_t>(number);
+  if (place >= scans.size()) {
+    return {};
+  }
+  const ScanRow row = rowOf(*scans[place]);
+  QStringList parts = {row.date, row.score, row.local, row.blockers};
+  if (const QString blocker = topBlockerLine(*scans[place]); !blocker.isEmpty()) {
+    parts.append(blocker);
+  }
+  return parts.join(QStringLiteral(" · "));
 }
 
 void TimelineViewModel::revealExport() {

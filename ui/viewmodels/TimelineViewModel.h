@@ -67,6 +67,10 @@ class TimelineViewModel : public cirrovane::PageViewModel {
   /// Whether the note is about a file.
   bool canRevealExport() const { return exportedFile_.has_value(); }
 
+  /// A scan on one line, by its number from the oldest, which is 0: when, the scores, the blockers and the first of
+  /// them. Empty for a number beyond them.
+  Q_INVOKABLE QString scanText(int number) const;
+
   /// Shows that file in the file manager.
   Q_INVOKABLE void revealExport();
   /// Lets the user name a file for a proof packet.

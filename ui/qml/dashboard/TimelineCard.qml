@@ -36,6 +36,8 @@ PremiumCard {
     ScoreTimelineChartView {
         visible: !timeline.isEmpty
         snapshots: timeline.snapshots
+        // The history may change under the number.
+        told: snapshots, timeline.scanText(marked)
         Layout.fillWidth: true
     }
     ColumnLayout {
