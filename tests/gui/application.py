@@ -319,8 +319,8 @@ class Application:
         """The window without its menu bar."""
         self.resize(width, height + self.menu_bar_height())
 
-    def keys(self, *keys):
-        self.desktop.press_keys(*keys)
+    def keys(self, *keys, pause=0):
+        self.desktop.press_keys(*keys, pause=pause)
 
     # The keyboard
 

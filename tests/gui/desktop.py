@@ -9,6 +9,7 @@ import signal
 import subprocess
 import tempfile
 import threading
+import time
 from pathlib import Path
 
 from Xlib import X, XK
@@ -500,12 +501,16 @@ class Desktop:
 
     # Keys and pointer
 
-    def press_keys(self, *keys):
-        """Presses keys one after the other, each alone or with others: "Tab", "shift+Tab", "ctrl+q", "a"."""
+    def press_keys(self, *keys, pause=0):
+        """Presses keys one after the other, each alone or with others: "Tab", "shift+Tab", "ctrl+q", "a". After each
+        press comes a pause, in seconds, as a hand makes it: while a screen reader listens, the toolkit hands on a
+        modifier's press late, even after the shortcut that it belongs to."""
         for combination in keys:
             codes = [self._code(name) for name in combination.split("+")]
             for code in codes:
                 xtest.fake_input(self.display, X.KeyPress, code)
+                self.display.sync()
+                time.sleep(pause)
             for code in reversed(codes):
                 xtest.fake_input(self.display, X.KeyRelease, code)
         self.display.sync()

@@ -106,3 +106,13 @@ def test_menus_byKeyboard_areOpenedAndUsed(launch):
     application.node("menu item", "Terminology Guide")
     application.keys("Down", "Return")
     application.node("dialog", "Terminology Guide")
+
+
+def test_menus_byTheirLetters_areOpened(launch):
+    application = launch().ready()
+    application.keys("alt+h", pause=0.2)
+    application.node("menu item", "Terminology Guide")
+    application.keys("Escape")
+    application.wait_for_none("menu item", "Terminology Guide")
+    application.keys("alt+e", pause=0.2)
+    application.node("menu item", "Copy")

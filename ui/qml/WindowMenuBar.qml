@@ -54,7 +54,9 @@ MenuBar {
         rightPadding: 10
         focusPolicy: Qt.TabFocus
         contentItem: AppLabel {
-            text: item.text
+            // No two menus begin with the same letter.
+            text: `<u>${item.text[0]}</u>${item.text.slice(1)}`
+            textFormat: Text.StyledText
             font.pixelSize: Theme.smallSize
             Accessible.ignored: true
         }
@@ -64,6 +66,10 @@ MenuBar {
 
         Keys.onReturnPressed: item.triggered()
         Keys.onEnterPressed: item.triggered()
+        Shortcut {
+            sequence: "Alt+" + item.text[0]
+            onActivated: item.triggered()
+        }
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
