@@ -30,8 +30,8 @@ QtObject {
     Component.onCompleted: {
         const installed = Qt.fontFamilies();
         const firstOf = (faces, isFit) => faces.filter(face => installed.includes(face)).find(isFit) ?? family;
-        figuresFamily = hasEvenFigures(family) ? family : firstOf(["Noto Sans", "Helvetica Neue", "DejaVu Sans"],
-                                                                  hasEvenFigures);
+        const plain = ["Helvetica Neue", "Noto Sans", "Liberation Sans", "Nimbus Sans", "DejaVu Sans"];
+        figuresFamily = hasEvenFigures(family) ? family : firstOf(plain, hasEvenFigures);
         roundedFamily = firstOf(["SF Pro Rounded", "Arial Rounded MT Bold", "Quicksand"], () => true);
     }
 
