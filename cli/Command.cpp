@@ -52,6 +52,13 @@ std::string complaintAboutCount(const std::string& text) {
   return wholeNumberOf(text) >= std::int64_t{0} ? "" : text + " is no whole number from 0 on";
 }
 
+std::string complaintAboutFile(const std::string& name) {
+  if (name.empty()) {
+    return "A file's name cannot be empty.";
+  }
+  return name.ends_with('/') ? name + " is the name of a folder." : "";
+}
+
 std::string leftText(const SyncHealthReport& report, const CommandContext& context) {
   const std::vector<PendingFile> pending = pendingFilesOf(report);
   if (pending.empty()) {

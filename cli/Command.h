@@ -71,6 +71,7 @@ void addRefreshCommand(CLI::App& app, ChosenCommand& chosen);
 void addExplainCommand(CLI::App& app, ChosenCommand& chosen);
 void addExportCommand(CLI::App& app, ChosenCommand& chosen);
 void addPendingCommand(CLI::App& app, ChosenCommand& chosen);
+void addMetricsCommand(CLI::App& app, ChosenCommand& chosen);
 void addToolsCommand(CLI::App& app, ChosenCommand& chosen);
 void addVersionCommand(CLI::App& app, ChosenCommand& chosen);
 
@@ -79,6 +80,9 @@ void addJSONOption(CLI::App& command, ChosenCommand& chosen);
 
 /// What is wrong with an argument that should name a folder; empty when nothing is.
 std::string complaintAboutFolder(const std::string& argument);
+
+/// What is wrong with the name of a file to write; empty when nothing is.
+std::string complaintAboutFile(const std::string& name);
 
 /// What is wrong with a text that should be a number of things to show; empty when nothing is.
 std::string complaintAboutCount(const std::string& text);

@@ -62,13 +62,6 @@ ExitStatus refresh(CommandContext& context) {
   return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
 }
 
-std::string complaintAboutFile(const std::string& name) {
-  if (name.empty()) {
-    return "A file's name cannot be empty.";
-  }
-  return name.ends_with('/') ? name + " is the name of a folder." : "";
-}
-
 ExitStatus exportPacket(const std::string& destination, CommandContext& context) {
   const InlineRefresh refreshed(context);
   if (const std::optional<Failure> loss = refreshed.loss()) {

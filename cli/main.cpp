@@ -77,6 +77,7 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addRefreshCommand(app, chosen);
   addWatchCommand(app, chosen);
   addPendingCommand(app, chosen);
+  addMetricsCommand(app, chosen);
   addCoverageCommand(app, chosen);
   addWatchlistCommand(app, chosen);
   addHistoryCommand(app, chosen);

@@ -3,7 +3,7 @@
 # The commands below the one that was typed, which is "" at first.
 _cirrovanectl_commands() {
   case $1 in
-    "") echo "check watch pending coverage explain refresh watchlist history incidents diagnose status export tools version" ;;
+    "") echo "check watch pending metrics coverage explain refresh watchlist history incidents diagnose status export tools version" ;;
     coverage) echo "acknowledge forget acknowledged" ;;
     watchlist) echo "list add remove" ;;
     incidents) echo "resolve reopen" ;;
@@ -14,12 +14,13 @@ _cirrovanectl_commands() {
 # The options of the program, of a command, and of a command below it.
 _cirrovanectl_options() {
   local options="-h --help --mac-root"
-  [ -z "$1" ] || options+=" --json"
+  [ -z "$1" ] || [ "$1" = metrics ] || options+=" --json"
   case "$1 $2" in
     "check ") options+=" --wait --timeout --interval --strict" ;;
     "coverage acknowledge") options+=" --days" ;;
     "watch ") options+=" --timeout" ;;
     "pending ") options+=" --sort --limit" ;;
+    "metrics ") options+=" --textfile" ;;
     "history ") options+=" --limit" ;;
     "incidents ") options+=" --scope --severity" ;;
   esac
@@ -42,7 +43,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --days) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --days | --textfile) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -59,6 +60,7 @@ _cirrovanectl() {
   local words="" files=""
   case $previous in
     --mac-root) files=-d ;;
+    --textfile) files=-f ;;
     --scope | --severity | --sort) words=$(_cirrovanectl_values "$previous") ;;
     --timeout | --interval | --limit | --days) ;;
     *)

@@ -17,6 +17,7 @@ _cirrovanectl() {
         'check:scan folders and say whether it is safe to close'
         'watch:say whether it is safe to close, now and at every change'
         'pending:show what is left to upload'
+        'metrics:print the state of this machine for Prometheus'
         'coverage:say what the verdict does not vouch for'
         'explain:say why the verdict is what it is'
         'refresh:scan, judge the machine, and record both'
@@ -44,6 +45,9 @@ _cirrovanectl() {
         pending)
           _arguments $everywhere $json '--sort[which first]:order:(size age name)' \
             '--limit[show at most so many files]:number:' '*:folder:_files -/'
+          ;;
+        metrics)
+          _arguments $everywhere '--textfile[write them to a file]:file:_files'
           ;;
         coverage)
           _arguments $everywhere $json '--days[acknowledge for so many days]:days:' \
