@@ -28,7 +28,7 @@ LOOKS = 1500
 
 def make_pending(mac):
     """Half a million files that wait for their upload, each as the one that the demo Mac is told of."""
-    top = mac.home / "Library/Mobile Documents/com~apple~CloudDocs/Pending"
+    top = mac.home / "Library/Mobile Documents/com~apple~CloudDocs/Client Work/Pending"
     top.mkdir()
     template = top / "template"
     template.touch()

@@ -2,9 +2,14 @@
 #include "tests/ui/RowSignals.h"
 #include "tests/ui/Rows.h"
 #include "ui/viewmodels/AllBlockersViewModel.h"
+#include "ui/viewmodels/Text.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>

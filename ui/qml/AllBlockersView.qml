@@ -67,7 +67,6 @@ Sheet {
             }
             AppText {
                 text: blockers.countText
-                hasEvenFigures: true
                 font.pixelSize: Theme.subheadlineSize
                 color: Theme.dimmedText
                 wrapMode: TextEdit.NoWrap

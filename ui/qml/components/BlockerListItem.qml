@@ -39,8 +39,7 @@ Item {
     component RowButton: ActionButton {
         isCompact: true
         // Only the buttons of the current row are on the way of the Tab key.
-        focusPolicy: Qt.TabFocus
-        activeFocusOnTab: row.isCurrent
+        focusPolicy: row.isCurrent ? Qt.TabFocus : Qt.NoFocus
         description: row.path
         anchors.verticalCenter: parent.verticalCenter
     }
