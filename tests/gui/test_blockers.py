@@ -187,7 +187,7 @@ def test_liveChanges_leaveTheKeyboardOnItsRow(sheet, mac):
     focused = application.wait_until(
         lambda: [row for row in rows(application) if "focused" in row.states and paths[3] in row.description], "row 4"
     )[0]
-    mac.set_file(paths[0], isUploaded="true", isUploading="false", uploadingError="")
+    mac.set_file(paths[0], hasUnresolvedConflicts="false")
     application.wait_until(
         lambda: any(node.name.endswith(" blockers") and node.name != f"{len(paths)} blockers"
                     for node in application.all("label", under=SHEET)), "fewer blockers")  # fmt: skip

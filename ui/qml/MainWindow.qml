@@ -94,7 +94,8 @@ ApplicationWindow {
     // An open sheet takes the key that closes the window.
     CommandState {
         command: "closeWindow"
-        isEnabled: window.visible && ![window.guide, window.about, window.blockers].some(sheet => sheet?.opened)
+        isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
+                   && !(window.blockers?.opened ?? false)
     }
     CommandState {
         command: "minimize"

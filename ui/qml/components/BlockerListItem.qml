@@ -17,7 +17,7 @@ Item {
     readonly property bool isCurrent: ListView.isCurrentItem
     // The whole of what the row has no room for; empty when it has.
     readonly property string cut: pointer.hovered && (title.truncated || about.truncated || place.truncated)
-                                  ? [path, details].join("\n") : ""
+                                  ? path + "\n" + details : ""
 
     signal picked
     signal revealRequested
@@ -26,23 +26,16 @@ Item {
 
     // Four divides it: that far down a list of half a million rows, a place on the screen is no finer.
     height: 76
-    activeFocusOnTab: isCurrent
+    // Nothing can leave the way of the Tab key while it has the keyboard.
+    activeFocusOnTab: isCurrent || activeFocus
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: [reason + ": " + name].concat(isStuck ? ["Stuck"] : [], amount.length > 0 ? [amount] : []).join(", ")
-    Accessible.description: [folderName, path, details].join(", ")
+    Accessible.name: reason + ": " + name + (isStuck ? ", Stuck" : "") + (amount.length > 0 ? ", " + amount : "")
+    Accessible.description: folderName + ", " + path + ", " + details
     Accessible.focusable: true
     Accessible.selectable: true
     Accessible.selected: isCurrent
     Accessible.onPressAction: row.revealRequested()
-
-    component RowButton: ActionButton {
-        isCompact: true
-        // Only the buttons of the current row are on the way of the Tab key.
-        focusPolicy: row.isCurrent ? Qt.TabFocus : Qt.NoFocus
-        description: row.path
-        anchors.verticalCenter: parent.verticalCenter
-    }
 
     HoverHandler {
         id: pointer
@@ -122,7 +115,7 @@ Item {
     }
     AppLabel {
         id: about
-        text: [row.reason, row.folderName, row.details].join(" · ")
+        text: row.reason + " · " + row.folderName + " · " + row.details
         font.pixelSize: Theme.smallSize
         color: Theme.secondaryText
         anchors {
@@ -154,14 +147,23 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 8
 
-        RowButton {
+        // Only those of the current row are on the way of the Tab key.
+        ActionButton {
+            isCompact: true
+            focusPolicy: row.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            description: row.path
+            anchors.verticalCenter: parent.verticalCenter
             text: "Reveal in Finder"
             onClicked: {
                 row.picked();
                 row.revealRequested();
             }
         }
-        RowButton {
+        ActionButton {
+            isCompact: true
+            focusPolicy: row.isCurrent || activeFocus ? Qt.TabFocus : Qt.NoFocus
+            description: row.path
+            anchors.verticalCenter: parent.verticalCenter
             text: "Copy Path"
             onClicked: {
                 row.picked();
