@@ -269,38 +269,10 @@ class Desktop:
         wait_until(lambda: not self._is_seen(window), "the window to be minimised")
 
     def gaps(self, process, window, condition):
-        """How long the program behind a window took each time to answer that it is still there, asked again and again
-        until the condition holds: pairs of seconds, the second those for which its main thread was at work meanwhile,
-        which other programs do not make more. It answers in its main event loop."""
-        protocol, ping = self._display.intern_atom("WM_PROTOCOLS"), self._display.intern_atom("_NET_WM_PING")
-        mask = X.PropertyChangeMask | X.StructureNotifyMask | X.SubstructureNotifyMask
-        self._root.change_attributes(event_mask=mask)
-        answers, number = [], 0
-        while not condition():
-            number += 1
-            data = (32, [ping, number, window.id, 0, 0])
-            event = xevent.ClientMessage(window=window, client_type=protocol, data=data)
-            worked = main_thread_time(process)
-            start = time.monotonic()
-            window.send_event(event)
-            self._display.flush()
-            while not self._is_answer(number):
-                if time.monotonic() > start + PATIENCE:
-                    raise TooLate("the program does not answer")
-            took = time.monotonic() - start
-            answers.append((took, main_thread_time(process) - worked))
-            time.sleep(LOOK_PAUSE)
+        """As the function of this name, on this desktop."""
+        answers = gaps(self._display, process, window, condition)
         self._root.change_attributes(event_mask=X.PropertyChangeMask)
         return answers
-
-    def _is_answer(self, number):
-        if not self._display.pending_events():
-            select.select([self._display], [], [], 1)
-        for _ in range(self._display.pending_events()):
-            event = self._display.next_event()
-            if event.type == X.ClientMessage and event.window == self._root and event.data[1][1] == number:
-                return True
-        return False
 
     def press(self, *names):
         """Presses keys together."""
@@ -310,6 +282,41 @@ class Desktop:
         for code in reversed(codes):
             xtest.fake_input(self._display, X.KeyRelease, code)
         self._display.sync()
+
+
+def gaps(display, process, window, condition):
+    """How long the program behind a window took each time to answer that it is still there, asked again and again
+    until the condition holds: pairs of seconds, the second those for which its main thread was at work meanwhile,
+    which other programs do not make more. It answers in its main event loop."""
+    root = display.screen().root
+    protocol, ping = display.intern_atom("WM_PROTOCOLS"), display.intern_atom("_NET_WM_PING")
+    root.change_attributes(event_mask=X.PropertyChangeMask | X.StructureNotifyMask | X.SubstructureNotifyMask)
+
+    def is_answer(number):
+        if not display.pending_events():
+            select.select([display], [], [], 1)
+        for _ in range(display.pending_events()):
+            event = display.next_event()
+            if event.type == X.ClientMessage and event.window == root and event.data[1][1] == number:
+                return True
+        return False
+
+    answers, number = [], 0
+    while not condition():
+        number += 1
+        data = (32, [ping, number, window.id, 0, 0])
+        event = xevent.ClientMessage(window=window, client_type=protocol, data=data)
+        worked = main_thread_time(process)
+        start = time.monotonic()
+        window.send_event(event)
+        display.flush()
+        while not is_answer(number):
+            if time.monotonic() > start + PATIENCE:
+                raise TooLate("the program does not answer")
+        took = time.monotonic() - start
+        answers.append((took, main_thread_time(process) - worked))
+        time.sleep(LOOK_PAUSE)
+    return answers
 
 
 # --- What a process costs --------------------------------------------------------------------------------------------

@@ -79,7 +79,7 @@ def shown_blockers(mac):
     rows = [text for blocker in report["blockers"][:5]
             for text in (REASONS[blocker["reason"]], blocker["folderName"], blocker["filePath"], blocker["details"],
                          "Reveal in Finder")]  # fmt: skip
-    return [f"{len(report['blockers'])} total", *rows]
+    return [f"{len(report['blockers'])} total", *rows, *(["Show All"] if rows else [])]
 
 
 def test_overview_nothingKnown_saysWhatIsMissing(launch, mac):
@@ -116,7 +116,7 @@ def test_overview_unsafeMac_tellsTheReport(overview, mac):
     newest = mac.history[0]
     expect_among(application, AWARENESS, f"Reason: {REASONS[newest['topBlockerReason']]}",
                  f"Folder: {newest['topBlockerFolderName']}", "Reveal in Finder")  # fmt: skip
-    folders = [text for folder in mac.watchlist for text in (folder["name"], folder["path"], health(report, folder["path"]), "Remove")]
+    folders = [text for folder in mac.watchlist for text in (folder["name"], folder["path"], health(report, folder["path"]), "Show Blockers", "Remove")]
     expect_among(application, WATCHLIST, "Add Folder", *folders)
 
 
@@ -220,7 +220,8 @@ def test_addFolder_throughTheDialog_watchesAndScansIt(overview, mac):
     application.press("push button", "Add Folder", ("panel", WATCHLIST))
     type_into_dialog(application, "Add Critical Folder", str(folder), "Add to Watchlist")
     application.wait_scanned(scans + 1)
-    expect_among(application, WATCHLIST, "Thesis", str(folder), health(mac.ask("check"), str(folder)), "Remove")
+    expect_among(application, WATCHLIST, "Thesis", str(folder), health(mac.ask("check"), str(folder)), "Show Blockers",
+                 "Remove")
     assert str(folder) in [watched["path"] for watched in mac.watchlist]
     [button] = [node for node in application.all("push button", "Remove") if str(folder) in node.description]
     button.press()
@@ -238,7 +239,8 @@ def test_watchlist_foldersDropped_areWatchedAndScanned(overview, mac, desktop):
     x, y, width, height = application.node("heading", WATCHLIST).extents()
     drop(desktop, application.wait_for_window(), x + width // 2, y + height // 2, [folder, file])
     application.wait_scanned(scans + 1)
-    expect_among(application, WATCHLIST, "Thesis", str(folder), health(mac.ask("check"), str(folder)), "Remove")
+    expect_among(application, WATCHLIST, "Thesis", str(folder), health(mac.ask("check"), str(folder)), "Show Blockers",
+                 "Remove")
     assert str(file) not in [watched["path"] for watched in mac.watchlist]
 
 

@@ -55,10 +55,10 @@ TEST_F(ShellViewModelTest, extraTabsLabel_namesTheChosenOneOfThem) {
 
 TEST_F(ShellViewModelTest, tabs_areOfferedWithTheirTitlesAndSymbols) {
   EXPECT_EQ(shell_->primaryTabs()->count(), 6);
-  EXPECT_EQ(shell_->primaryTabs()->row(1), (TabRow{.name = "why", .title = "Why", .symbol = "checklist"}));
+  EXPECT_EQ(shell_->primaryTabs()->row(1), (EntryRow{.name = "why", .title = "Why", .symbol = "checklist"}));
   EXPECT_EQ(shell_->extraTabs()->count(), 7);
   EXPECT_EQ(shell_->extraTabs()->row(6),
-            (TabRow{.name = "tools", .title = "Tools", .symbol = "square.and.arrow.down"}));
+            (EntryRow{.name = "tools", .title = "Tools", .symbol = "square.and.arrow.down"}));
   EXPECT_EQ(shell_->extraTabs()->indexOf("faq"), 5);
 }
 

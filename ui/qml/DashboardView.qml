@@ -10,6 +10,8 @@ PremiumTabScaffold {
     required property AppSettings settings
 
     signal terminologyRequested
+    // Those of one watched folder, by its identifier; of all for none.
+    signal blockersRequested(folder: string)
 
     title: "Cirrovane"
     subtitle: ""
@@ -45,6 +47,7 @@ PremiumTabScaffold {
         }
         BlockersCard {
             context: page.context
+            onAllRequested: page.blockersRequested("")
             Layout.fillHeight: true
             Layout.preferredWidth: 1
         }
@@ -55,6 +58,7 @@ PremiumTabScaffold {
         }
         WatchlistCard {
             context: page.context
+            onBlockersRequested: folder => page.blockersRequested(folder)
             Layout.fillHeight: true
             Layout.preferredWidth: 1
         }

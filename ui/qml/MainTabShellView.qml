@@ -16,6 +16,7 @@ Item {
     readonly property bool isNarrow: width < Theme.wideWidth
 
     signal terminologyRequested
+    signal blockersRequested(folder: string)
 
     AppBackdropView {
         anchors.fill: parent
@@ -179,6 +180,7 @@ Item {
             context: shell.context
             settings: shell.settings
             onTerminologyRequested: shell.terminologyRequested()
+            onBlockersRequested: folder => shell.blockersRequested(folder)
         }
     }
     Component {

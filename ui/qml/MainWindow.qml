@@ -26,6 +26,8 @@ ApplicationWindow {
     // Made at their first use, since they take longer than the tab bar.
     property var guide: null
     property var about: null
+    // Goes when it is closed, since it may hold very many rows.
+    property var blockers: null
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -47,6 +49,14 @@ ApplicationWindow {
     function showAbout() {
         about = about ?? aboutComponent.createObject(contentItem);
         about.open();
+    }
+
+    function showBlockers(folder) {
+        blockers?.destroy();
+        blockers = blockersComponent.createObject(contentItem, {
+            folder: folder
+        });
+        blockers.open();
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -85,6 +95,7 @@ ApplicationWindow {
     CommandState {
         command: "closeWindow"
         isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
+                   && !(window.blockers?.opened ?? false)
     }
     CommandState {
         command: "minimize"
@@ -149,6 +160,7 @@ ApplicationWindow {
         settings: window.settings
         context: window.context
         onTerminologyRequested: window.showGuide()
+        onBlockersRequested: folder => window.showBlockers(folder)
     }
 
     Component {
@@ -160,6 +172,17 @@ ApplicationWindow {
         id: aboutComponent
         AboutView {
             buildLabel: window.shell.buildLabel
+        }
+    }
+
+    Component {
+        id: blockersComponent
+        AllBlockersView {
+            context: window.context
+            onClosed: {
+                window.blockers = null;
+                destroy();
+            }
         }
     }
 

@@ -9,6 +9,7 @@
 
 namespace cirrovane {
 
+class AllBlockersViewModel;
 class IncidentCenterViewModel;
 class PageViewModel;
 class TimelineViewModel;
@@ -52,6 +53,7 @@ class PageContext : public QObject {
   DashboardViewModel& dashboard(For<WatchlistViewModel> /*key*/) const { return parts_.dashboard; }
 
   AppSettings& settings(For<IncidentCenterViewModel> /*key*/) const { return parts_.settings; }
+  const ToolsEnvironment& tools(For<AllBlockersViewModel> /*key*/) const { return parts_.tools; }
   const ToolsEnvironment& tools(For<ToolsViewModel> /*key*/) const { return parts_.tools; }
 
  private:

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::chrono::seconds kCopiedNoteLifetime{2};
 
-std::vector<TabRow> tabRowsOf(std::span<const AppTab> tabs) {
-  std::vector<TabRow> rows;
+std::vector<EntryRow> tabRowsOf(std::span<const AppTab> tabs) {
+  std::vector<EntryRow> rows;
   for (const AppTab& tab : tabs) {
     rows.push_back({.name = toQString(tab.id), .title = toQString(tab.title), .symbol = toQString(tab.sfSymbol)});
   }
@@ -39,7 +39,7 @@ ShellViewModel::ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& 
 }
 
 QString ShellViewModel::extraTabsLabel() const {
-  const TabRow* tab = extraTabs_.find(extraTabs_.indexOf(selectedTab_));
+  const EntryRow* tab = extraTabs_.find(extraTabs_.indexOf(selectedTab_));
   return tab != nullptr ? tab->title : QStringLiteral("More");
 }
 

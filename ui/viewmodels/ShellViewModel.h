@@ -3,9 +3,9 @@
 #include "platform/Clipboard.h"
 #include "platform/Workspace.h"
 #include "ui/viewmodels/AppTab.h"
+#include "ui/viewmodels/EntryRow.h"
 #include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/SurfaceViewModel.h"
-#include "ui/viewmodels/TabRow.h"
 
 #include <QString>
 #include <QTimer>
@@ -29,8 +29,8 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
   ShellViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, Clipboard& clipboard, Workspace& workspace,
                  const AppTab& firstTab, QObject* parent = nullptr);
 
-  ListModel<TabRow>* primaryTabs() { return &primaryTabs_; }
-  ListModel<TabRow>* extraTabs() { return &extraTabs_; }
+  ListModel<EntryRow>* primaryTabs() { return &primaryTabs_; }
+  ListModel<EntryRow>* extraTabs() { return &extraTabs_; }
 
   QString selectedTab() const { return selectedTab_; }
   /// The title of the chosen tab when it is one of the menu's; "More" otherwise.
@@ -56,8 +56,8 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
  private:
   Clipboard& clipboard_;
   Workspace& workspace_;
-  ListModel<TabRow> primaryTabs_;
-  ListModel<TabRow> extraTabs_;
+  ListModel<EntryRow> primaryTabs_;
+  ListModel<EntryRow> extraTabs_;
   QString selectedTab_;
   QTimer copiedTimer_;
 };

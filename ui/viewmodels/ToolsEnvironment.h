@@ -7,7 +7,7 @@
 
 namespace cirrovane {
 
-/// What the page of tools needs besides the results. It outlives the page.
+/// What pages with errands of their own need besides the results. It outlives them.
 struct ToolsEnvironment {
   ToolInstaller installer;
   Clipboard& clipboard;

@@ -4,7 +4,6 @@
 #include "ui/viewmodels/Text.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -12,10 +11,6 @@
 
 namespace cirrovane {
 namespace {
-
-void runDetached(std::function<void()> task) {
-  std::thread(std::move(task)).detach();
-}
 
 /// nullptr when there is no such row.
 const OptionalTool* toolAt(int row) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagnostics/OptionalTool.h"
+#include "ui/viewmodels/Background.h"
 #include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
 #include "ui/viewmodels/Tone.h"
@@ -61,9 +62,6 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(cirrovane::ListModelBase* tools READ tools CONSTANT)
 
  public:
-  /// Runs a task on a thread of its own, beside all others; the task may outlive the caller.
-  using Background = std::function<void(std::function<void()>)>;
-
   explicit ToolsViewModel(QObject* parent = nullptr);
   explicit ToolsViewModel(Background background, QObject* parent = nullptr);
 

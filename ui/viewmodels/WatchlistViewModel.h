@@ -22,8 +22,11 @@ struct FolderRow {
   Q_PROPERTY(QString symbol MEMBER symbol)
   Q_PROPERTY(cirrovane::Tones::Tone tone MEMBER tone)
   Q_PROPERTY(QString health MEMBER health)
+  Q_PROPERTY(QString folderId READ folderId)
 
  public:
+  QString folderId() const { return toQString(id.text()); }
+
   QString name;
   QString path;
   /// Of the folder's own state. A plain folder before its first scan.
@@ -34,7 +37,7 @@ struct FolderRow {
   UUID id = {};
 
   friend bool operator==(const FolderRow&, const FolderRow&) = default;
-  friend QString keyOf(const FolderRow& row) { return toQString(row.id.text()); }
+  friend QString keyOf(const FolderRow& row) { return row.folderId(); }
 };
 
 /// The watched folders, and what the user does to them.

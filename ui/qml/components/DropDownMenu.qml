@@ -11,6 +11,10 @@ ActionButton {
     required property var entries
     // The number of the entry that is chosen now; -1 for none.
     property int chosenIndex: -1
+    // What a screen reader calls a choice whose text says only what is chosen.
+    property string label: ""
+    // More entries than these are scrolled to.
+    property int mostInSight: 12
 
     signal picked(name: string)
 
@@ -25,6 +29,16 @@ ActionButton {
     rightPadding: leftPadding + 16
     onClicked: popup.opened ? popup.close() : openList()
     Keys.onDownPressed: openList()
+
+    contentItem: AppLabel {
+        text: button.text
+        color: button.tint
+        font.pixelSize: Theme.subheadlineSize
+        font.weight: Font.Medium
+        Accessible.ignored: true
+    }
+
+    Accessible.name: label.length > 0 ? label + ": " + text : text
 
     Symbol {
         name: "chevron.down"
@@ -55,7 +69,8 @@ ActionButton {
 
         contentItem: ListView {
             model: button.entries
-            implicitHeight: count * 30
+            implicitHeight: Math.min(count, button.mostInSight) * 30
+            clip: true
             boundsBehavior: Flickable.StopAtBounds
             keyNavigationWraps: true
             activeFocusOnTab: true
@@ -107,13 +122,16 @@ ActionButton {
             leftPadding: 8
             spacing: 8
 
+            // A choice without symbols marks the one that is chosen.
             Symbol {
-                name: entry.symbol
+                name: entry.symbol.length > 0 ? entry.symbol : "checkmark"
+                opacity: entry.symbol.length > 0 || entry.index === button.chosenIndex ? 1 : 0
                 size: 15
                 anchors.verticalCenter: parent.verticalCenter
             }
             AppLabel {
                 text: entry.title
+                width: Math.min(implicitWidth, entry.width - 40)
                 font.pixelSize: Theme.subheadlineSize
                 font.weight: entry.index === button.chosenIndex ? Font.DemiBold : Font.Normal
                 anchors.verticalCenter: parent.verticalCenter

@@ -9,6 +9,8 @@ PremiumCard {
 
     required property PageContext context
 
+    signal allRequested
+
     heading: "Top Blockers"
 
     BlockersViewModel {
@@ -33,5 +35,11 @@ PremiumCard {
 
             onRevealRequested: blockers.reveal(index)
         }
+    }
+    ActionButton {
+        text: "Show All"
+        visible: !blockers.isEmpty
+        description: "Opens the list of all blockers"
+        onClicked: card.allRequested()
     }
 }

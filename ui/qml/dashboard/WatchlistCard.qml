@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Cirrovane
 
 // The watched folders.
@@ -9,6 +10,9 @@ PremiumCard {
     id: card
 
     required property PageContext context
+
+    // The blockers of the folder with this identifier.
+    signal blockersRequested(folder: string)
 
     heading: "Critical Folder Watchlist"
 
@@ -108,35 +112,90 @@ PremiumCard {
         required property string symbol
         required property int tone
         required property string health
+        required property string folderId
         property alias removeButton: button
 
         spacing: Theme.rowSpacing
         Layout.fillWidth: true
 
         Symbol {
+            id: mark
             name: row.symbol
             color: Tone.color(row.tone)
             size: 18
         }
-        ColumnLayout {
-            spacing: 2
+        Item {
+            implicitWidth: words.implicitWidth
+            implicitHeight: words.implicitHeight
             Layout.fillWidth: true
 
-            ElidedText {
-                whole: row.name
-                font.weight: Font.DemiBold
-                Layout.fillWidth: true
+            ColumnLayout {
+                id: words
+                spacing: 2
+                anchors {
+                    left: parent.left
+                    right: parent.right
+                }
+
+                ElidedText {
+                    whole: row.name
+                    font.weight: Font.DemiBold
+                    Layout.fillWidth: true
+
+                    TapHandler {
+                        onTapped: opening.clicked()
+                    }
+                }
+                FilePathText {
+                    path: row.path
+                    Layout.fillWidth: true
+                }
+                AppText {
+                    text: row.health
+                    font.pixelSize: Theme.smallSize
+                    color: Theme.secondaryText
+                    Layout.fillWidth: true
+
+                    TapHandler {
+                        onTapped: opening.clicked()
+                    }
+                }
             }
-            FilePathText {
-                path: row.path
-                Layout.fillWidth: true
+            // Lies behind the texts, which can be selected, and reaches below the symbols on both sides.
+            T.AbstractButton {
+                id: opening
+                z: -1
+                anchors {
+                    fill: parent
+                    leftMargin: -(mark.width + row.spacing)
+                    rightMargin: -(arrow.width + row.spacing)
+                }
+                focusPolicy: Qt.StrongFocus
+                hoverEnabled: true
+                onClicked: card.blockersRequested(row.folderId)
+
+                background: Rectangle {
+                    radius: Theme.controlRadius
+                    color: opening.down ? Theme.controlPressed : opening.hovered ? Theme.controlFill : "transparent"
+
+                    FocusRing {
+                        target: opening
+                    }
+                }
+
+                Keys.onReturnPressed: opening.clicked()
+                Keys.onEnterPressed: opening.clicked()
+
+                Accessible.role: Accessible.Button
+                Accessible.name: "Show Blockers"
+                Accessible.description: row.name + ", " + row.path
+                Accessible.onPressAction: opening.clicked()
             }
-            AppText {
-                text: row.health
-                font.pixelSize: Theme.smallSize
-                color: Theme.secondaryText
-                Layout.fillWidth: true
-            }
+        }
+        Symbol {
+            id: arrow
+            name: "chevron.right"
+            size: 12
         }
         ActionButton {
             id: button
