@@ -8,8 +8,8 @@
 
 namespace cirrovane {
 
-TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject* parent)
-    : QObject(parent), snapshot_(snapshot), desktop_(desktop) {
+TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const Desktop& desktop, QObject* parent)
+    : QObject(parent), snapshot_(snapshot), scan_(scan), desktop_(desktop) {
   connect(menu_.addAction(QStringLiteral("Open Cirrovane")), &QAction::triggered, this, &TrayIcon::windowRequested);
   connect(menu_.addAction(QStringLiteral("Show Panel")), &QAction::triggered, this, &TrayIcon::panelRequested);
   menu_.addSeparator();
@@ -26,6 +26,7 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject*
     }
   });
   connect(&snapshot_, &SnapshotViewModel::reportChanged, this, &TrayIcon::update);
+  connect(&scan_, &ScanStatus::changed, this, &TrayIcon::updateToolTip);
   update();
   icon_.show();
 }
@@ -41,7 +42,12 @@ void TrayIcon::update() {
   // A menu bar that gives its icons their colour takes the shape alone.
   icon.setIsMask(true);
   icon_.setIcon(icon);
-  icon_.setToolTip(snapshot_.toolTip());
+  updateToolTip();
+}
+
+void TrayIcon::updateToolTip() {
+  const QString scan = scan_.text();
+  icon_.setToolTip(scan.isEmpty() ? snapshot_.toolTip() : snapshot_.toolTip() + QLatin1Char('\n') + scan);
 }
 
 }  // namespace cirrovane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "ui/viewmodels/ScanStatus.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 
 #include <QMenu>
@@ -14,8 +15,8 @@ class TrayIcon : public QObject {
   Q_OBJECT
 
  public:
-  /// The desktop outlives the icon.
-  TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject* parent = nullptr);
+  /// The arguments outlive the icon.
+  TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const Desktop& desktop, QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
   QRect geometry() const;
@@ -29,8 +30,10 @@ class TrayIcon : public QObject {
 
  private:
   void update();
+  void updateToolTip();
 
   SnapshotViewModel& snapshot_;
+  const ScanStatus& scan_;
   const Desktop& desktop_;
   QMenu menu_;
   QSystemTrayIcon icon_;

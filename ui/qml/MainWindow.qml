@@ -10,6 +10,7 @@ ApplicationWindow {
 
     required property ShellViewModel shell
     required property AppSettings settings
+    required property ScanStatus scan
     required property PageContext context
     required property MenuCommands commands
     // Whether the menus are in the window.
@@ -26,6 +27,8 @@ ApplicationWindow {
     // Made at their first use, since they take longer than the tab bar.
     property var guide: null
     property var about: null
+    property var preferences: null
+    readonly property bool hasOpenSheet: [guide, about, preferences].some(sheet => sheet?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -47,6 +50,11 @@ ApplicationWindow {
     function showAbout() {
         about = about ?? aboutComponent.createObject(contentItem);
         about.open();
+    }
+
+    function showSettings() {
+        preferences = preferences ?? settingsComponent.createObject(contentItem);
+        preferences.open();
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -84,7 +92,7 @@ ApplicationWindow {
     // An open sheet takes the key that closes the window.
     CommandState {
         command: "closeWindow"
-        isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
+        isEnabled: window.visible && !window.hasOpenSheet
     }
     CommandState {
         command: "minimize"
@@ -105,6 +113,9 @@ ApplicationWindow {
             case "about":
                 window.showAbout();
                 break;
+            case "settings":
+                window.showSettings();
+                break;
             case "copy":
                 window.copy();
                 break;
@@ -114,9 +125,6 @@ ApplicationWindow {
                 break;
             case "minimize":
                 window.showMinimized();
-                break;
-            case "closeWindow":
-                window.close();
                 break;
             case "terminologyGuide":
                 window.showGuide();
@@ -147,6 +155,7 @@ ApplicationWindow {
         anchors.fill: parent
         viewModel: window.shell
         settings: window.settings
+        scan: window.scan
         context: window.context
         onTerminologyRequested: window.showGuide()
     }
@@ -160,6 +169,13 @@ ApplicationWindow {
         id: aboutComponent
         AboutView {
             buildLabel: window.shell.buildLabel
+        }
+    }
+
+    Component {
+        id: settingsComponent
+        SettingsView {
+            settings: window.settings
         }
     }
 
