@@ -9,7 +9,7 @@
 namespace cirrovane {
 namespace {
 
-constexpr std::array<MacRootFact, 13> kFacts = {{
+constexpr std::array<MacRootFact, 14> kFacts = {{
     {"home", FactKind::absolutePath, R"("/Users/demo")"},
     {"bundle", FactKind::object, R"({"path": "/Applications/Cirrovane.app"})"},
     {"environment", FactKind::object, R"({"PATH": "/usr/bin:/bin"})"},
@@ -24,6 +24,7 @@ constexpr std::array<MacRootFact, 13> kFacts = {{
     {"physicalMemory", FactKind::number, "17179869184"},
     {"uptimeSeconds", FactKind::number, "273600"},
     {"notificationAuthorization", FactKind::text, R"("denied" (or "notDetermined", "authorized"))"},
+    {"loginItemApproval", FactKind::text, R"("needed" (or "given"))"},
 }};
 
 template <class JSON>

@@ -8,6 +8,7 @@
 #include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderWatch.h"
+#include "platform/LoginItem.h"
 #include "platform/SystemInformation.h"
 #include "platform/TimeText.h"
 #include "platform/UserDefaults.h"
@@ -31,6 +32,7 @@ struct Machine {
   std::unique_ptr<const TimeText> timeText;
   std::unique_ptr<const Bundle> bundle;
   std::unique_ptr<UserDefaults> userDefaults;
+  std::unique_ptr<LoginItem> loginItem;
   /// What the described machine's user says to notifications: "notDetermined", "authorized" or "denied"; absent where
   /// the system asks the user itself.
   std::function<std::optional<std::string>()> notificationAuthorization;

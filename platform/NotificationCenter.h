@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace cirrovane {
@@ -25,6 +26,8 @@ class NotificationCenter {
   /// Asks the user for notifications with alerts and sound; `then` is called when the user has answered.
   virtual void requestAuthorization(std::function<void()> then) = 0;
   virtual void add(const Notification& notification, std::function<void()> then) = 0;
+  /// The address of the page where the user allows them in the system's settings; absent where none is known.
+  virtual std::optional<std::string> settingsAddress() const = 0;
 };
 
 }  // namespace cirrovane

@@ -44,7 +44,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
     : machine_(machine),
       desktop_(desktop),
       panels_(machine.fileSystem->homeDirectory()),
-      live_({*machine.fileSystem, *machine.clock},
+      live_({*machine.fileSystem, *machine.clock, &scanProgress_},
             {{mainExecutor_, scanExecutor_, updatesExecutor_},
              *machine.clock,
              *machine.monotonicClock,
@@ -63,10 +63,14 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                   removalAlarm_}),
       updates_(*machine.bundle, *machine.userDefaults, desktop.workspace(), *machine.timeText, *machine.clock,
                [&desktop] { return desktop.makeUpdater(); }),
-      settings_(*machine.userDefaults, desktop.motionPreference()),
+      loginItem_(*machine.loginItem),
+      notificationPermission_(desktop.notificationCenter(), *machine.bundle, desktop.workspace()),
+      settings_(*machine.userDefaults, {desktop.motionPreference(), &notificationPermission_, &loginItem_}),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
       snapshot_(dashboard_, updates_, *machine.timeText),
-      tools_{makeToolInstaller(machine), clipboard_, desktop.workspace(), mainExecutor_},
+      scan_(dashboard_, scanProgress_, scanSteps_),
+      toolInstalls_(makeToolInstaller(machine), mainExecutor_),
+      tools_{toolInstalls_, clipboard_, desktop.workspace()},
       pageContext_({dashboard_, *machine.timeText, settings_, tools_}) {
   desktop_.onWake([this] {
     live_.wake();
@@ -94,7 +98,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
 CirrovaneApp::~CirrovaneApp() = default;
 
 Services CirrovaneApp::makeWindowServices(Machine& machine, NotificationCenter& notificationCenter) {
-  Services services = makeServices(machine);
+  Services services = makeServices(machine, &scanProgress_);
   services.notificationService =
       std::make_unique<GuardrailNotificationService>(notificationCenter, *machine.bundle, *machine.userDefaults);
   registerDefaults(*machine.userDefaults);
@@ -104,6 +108,7 @@ Services CirrovaneApp::makeWindowServices(Machine& machine, NotificationCenter& 
 void CirrovaneApp::makeWindow() {
   engine_.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell_)},
                                 {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
+                                {QStringLiteral("scan"), QVariant::fromValue(&scan_)},
                                 {QStringLiteral("context"), QVariant::fromValue(&pageContext_)},
                                 {QStringLiteral("commands"), QVariant::fromValue(&commands_)},
                                 {QStringLiteral("hasMenuBar"), !hasCommonMenuBar()}});
@@ -130,7 +135,12 @@ void CirrovaneApp::makeWindow() {
   connect(qApp, &QCoreApplication::aboutToQuit, this, &CirrovaneApp::rememberFrame);
   connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
     // A click on the icon in a Mac's Dock only makes the application the active one.
-    if (state == Qt::ApplicationActive && !isInSight()) {
+    if (state != Qt::ApplicationActive) {
+      return;
+    }
+    // The user may come from the system's settings.
+    settings_.rereadSystem();
+    if (!isInSight()) {
       showWindow();
     }
   });
@@ -144,7 +154,7 @@ void CirrovaneApp::makeIcons() {
   if (!hasCommonMenuBar()) {
     QGuiApplication::setWindowIcon(applicationIcon());
   }
-  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, desktop_);
+  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, scan_, desktop_);
   connect(trayIcon_.get(), &TrayIcon::clicked, this, &CirrovaneApp::togglePanel);
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
@@ -183,15 +193,19 @@ void CirrovaneApp::obey(MenuCommands::Command command) {
       shell_.rescan();
       break;
     case MenuCommands::Command::about:
+    case MenuCommands::Command::settings:
     case MenuCommands::Command::showWindow:
     case MenuCommands::Command::terminologyGuide:
     case MenuCommands::Command::faq:
       showWindow();
       break;
+    case MenuCommands::Command::closeWindow:
+      // A menu bar at the top of the screen is the panel's too.
+      (panel_ && panel_->isActive() ? panel_.get() : window_)->close();
+      break;
     case MenuCommands::Command::copy:
     case MenuCommands::Command::selectAll:
     case MenuCommands::Command::minimize:
-    case MenuCommands::Command::closeWindow:
       break;
   }
 }
@@ -209,9 +223,10 @@ void CirrovaneApp::showWindow() {
 
 void CirrovaneApp::makePanel() {
   QQmlComponent component(&engine_, sourceOf("MenuBarPanel.qml"));
-  QObject* made =
-      component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
-                                             {QStringLiteral("settings"), QVariant::fromValue(&settings_)}});
+  QObject* made = component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
+                                                         {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
+                                                         {QStringLiteral("commands"), QVariant::fromValue(&commands_)},
+                                                         {QStringLiteral("hasMenuBar"), !hasCommonMenuBar()}});
   panel_.reset(qobject_cast<QQuickWindow*>(made));
   if (!panel_) {
     return;

@@ -12,8 +12,11 @@
 #include "platform/qt/QtTimer.h"
 #include "ui/TrayIcon.h"
 #include "ui/viewmodels/AppSettings.h"
+#include "ui/viewmodels/LoginItemSetting.h"
 #include "ui/viewmodels/MenuCommands.h"
+#include "ui/viewmodels/NotificationPermission.h"
 #include "ui/viewmodels/PageContext.h"
+#include "ui/viewmodels/ScanStatus.h"
 #include "ui/viewmodels/ShellViewModel.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 #include "ui/viewmodels/ToolsEnvironment.h"
@@ -79,13 +82,19 @@ class CirrovaneApp : public QObject {
   QtAlarm removalAlarm_;
   QtPanels panels_;
   QtClipboard clipboard_;
+  QtTimer scanSteps_;
+  ScanProgress scanProgress_;
   LiveVerdict live_;
   DashboardViewModel dashboard_;
   AppUpdateService updates_;
+  LoginItemSetting loginItem_;
+  NotificationPermission notificationPermission_;
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;
+  ScanStatus scan_;
   MenuCommands commands_;
+  ToolInstalls toolInstalls_;
   ToolsEnvironment tools_;
   PageContext pageContext_;
   QQmlApplicationEngine engine_;

@@ -7,8 +7,8 @@
 
 namespace cirrovane {
 
-TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject* parent)
-    : QObject(parent), snapshot_(snapshot), desktop_(desktop) {
+TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const Desktop& desktop, QObject* parent)
+    : QObject(parent), snapshot_(snapshot), scan_(scan), desktop_(desktop) {
   connect(menu_.addAction(QStringLiteral("Open Cirrovane")), &QAction::triggered, this, &TrayIcon::windowRequested);
   connect(menu_.addAction(QStringLiteral("Show Panel")), &QAction::triggered, this, &TrayIcon::panelRequested);
   menu_.addSeparator();
@@ -25,6 +25,7 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject*
     }
   });
   connect(&snapshot_, &SnapshotViewModel::reportChanged, this, &TrayIcon::update);
+  connect(&scan_, &ScanStatus::changed, this, &TrayIcon::updateToolTip);
   update();
   icon_.show();
 }
@@ -41,9 +42,7 @@ void TrayIcon::update() {
     shown_ = sign;
     icon_.setIcon(drawn(sign));
   }
-  if (const QString toolTip = snapshot_.toolTip(); icon_.toolTip() != toolTip) {
-    icon_.setToolTip(toolTip);
-  }
+  updateToolTip();
 }
 
 const QIcon& TrayIcon::drawn(const Sign& sign) {
@@ -54,6 +53,15 @@ const QIcon& TrayIcon::drawn(const Sign& sign) {
     place->second.setIsMask(true);
   }
   return place->second;
+}
+
+void TrayIcon::updateToolTip() {
+  const QString scan = scan_.text();
+  const QString toolTip =
+      scan.isEmpty() ? snapshot_.toolTip() : snapshot_.toolTip() + QLatin1Char('\n') + scan;
+  if (icon_.toolTip() != toolTip) {
+    icon_.setToolTip(toolTip);
+  }
 }
 
 }  // namespace cirrovane

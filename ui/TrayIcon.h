@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "ui/viewmodels/ScanStatus.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 #include "ui/viewmodels/Tone.h"
 
@@ -20,8 +21,8 @@ class TrayIcon : public QObject {
   Q_OBJECT
 
  public:
-  /// The desktop outlives the icon.
-  TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject* parent = nullptr);
+  /// The arguments outlive the icon.
+  TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const Desktop& desktop, QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
   QRect geometry() const;
@@ -39,8 +40,10 @@ class TrayIcon : public QObject {
 
   void update();
   const QIcon& drawn(const Sign& sign);
+  void updateToolTip();
 
   SnapshotViewModel& snapshot_;
+  const ScanStatus& scan_;
   const Desktop& desktop_;
   QMenu menu_;
   /// Each drawn once, since Qt remembers the pictures of every icon that was ever shown.

@@ -1,4 +1,5 @@
 #include "platform/Machine.h"
+#include "platform/linux/host/AutostartLoginItem.h"
 #include "platform/linux/host/HostBundle.h"
 #include "platform/linux/host/HostDisk.h"
 #include "platform/linux/host/HostSystemInformation.h"
@@ -8,6 +9,7 @@
 #include "platform/linux/macroot/MacRoot.h"
 #include "platform/linux/macroot/RootBundle.h"
 #include "platform/linux/macroot/RootDisk.h"
+#include "platform/linux/macroot/RootLoginItem.h"
 #include "platform/linux/macroot/RootSystemInformation.h"
 #include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/watch/InotifyWatch.h"
@@ -62,9 +64,12 @@ Result<Machine> makeMachine(const std::string& path) {
   }
   machine.notificationAuthorization = [root] { return root.notificationAuthorization(); };
   if (root.isHost()) {
+    machine.loginItem =
+        std::make_unique<AutostartLoginItem>(hostFolders().preferences, runningProgram, *machine.fileStorage);
     useFolders(machine, hostFolders(), std::move(volume));
     machine.commandRunner = std::make_unique<PosixCommandRunner>();
   } else {
+    machine.loginItem = std::make_unique<RootLoginItem>(root, *machine.fileStorage);
     useFolders(machine, foldersOf(root), std::move(volume));
     machine.commandRunner = commandRunnerOf(root);
   }

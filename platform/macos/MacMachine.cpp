@@ -3,6 +3,7 @@
 #include "platform/macos/MacBundle.h"
 #include "platform/macos/MacCollation.h"
 #include "platform/macos/MacFileSystem.h"
+#include "platform/macos/MacLoginItem.h"
 #include "platform/macos/MacSystemInformation.h"
 #include "platform/macos/MacTimeText.h"
 #include "platform/macos/MacUserDefaults.h"
@@ -53,6 +54,7 @@ Result<Machine> makeMachine(const std::string& path) {
   machine.timeText = std::make_unique<MacTimeText>();
   machine.bundle = std::make_unique<MacBundle>();
   machine.userDefaults = std::make_unique<MacUserDefaults>();
+  machine.loginItem = std::make_unique<MacLoginItem>(*machine.bundle);
   machine.notificationAuthorization = [] { return std::optional<std::string>(); };
   machine.makeFolderWatch = [&files = *machine.fileSystem, &storage = *machine.fileStorage](
                                 FolderWatchListener& listener) { return makeWatch(listener, files, storage); };

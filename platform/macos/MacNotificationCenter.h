@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace cirrovane {
 
@@ -24,6 +26,7 @@ class MacNotificationCenter final : public NotificationCenter {
   void readAuthorization(std::function<void(NotificationAuthorization)> then) override;
   void requestAuthorization(std::function<void()> then) override;
   void add(const Notification& notification, std::function<void()> then) override;
+  std::optional<std::string> settingsAddress() const override;
 
  private:
   struct Center;

@@ -140,4 +140,8 @@ void MacNotificationCenter::add(const Notification& notification, std::function<
   }
 }
 
+std::optional<std::string> MacNotificationCenter::settingsAddress() const {
+  return "x-apple.systempreferences:com.apple.Notifications-Settings.extension?id=com.quillmere.Cirrovane";
+}
+
 }  // namespace cirrovane

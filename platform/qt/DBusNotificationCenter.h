@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace cirrovane {
@@ -34,6 +35,8 @@ class DBusNotificationCenter final : public QObject, public NotificationCenter {
   void requestAuthorization(std::function<void()> then) override;
   /// Drops the notification unless the user has agreed.
   void add(const Notification& notification, std::function<void()> then) override;
+  /// Each desktop has settings of its own.
+  std::optional<std::string> settingsAddress() const override { return std::nullopt; }
 
  private:
   Q_SLOT void actionInvoked(uint serverId, const QString& action);

@@ -1,30 +1,38 @@
 #include "platform/qt/QtPanels.h"
 
+#include <QAccessible>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QUrl>
 #include <utility>
 
 namespace cirrovane {
 namespace {
 
+/// Whether a panel may be the desktop's own. Elsewhere than on a Mac a screen reader cannot be sure to read that one.
+bool mayBeNative() {
 #ifdef Q_OS_MACOS
-constexpr bool kHasNativePanel = true;
+  return true;
 #else
-constexpr bool kHasNativePanel = false;
+  return !QAccessible::isActive();
 #endif
+}
+
+bool isJSON(const QString& file) {
+  return file.endsWith(".json", Qt::CaseInsensitive);
+}
 
 /// A panel that names JSON files only, as the Mac's does: whatever else a name ends with, ".json" follows.
 class JSONFileDialog final : public QFileDialog {
  public:
   void accept() override {
     const QStringList files = selectedFiles();
-    if (!kHasNativePanel && files.size() == 1 && !files.front().endsWith(".json", Qt::CaseInsensitive) &&
-        !QFileInfo(files.front()).isDir()) {
-      // Not selectFile(), which leaves alone what the user is typing.
-      auto* name = findChild<QLineEdit*>("fileNameEdit");
+    // Not selectFile(), which leaves alone what the user is typing. A desktop's own panel has no such child.
+    auto* name = findChild<QLineEdit*>("fileNameEdit");
+    if (name != nullptr && files.size() == 1 && !isJSON(files.front()) && !QFileInfo(files.front()).isDir()) {
       name->setText(name->text() + ".json");
     }
     QFileDialog::accept();
@@ -38,7 +46,7 @@ std::optional<std::string> QtPanels::chooseFolder(const FolderPanel& panel) {
   dialog.setWindowTitle(QString::fromStdString(panel.title));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
-  dialog.setOption(QFileDialog::DontUseNativeDialog, !kHasNativePanel);
+  dialog.setOption(QFileDialog::DontUseNativeDialog, !mayBeNative());
   dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(panel.prompt));
   return ask(dialog);
 }
@@ -48,11 +56,27 @@ std::optional<std::string> QtPanels::chooseFileToSave(const SavePanel& panel) {
   dialog.setWindowTitle(QString::fromStdString(panel.title));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
-  dialog.setOption(QFileDialog::DontUseNativeDialog, !kHasNativePanel);
+  dialog.setOption(QFileDialog::DontUseNativeDialog, !mayBeNative());
   dialog.setNameFilter("JSON (*.json)");
   dialog.setDefaultSuffix("json");
   dialog.selectFile(QString::fromStdString(panel.proposedName));
-  return ask(dialog);
+  const auto file = ask(dialog);
+  return file ? asJSONFile(*file, panel.title) : std::nullopt;
+}
+
+std::optional<std::string> QtPanels::asJSONFile(const std::string& file, const std::string& title) {
+  const QString path = QString::fromStdString(file);
+  if (isJSON(path)) {
+    return file;
+  }
+  // The desktop's own panel took the name as it was typed, and asked about that one.
+  const QString wanted = path + ".json";
+  const auto answer =
+      QFileInfo::exists(wanted)
+          ? QMessageBox::question(nullptr, QString::fromStdString(title),
+                                  QFileInfo(wanted).fileName() + " already exists.\nDo you want to replace it?")
+          : QMessageBox::Yes;
+  return answer == QMessageBox::Yes ? std::optional(wanted.toStdString()) : std::nullopt;
 }
 
 std::optional<std::string> QtPanels::ask(QFileDialog& dialog) {

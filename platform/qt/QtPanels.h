@@ -9,7 +9,8 @@ class QFileDialog;
 
 namespace cirrovane {
 
-/// File panels: the system's own on a Mac, elsewhere Qt's, which a screen reader can read. Needs a QApplication.
+/// File panels: the desktop's own where it has some. While a screen reader runs they are Qt's, which it can read; a
+/// Mac's own it reads too. Needs a QApplication.
 class QtPanels final : public Panels {
  public:
   /// The first panel shows `firstFolder`, where it exists; each later one the folder around the last answer.
@@ -20,6 +21,10 @@ class QtPanels final : public Panels {
 
   std::optional<std::string> chooseFolder(const FolderPanel& panel) override;
   std::optional<std::string> chooseFileToSave(const SavePanel& panel) override;
+
+  /// The JSON file for a name that any panel let pass: the user is asked again where ".json" makes another file of it
+  /// that exists. Absent when the user would rather keep that.
+  static std::optional<std::string> asJSONFile(const std::string& file, const std::string& title);
 
  private:
   std::optional<std::string> ask(QFileDialog& dialog);

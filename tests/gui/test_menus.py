@@ -3,7 +3,7 @@
 from application import MENU_TITLE
 
 MENUS = {
-    "Cirrovane": ["About Cirrovane", "Check for Updates...", "Open Release Notes", "Quit Cirrovane"],
+    "Cirrovane": ["About Cirrovane", "Settings...", "Check for Updates...", "Open Release Notes", "Quit Cirrovane"],
     "Edit": ["Copy", "Select All"],
     "View": ["Rescan"],
     "Window": ["Minimize", "Close Window", "Show Cirrovane"],

@@ -10,7 +10,7 @@ PANEL = ("panel", "Cirrovane")
 PANEL_WIDTH = 380
 REASONS = {"unresolvedConflict": "Conflict Detected", "notDownloaded": "Cloud-Only (Not Local)"}
 CONTROLS = ["Rescan", "Export Proof", "Check for Updates", "Show terminology in dashboard", "Terminology Guide",
-            "Build v1.2 (45)"]  # fmt: skip
+            "Open Cirrovane", "Settings...", "Quit", "Build v1.2 (45)"]  # fmt: skip
 TIME = re.compile(r"\d{1,2}:\d\d:\d\d\s[AP]M")
 
 
@@ -131,3 +131,76 @@ def test_terminologyGuide_opensInThePanel(panel):
     application.press("push button", "Close", ("dialog", "Terminology Guide"))
     application.wait_for_none("dialog", "Terminology Guide")
     assert application.wait_for_window(PANEL_WIDTH)
+
+
+def only_window(application, desktop):
+    """The main window, once it is the only one."""
+    return application.wait_until(
+        lambda: next((w for w in application.windows() if desktop.geometry(w)[2] > PANEL_WIDTH), None)
+        if len(application.windows()) == 1 else None,
+        "the window, and no panel",
+    )  # fmt: skip
+
+
+def open_again(application, launch):
+    assert launch("--panel").wait_for_end() == 0
+    return application.wait_for_window(PANEL_WIDTH)
+
+
+def test_openCirrovane_showsTheWindowInThePanelsPlace(panel, desktop):
+    application = panel()
+    application.press("push button", "Open Cirrovane", PANEL)
+    window = only_window(application, desktop)
+    application.wait_until(lambda: desktop.active_window() == window.id, "the window to have the keyboard")
+
+
+def test_quit_endsTheApplication(panel):
+    application = panel()
+    application.press("push button", "Quit", PANEL)
+    assert application.wait_for_end() == 0
+
+
+def test_settings_openInTheWindow(panel, desktop):
+    application = panel()
+    application.press("push button", "Settings...", PANEL)
+    only_window(application, desktop)
+    application.node("dialog", "Settings")
+
+
+@pytest.mark.parametrize("keys", ["Escape", "ctrl+w"])
+def test_closingKeys_closeThePanelAlone(panel, desktop, launch, keys):
+    application = panel()
+    assert launch().wait_for_end() == 0
+    only_window(application, desktop)
+    opened = open_again(application, launch)
+    desktop.activate(opened)
+    application.keys(keys)
+    only_window(application, desktop)
+
+
+def test_commandKeys_workInThePanel(panel, desktop, mac):
+    application = panel()
+    desktop.activate(application.wait_for_window(PANEL_WIDTH))
+    application.keys("ctrl+r")
+    application.wait_scanned(2)
+    application.keys("ctrl+comma")
+    only_window(application, desktop)
+    application.node("dialog", "Settings")
+
+
+def test_quitKey_endsTheApplication(panel, desktop):
+    application = panel()
+    desktop.activate(application.wait_for_window(PANEL_WIDTH))
+    application.quit()
+
+
+def test_panelClosed_takesItsSheetAlong(panel, desktop, launch):
+    application = panel()
+    application.press("push button", "Terminology Guide", PANEL)
+    application.node("dialog", "Terminology Guide")
+    # Another window takes the keyboard.
+    assert launch().wait_for_end() == 0
+    only_window(application, desktop)
+    open_again(application, launch)
+    application.node("push button", "Terminology Guide", PANEL)
+    assert not application.all("dialog", "Terminology Guide")

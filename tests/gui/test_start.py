@@ -96,3 +96,14 @@ def test_start_noSuchRoot_saysSo(launch, mac):
 
 def test_start_optionWithoutItsValue_isWrongUsage(launch):
     assert launch("--mac-root").wait_for_end() == 2
+
+
+def test_scanThatTakesItsTime_saysHowFarItHasCome(launch, held):
+    application = launch(**held.environment).ready()
+    application.wait_until(
+        lambda: any(node.name.startswith("Scanning ") and node.name.endswith(" files") for node in application.all("label")),
+        "how far the scan has come",
+    )
+    held.let_go()
+    application.wait_scanned()
+    assert not any(node.name.startswith("Scanning ") for node in application.all("label"))

@@ -109,8 +109,25 @@ def test_download_twoAtOnce_eachGoesItsOwnWay(tools, mac):
     wait_for(application, "lnav", "Install complete", "Not Installed")
 
 
-def test_download_pageLeftMeanwhile_nothingComesOfIt(tools, mac):
-    mac.replace_command(BREW, PATIENT_BREW)
+def test_download_pageLeftMeanwhile_isUnderWayWhereOneComesBack(tools, mac):
+    runs = mac.root / "runs"
+    mac.replace_command(BREW, f'echo "$2" >>"{runs}"\n{PATIENT_BREW}')
+    application = tools()
+    wait_for(application, "lnav", "Not Installed")
+    application.press("push button", "Download", ("panel", "lnav"))
+    wait_for(application, "lnav", "Installing...")
+    application.press("page tab", "Why")
+    application.node("heading", "Why This Verdict")
+    application.choose_tab(TOOLS_TAB)
+    wait_for(application, "lnav", "Installing...")
+    assert "enabled" not in application.node("push button", "Download", ("panel", "lnav")).states
+    (mac.root / BREW).with_name("go").touch()
+    wait_for(application, "lnav", "Install complete")
+    assert runs.read_text().split() == ["lnav"]
+
+
+def test_download_endedWhileThePageWasLeft_isToldThere(tools, mac):
+    mac.replace_command(BREW, f'{PATIENT_BREW.replace("exit 0", "touch ${0%/*}/ended; exit 1")}')
     application = tools()
     wait_for(application, "lnav", "Not Installed")
     application.press("push button", "Download", ("panel", "lnav"))
@@ -118,9 +135,9 @@ def test_download_pageLeftMeanwhile_nothingComesOfIt(tools, mac):
     application.press("page tab", "Why")
     application.node("heading", "Why This Verdict")
     (mac.root / BREW).with_name("go").touch()
+    application.wait_until((mac.root / BREW).with_name("ended").exists, "the install to end")
     application.choose_tab(TOOLS_TAB)
-    wait_for(application, "lnav", "Not Installed", "Download")
-    assert "Install complete" not in card(application, "lnav")
+    wait_for(application, "lnav", "Install failed", "Download")
 
 
 def test_homebrewMissing_offersItsPage(tools, mac, desktop):

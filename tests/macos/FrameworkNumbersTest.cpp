@@ -41,5 +41,13 @@ TEST(NotificationAuthorizationOf, onlyZero_meansThatTheUserWasNeverAsked) {
   }
 }
 
+TEST(LoginItemStateOf, serviceThatTheSystemNeverHeardOf_isOff) {
+  EXPECT_EQ(loginItemStateOf(1), LoginItemState::on);
+  EXPECT_EQ(loginItemStateOf(2), LoginItemState::needsApproval);
+  for (const std::int64_t number : {0, 3, 4, -1}) {
+    EXPECT_EQ(loginItemStateOf(number), LoginItemState::off) << number;
+  }
+}
+
 }  // namespace
 }  // namespace cirrovane

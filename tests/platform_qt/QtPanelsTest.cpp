@@ -2,6 +2,7 @@
 #include "tests/platform_qt/EventLoop.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -172,6 +173,33 @@ TEST_F(QtPanelsTest, chooseFileToSave_ofAnExistingFile_asksBeforeItAnswers) {
   };
   EXPECT_EQ(chooseFile({save, refuse}), std::nullopt);
   EXPECT_THAT(chooseFile({save, [](QDialog& question) { click(question, "Yes"); }}), Optional(folder / "a.txt.json"));
+}
+
+TEST_F(QtPanelsTest, panels_areTheDesktopsOwnUnlessAScreenReaderRuns) {
+  for (const bool isRead : {true, false}) {
+    QAccessible::setActive(isRead);
+    const auto look = [isRead](QDialog& dialog) {
+      EXPECT_EQ(dynamic_cast<QFileDialog&>(dialog).testOption(QFileDialog::DontUseNativeDialog), isRead);
+      dialog.reject();
+    };
+    EXPECT_EQ(chooseFolder({look}), std::nullopt);
+    EXPECT_EQ(chooseFile({look}), std::nullopt);
+  }
+}
+
+TEST_F(QtPanelsTest, nameThatADesktopsPanelLetPass_becomesAJSONFile) {
+  EXPECT_EQ(QtPanels::asJSONFile(folder / "a.JSON", "Export"), folder / "a.JSON");
+  EXPECT_EQ(QtPanels::asJSONFile(folder / "a.txt", "Export"), folder / "a.txt.json");
+}
+
+TEST_F(QtPanelsTest, nameThatBecomesAnExistingFile_isAskedAboutAgain) {
+  writeFile(folder / "a.json");
+  for (const auto& [button, answer] :
+       {std::pair("No", std::optional<std::string>()), std::pair("Yes", std::optional(folder / "a.json"))}) {
+    const User user({[&button = button](QDialog& question) { click(question, button); }});
+    EXPECT_EQ(QtPanels::asJSONFile(folder / "a", "Export"), answer);
+    EXPECT_TRUE(user.isDone());
+  }
 }
 
 TEST_F(QtPanelsTest, laterPanel_showsTheFolderAroundTheLastAnswer) {

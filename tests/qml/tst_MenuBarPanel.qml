@@ -15,7 +15,9 @@ TestCase {
     function test_beforeItIsShown_staysInSightOfAMac() {
         const made = panel.createObject(null, {
             snapshot: null,
-            settings: null
+            settings: null,
+            commands: null,
+            hasMenuBar: false
         });
         verify(!made.visible);
         compare(made._q_macAlwaysShowToolWindow, true);

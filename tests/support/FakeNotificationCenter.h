@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,9 @@ class FakeNotificationCenter final : public NotificationCenter {
   NotificationAuthorization authorization = NotificationAuthorization::authorized;
   /// What the user says when asked.
   NotificationAuthorization usersAnswer = NotificationAuthorization::authorized;
+
+  /// Of the page of the system's settings.
+  std::optional<std::string> address;
 
   void readAuthorization(std::function<void(NotificationAuthorization)> then) override {
     calls_.emplace_back("read authorization");
@@ -34,6 +38,8 @@ class FakeNotificationCenter final : public NotificationCenter {
     posted_.push_back(notification);
     answers_.push_back(std::move(then));
   }
+
+  std::optional<std::string> settingsAddress() const override { return address; }
 
   /// Gives the oldest answer that is due; false when none is.
   bool answerOne() {

@@ -1,5 +1,9 @@
+#include "tests/support/FakeBundle.h"
+#include "tests/support/FakeLoginItem.h"
 #include "tests/support/FakeMotionPreference.h"
+#include "tests/support/FakeNotificationCenter.h"
 #include "tests/support/FakeUserDefaults.h"
+#include "tests/support/FakeWorkspace.h"
 #include "tests/ui/Rows.h"
 #include "ui/viewmodels/AppSettings.h"
 
@@ -85,7 +89,7 @@ TEST(AppSettings, choices_comeBackAfterARestart) {
 TEST(AppSettings, motion_isAllowedWhereNeitherTheUserNorTheSystemIsAgainstIt) {
   FakeUserDefaults defaults;
   FakeMotionPreference preference;
-  AppSettings settings(defaults, &preference);
+  AppSettings settings(defaults, {&preference});
   EXPECT_TRUE(settings.motionAllowed());
   preference.setReduced(true);
   EXPECT_FALSE(settings.motionAllowed());
@@ -98,7 +102,7 @@ TEST(AppSettings, motion_isAllowedWhereNeitherTheUserNorTheSystemIsAgainstIt) {
 TEST(AppSettings, motionAllowed_isToldAfterEitherChange) {
   FakeUserDefaults defaults;
   FakeMotionPreference preference;
-  AppSettings settings(defaults, &preference);
+  AppSettings settings(defaults, {&preference});
   const QSignalSpy told(&settings, &AppSettings::motionAllowedChanged);
   preference.setReduced(true);
   EXPECT_EQ(told.size(), 1);
@@ -118,7 +122,7 @@ TEST(AppSettings, end_leavesTheSystemPreferenceUnobserved) {
   FakeUserDefaults defaults;
   FakeMotionPreference preference;
   {
-    const AppSettings settings(defaults, &preference);
+    const AppSettings settings(defaults, {&preference});
     EXPECT_TRUE(preference.isObserved());
   }
   EXPECT_FALSE(preference.isObserved());
@@ -130,6 +134,35 @@ TEST(AppSettings, change_thatCannotBeStored_holdsMeanwhile) {
   AppSettings settings(defaults);
   settings.setVisualStyle("classic");
   EXPECT_TRUE(settings.isClassic());
+}
+
+TEST(AppSettings, motionThatTheSystemForbids_saysSo) {
+  FakeUserDefaults defaults;
+  FakeMotionPreference preference;
+  AppSettings settings(defaults, {&preference});
+  EXPECT_EQ(settings.motionNote(), "");
+  preference.setReduced(true);
+  EXPECT_EQ(settings.motionNote(), "Nothing moves: the system's settings ask for less motion.");
+  settings.setMotionEnabled(false);
+  EXPECT_EQ(settings.motionNote(), "");
+}
+
+TEST(AppSettings, rereadSystem_asksForAllThatTheUserMayHaveChangedThere) {
+  FakeUserDefaults defaults;
+  FakeNotificationCenter center;
+  const FakeBundle bundle;
+  FakeWorkspace workspace;
+  FakeLoginItem item;
+  NotificationPermission permission(center, bundle, workspace);
+  LoginItemSetting loginItem(item);
+  AppSettings settings(defaults, {nullptr, &permission, &loginItem});
+  center.authorization = NotificationAuthorization::denied;
+  item.current = LoginItemState::on;
+  settings.rereadSystem();
+  center.answerAll();
+  EXPECT_NE(settings.notificationPermission()->note(), "");
+  EXPECT_TRUE(settings.loginItem()->isOn());
+  AppSettings(defaults).rereadSystem();
 }
 
 }  // namespace

@@ -239,6 +239,24 @@ TEST_F(IncidentCenterViewModelTest, refresh_sortsWhatTheUserResolved) {
   EXPECT_THAT(titles(), ElementsAre("B", "A"));
 }
 
+TEST_F(IncidentCenterViewModelTest, notificationsThatTheSystemRefuses_areSaidWhileSwitchedOn) {
+  center_.authorization = NotificationAuthorization::denied;
+  center_.address = "settings:notifications";
+  openOver({});
+  EXPECT_EQ(page_->notificationNote(), "");
+  const QSignalSpy changed(page_.get(), &IncidentCenterViewModel::changed);
+  center_.answerAll();
+  EXPECT_EQ(changed.size(), 1);
+  EXPECT_EQ(page_->notificationNote(), permission_.note());
+  EXPECT_NE(page_->notificationNote(), "");
+  EXPECT_EQ(page_->notificationAction(), "Open System Settings");
+  page_->allowNotifications();
+  EXPECT_THAT(workspace_.opened(), ElementsAre("settings:notifications"));
+  page_->setNotificationsEnabled(false);
+  EXPECT_EQ(page_->notificationNote(), "");
+  EXPECT_EQ(page_->notificationAction(), "");
+}
+
 TEST_F(IncidentCenterViewModelTest, notifications_switchedOff_areOffAtOnceAndAfterALaunch) {
   openOver({});
   EXPECT_TRUE(page_->notificationsEnabled());

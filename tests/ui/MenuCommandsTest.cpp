@@ -80,6 +80,7 @@ TEST_F(MenuCommandsTest, applicationsMenu_isLeftEmptyByAMac) {
 TEST_F(MenuCommandsTest, commandsWithAPlaceOfTheirOwn_haveItsRole) {
   EXPECT_EQ(action("About Cirrovane").menuRole(), QAction::AboutRole);
   EXPECT_EQ(action("Check for Updates...").menuRole(), QAction::ApplicationSpecificRole);
+  EXPECT_EQ(action("Settings...").menuRole(), QAction::PreferencesRole);
   EXPECT_EQ(action("Quit Cirrovane").menuRole(), QAction::QuitRole);
 }
 
@@ -127,6 +128,18 @@ TEST_F(MenuCommandsTest, commandThatCannotBeGiven_isNotTold) {
   EXPECT_EQ(told.size(), 0);
   commands_.setEnabled("copy", true);
   action("Copy").trigger();
+  EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(MenuCommandsTest, commandByItsName_isGivenAndTellsItsKeys) {
+  const QSignalSpy told(&commands_, &MenuCommands::triggered);
+  commands_.trigger("settings");
+  ASSERT_EQ(told.size(), 1);
+  EXPECT_EQ(told.front().at(1).toString(), "settings");
+  EXPECT_EQ(commands_.keys("settings"), "Ctrl+,");
+  EXPECT_EQ(commands_.keys("about"), "");
+  commands_.trigger("no such command");
+  EXPECT_EQ(commands_.keys("no such command"), "");
   EXPECT_EQ(told.size(), 1);
 }
 

@@ -7,7 +7,10 @@
 #include "ui/viewmodels/ToolsEnvironment.h"
 
 #include <QCoreApplication>
+#include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace cirrovane::test {
 
@@ -31,7 +34,7 @@ class PageTest : public DashboardMachine {
   template <class ViewModel>
   std::unique_ptr<ViewModel> openWith(std::unique_ptr<ViewModel> page) {
     if (!context_) {
-      settings_ = std::make_unique<AppSettings>(defaults_);
+      settings_ = std::make_unique<AppSettings>(defaults_, AppSettings::System{.notifications = &permission_});
       context_ = std::make_unique<PageContext>(PageContext::Parts{*dashboard_, timeText_, *settings_, tools_});
     }
     page->setContext(context_.get());
@@ -47,7 +50,12 @@ class PageTest : public DashboardMachine {
   char* arguments_[1] = {name_};
   QCoreApplication application_{argumentCount_, arguments_};
   NotedClipboard clipboard_;
-  ToolsEnvironment tools_{{commands_, system_}, clipboard_, workspace_, executor_};
+  /// Tasks that would run at the same time, each on a thread of its own.
+  std::vector<std::function<void()>> background_;
+  ToolInstalls installs_{
+      {commands_, system_}, executor_, [this](std::function<void()> task) { background_.push_back(std::move(task)); }};
+  ToolsEnvironment tools_{installs_, clipboard_, workspace_};
+  NotificationPermission permission_{center_, bundle_, workspace_};
   std::unique_ptr<AppSettings> settings_;
   std::unique_ptr<PageContext> context_;
 };

@@ -31,8 +31,7 @@ class ToolsViewModelTest : public PageTest {
   ToolsViewModelTest() { commands_.makeExecutable(kBrew); }
 
   std::unique_ptr<ToolsViewModel> openTools() {
-    auto page = openWith(std::make_unique<ToolsViewModel>(
-        [this](std::function<void()> task) { background_.push_back(std::move(task)); }));
+    auto page = open<ToolsViewModel>();
     checks_ = std::make_unique<QAbstractItemModelTester>(page->tools(),
                                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
     return page;
@@ -49,6 +48,7 @@ class ToolsViewModelTest : public PageTest {
     background_.erase(background_.begin());
     task();
     executor_.runAll();
+    catchUp();
   }
   static ToolRow row(ToolsViewModel& page, int row) { return page.tools()->row(row); }
   static std::vector<QString> states(ToolsViewModel& page) { return fieldsOf(*page.tools(), &ToolRow::state); }
@@ -63,8 +63,6 @@ class ToolsViewModelTest : public PageTest {
     return runs;
   }
 
-  /// Tasks that would run at the same time, each on a thread of its own.
-  std::vector<std::function<void()>> background_;
   std::unique_ptr<QAbstractItemModelTester> checks_;
 };
 
@@ -188,34 +186,78 @@ TEST_F(ToolsViewModelTest, install_duringDetection_isKnownBeforeIt) {
   EXPECT_EQ(row(*page, kSmartmontools).state, "Not Installed");
 }
 
-TEST_F(ToolsViewModelTest, pageClosed_duringDetectionAndInstall_bothComeToNothing) {
-  auto page = openTools();
+TEST_F(ToolsViewModelTest, pageClosed_duringAnInstall_knowsItWhenOpenedAgain) {
+  commands_.answer(brewInstall("iperf3"), "");
+  auto page = openDetected();
   page->install(kIperf);
+  page->copyInstallCommand(kIperf);
   checks_.reset();
   page.reset();
+  page = openTools();
+  EXPECT_EQ(row(*page, kIperf).status, "Installing...");
+  EXPECT_TRUE(row(*page, kIperf).isInstalling);
+  EXPECT_EQ(row(*page, kIperf).state, "Not Installed");
+  page->install(kIperf);
+  // The install and the look at what is installed.
   ASSERT_THAT(background_, SizeIs(2));
   runBackground();
-  runBackground();
+  EXPECT_EQ(row(*page, kIperf).status, "Install complete");
   EXPECT_THAT(brewRuns(), ElementsAre(brewInstall("iperf3")));
 }
 
-TEST_F(ToolsViewModelTest, pageClosed_withResultsOnTheirWay_theyComeToNothing) {
-  auto page = openTools();
-  background_.front()();
-  EXPECT_EQ(executor_.size(), 1U);
+TEST_F(ToolsViewModelTest, installThatEndedWithoutThePage_isToldByTheNext) {
+  auto page = openDetected();
+  page->install(kIperf);
   checks_.reset();
   page.reset();
+  runBackground();
+  page = openTools();
+  EXPECT_EQ(row(*page, kIperf).status, "Install failed");
+  EXPECT_TRUE(row(*page, kIperf).canInstall);
+}
+
+TEST_F(ToolsViewModelTest, pageOpenedAgain_duringDetection_looksOnce) {
+  auto page = openTools();
+  checks_.reset();
+  page.reset();
+  page = openTools();
+  EXPECT_THAT(background_, SizeIs(1));
+  EXPECT_THAT(states(*page), Each("Checking"));
+  runBackground();
+  EXPECT_EQ(page->installedText(), "1 installed");
+}
+
+TEST_F(ToolsViewModelTest, pageOpenedAgain_looksAgainAndSaysWhatIsKnownMeanwhile) {
+  auto page = openDetected();
+  checks_.reset();
+  page.reset();
+  commands_.makeExecutable("/opt/homebrew/bin/jq");
+  page = openTools();
+  EXPECT_EQ(page->installedText(), "1 installed");
+  runBackground();
+  EXPECT_EQ(page->installedText(), "2 installed");
+}
+
+TEST_F(ToolsViewModelTest, installsThatAreGone_letTheirResultsComeToNothing) {
+  auto installs =
+      std::make_unique<ToolInstalls>(ToolInstaller(commands_, system_), executor_,
+                                     [this](std::function<void()> task) { background_.push_back(std::move(task)); });
+  installs->look();
+  background_.front()();
+  EXPECT_EQ(executor_.size(), 1U);
+  installs.reset();
   executor_.runAll();
   EXPECT_EQ(executor_.size(), 0U);
 }
 
 TEST_F(ToolsViewModelTest, withoutBackgroundOfItsOwn_workIsDoneOnAnotherThread) {
   commands_.makeExecutable("/opt/homebrew/bin/jq");
-  const auto page = open<ToolsViewModel>();
+  ToolInstalls installs({commands_, system_}, executor_);
+  installs.look();
   executor_.waitForTask();
-  EXPECT_EQ(page->installedCount(), 0U);
+  EXPECT_EQ(installs.state("jq").isInstalled, std::nullopt);
   executor_.runAll();
-  EXPECT_EQ(page->installedText(), "2 installed");
+  EXPECT_EQ(installs.state("jq").isInstalled, true);
 }
 
 TEST_F(ToolsViewModelTest, rowsThatAreNone_doNothing) {

@@ -79,6 +79,12 @@ PremiumTabList {
                 }
             }
         }
+        NoteRow {
+            text: center.notificationNote
+            textColor: Theme.yellow
+            action: center.notificationAction
+            onActed: center.allowNotifications()
+        }
         WarningText {
             text: center.saveFailure
         }

@@ -10,6 +10,7 @@ Item {
 
     required property ShellViewModel viewModel
     required property AppSettings settings
+    required property ScanStatus scan
     required property PageContext context
 
     // Whether the tab bar has to save room.
@@ -114,7 +115,8 @@ Item {
             }
             AppLabel {
                 id: statusLine
-                text: shell.viewModel.updateStatusLine
+                // How far a scan has come is of more interest meanwhile.
+                text: shell.scan.text.length > 0 ? shell.scan.text : shell.viewModel.updateStatusLine
                 font.pixelSize: Theme.captionSize
                 color: Theme.dimmedText
                 horizontalAlignment: Text.AlignRight
@@ -148,6 +150,15 @@ Item {
         }
 
         Divider {
+            // How far a scan has come, where that is known.
+            Rectangle {
+                width: parent.width * Math.max(0, shell.scan.share)
+                height: 3
+                color: Theme.accent
+                visible: shell.scan.share >= 0
+                // The status line tells it.
+                Accessible.ignored: true
+            }
         }
 
         PageSlot {

@@ -10,6 +10,7 @@ ApplicationWindow {
 
     required property ShellViewModel shell
     required property AppSettings settings
+    required property ScanStatus scan
     required property PageContext context
     required property MenuCommands commands
     // Whether the menus are in the window.
@@ -28,6 +29,8 @@ ApplicationWindow {
     property var about: null
     // Goes when it is closed, since it may hold very many rows.
     property var blockers: null
+    property var preferences: null
+    readonly property bool hasOpenSheet: [guide, about, blockers, preferences].some(sheet => sheet?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -57,6 +60,11 @@ ApplicationWindow {
             folder: folder
         });
         blockers.open();
+    }
+
+    function showSettings() {
+        preferences = preferences ?? settingsComponent.createObject(contentItem);
+        preferences.open();
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -94,8 +102,7 @@ ApplicationWindow {
     // An open sheet takes the key that closes the window.
     CommandState {
         command: "closeWindow"
-        isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
-                   && !(window.blockers?.opened ?? false)
+        isEnabled: window.visible && !window.hasOpenSheet
     }
     CommandState {
         command: "minimize"
@@ -116,6 +123,9 @@ ApplicationWindow {
             case "about":
                 window.showAbout();
                 break;
+            case "settings":
+                window.showSettings();
+                break;
             case "copy":
                 window.copy();
                 break;
@@ -125,9 +135,6 @@ ApplicationWindow {
                 break;
             case "minimize":
                 window.showMinimized();
-                break;
-            case "closeWindow":
-                window.close();
                 break;
             case "terminologyGuide":
                 window.showGuide();
@@ -158,6 +165,7 @@ ApplicationWindow {
         anchors.fill: parent
         viewModel: window.shell
         settings: window.settings
+        scan: window.scan
         context: window.context
         onTerminologyRequested: window.showGuide()
         onBlockersRequested: folder => window.showBlockers(folder)
@@ -183,6 +191,13 @@ ApplicationWindow {
                 window.blockers = null;
                 destroy();
             }
+        }
+    }
+
+    Component {
+        id: settingsComponent
+        SettingsView {
+            settings: window.settings
         }
     }
 

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Cirrovane
@@ -8,6 +10,9 @@ Window {
 
     required property SnapshotViewModel snapshot
     required property AppSettings settings
+    required property MenuCommands commands
+    // Whether no menu bar of the desktop takes the keys of the commands.
+    required property bool hasMenuBar
     // Of the screen, without what the desktop keeps for itself.
     property real availableHeight: Screen.desktopAvailableHeight
 
@@ -19,7 +24,13 @@ Window {
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     color: Theme.liquidBottom
 
-    onVisibleChanged: if (visible) snapshot.appeared()
+    onVisibleChanged: {
+        if (visible) {
+            snapshot.appeared();
+        } else {
+            guide.close();
+        }
+    }
 
     // The dialog takes the focus, which closes the panel. The panel comes back and says how the export ended.
     Connections {
@@ -28,6 +39,27 @@ Window {
             panel.show();
             panel.requestActivate();
         }
+    }
+
+    Repeater {
+        model: panel.hasMenuBar ? ["settings", "rescan", "checkForUpdates", "showWindow", "quit"] : []
+
+        Item {
+            id: command
+            required property string modelData
+
+            Shortcut {
+                sequence: panel.commands.keys(command.modelData)
+                onActivated: panel.commands.trigger(command.modelData)
+            }
+        }
+    }
+    // An open sheet takes it.
+    Shortcut {
+        // The linter of Qt 6.4 does not know StandardKey.
+        sequences: [StandardKey.Close] // qmllint disable unqualified
+        enabled: !guide.opened
+        onActivated: panel.close()
     }
 
     AppBackdropView {
@@ -69,6 +101,7 @@ Window {
                 settings: panel.settings
                 onExportRequested: panel.snapshot.exportProofPacket()
                 onTerminologyRequested: guide.open()
+                onCommandGiven: name => panel.commands.trigger(name)
             }
         }
     }

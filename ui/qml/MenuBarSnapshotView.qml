@@ -11,6 +11,8 @@ ColumnLayout {
 
     signal exportRequested
     signal terminologyRequested
+    // One of the menus' commands, by its name.
+    signal commandGiven(name: string)
 
     readonly property color stateColor: Tone.color(snapshot.tone)
 
@@ -164,6 +166,24 @@ ColumnLayout {
         symbolName: "book"
         onClicked: view.terminologyRequested()
         Layout.fillWidth: true
+    }
+    RowLayout {
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        ActionButton {
+            text: "Open Cirrovane"
+            onClicked: view.commandGiven("showWindow")
+            Layout.fillWidth: true
+        }
+        ActionButton {
+            text: "Settings..."
+            onClicked: view.commandGiven("settings")
+        }
+        ActionButton {
+            text: "Quit"
+            onClicked: view.commandGiven("quit")
+        }
     }
     Caption {
         text: view.snapshot.buildLabel

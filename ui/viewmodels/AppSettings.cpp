@@ -15,10 +15,10 @@ bool areNotificationsOn(const UserDefaults& userDefaults) {
 
 }  // namespace
 
-AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference, QObject* parent)
+AppSettings::AppSettings(UserDefaults& userDefaults, const System& system, QObject* parent)
     : QObject(parent),
       userDefaults_(userDefaults),
-      motionPreference_(motionPreference),
+      system_(system),
       isClassic_(userDefaults.text(kVisualStyleKey) == kClassic),
       motionEnabled_(userDefaults.choice(kMotionEnabledKey).value_or(true)),
       showTerminologyOnDashboard_(userDefaults.choice(kShowTerminologyOnDashboardKey).value_or(false)),
@@ -26,14 +26,29 @@ AppSettings::AppSettings(UserDefaults& userDefaults, MotionPreference* motionPre
   visualStyles_.setRows({{.value = QStringLiteral("liquid"), .title = QStringLiteral("Liquid Glass")},
                          {.value = QStringLiteral("classic"), .title = QStringLiteral("Classic")}});
   connect(this, &AppSettings::motionEnabledChanged, this, &AppSettings::motionAllowedChanged);
-  if (motionPreference_ != nullptr) {
-    motionPreference_->onChange([this] { emit motionAllowedChanged(); });
+  if (system_.motion != nullptr) {
+    system_.motion->onChange([this] { emit motionAllowedChanged(); });
   }
 }
 
 AppSettings::~AppSettings() {
-  if (motionPreference_ != nullptr) {
-    motionPreference_->onChange(nullptr);
+  if (system_.motion != nullptr) {
+    system_.motion->onChange(nullptr);
+  }
+}
+
+QString AppSettings::motionNote() const {
+  return motionEnabled_ && isMotionReduced()
+             ? QStringLiteral("Nothing moves: the system's settings ask for less motion.")
+             : QString();
+}
+
+void AppSettings::rereadSystem() {
+  if (system_.notifications != nullptr) {
+    system_.notifications->reread();
+  }
+  if (system_.loginItem != nullptr) {
+    system_.loginItem->reread();
   }
 }
 

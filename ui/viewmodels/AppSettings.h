@@ -4,6 +4,8 @@
 #include "platform/UserDefaults.h"
 #include "ui/viewmodels/ChoiceRow.h"
 #include "ui/viewmodels/ListModel.h"
+#include "ui/viewmodels/LoginItemSetting.h"
+#include "ui/viewmodels/NotificationPermission.h"
 
 #include <QObject>
 #include <QString>
@@ -21,15 +23,27 @@ class AppSettings : public QObject {
   Q_PROPERTY(bool isClassic READ isClassic NOTIFY visualStyleChanged)
   Q_PROPERTY(bool motionEnabled READ motionEnabled WRITE setMotionEnabled NOTIFY motionEnabledChanged)
   Q_PROPERTY(bool motionAllowed READ motionAllowed NOTIFY motionAllowedChanged)
+  Q_PROPERTY(QString motionNote READ motionNote NOTIFY motionAllowedChanged)
   Q_PROPERTY(bool showTerminologyOnDashboard READ showTerminologyOnDashboard WRITE setShowTerminologyOnDashboard NOTIFY
                  showTerminologyOnDashboardChanged)
   Q_PROPERTY(bool notificationsEnabled READ notificationsEnabled WRITE setNotificationsEnabled NOTIFY
                  notificationsEnabledChanged)
+  Q_PROPERTY(cirrovane::NotificationPermission* notificationPermission READ notificationPermission CONSTANT)
+  Q_PROPERTY(cirrovane::LoginItemSetting* loginItem READ loginItem CONSTANT)
 
  public:
-  /// `userDefaults` and `motionPreference` outlive the settings. Without a preference the system allows motion.
-  explicit AppSettings(UserDefaults& userDefaults, MotionPreference* motionPreference = nullptr,
-                       QObject* parent = nullptr);
+  /// What the system has to say to the user's choices.
+  struct System {
+    /// Without one the system allows motion.
+    MotionPreference* motion = nullptr;
+    NotificationPermission* notifications = nullptr;
+    LoginItemSetting* loginItem = nullptr;
+  };
+
+  /// `userDefaults` and what `system` names outlive the settings.
+  explicit AppSettings(UserDefaults& userDefaults, const System& system, QObject* parent = nullptr);
+  explicit AppSettings(UserDefaults& userDefaults, QObject* parent = nullptr)
+      : AppSettings(userDefaults, System(), parent) {}
   ~AppSettings() override;
 
   /// "liquid" or "classic"; a stored value that is neither counts as liquid.
@@ -39,16 +53,22 @@ class AppSettings : public QObject {
   bool isClassic() const { return isClassic_; }
   bool motionEnabled() const { return motionEnabled_; }
   /// Whether anything may move: the user allows it here, and the system allows it.
-  bool motionAllowed() const {
-    return motionEnabled_ && (motionPreference_ == nullptr || !motionPreference_->isReduced());
-  }
+  bool motionAllowed() const { return motionEnabled_ && !isMotionReduced(); }
+  /// Why nothing moves though the user allows it here; empty otherwise.
+  QString motionNote() const;
   bool showTerminologyOnDashboard() const { return showTerminologyOnDashboard_; }
   bool notificationsEnabled() const { return notificationsEnabled_; }
+  /// nullptr where the system has none, as for the next one.
+  NotificationPermission* notificationPermission() const { return system_.notifications; }
+  LoginItemSetting* loginItem() const { return system_.loginItem; }
 
   void setVisualStyle(const QString& style);
   void setMotionEnabled(bool enabled);
   void setShowTerminologyOnDashboard(bool shown);
   void setNotificationsEnabled(bool enabled);
+
+  /// Asks the system anew what the user may have changed there.
+  Q_INVOKABLE void rereadSystem();
 
  signals:
   void visualStyleChanged();
@@ -58,8 +78,10 @@ class AppSettings : public QObject {
   void notificationsEnabledChanged();
 
  private:
+  bool isMotionReduced() const { return system_.motion != nullptr && system_.motion->isReduced(); }
+
   UserDefaults& userDefaults_;
-  MotionPreference* motionPreference_;
+  System system_;
   ListModel<ChoiceRow> visualStyles_;
   bool isClassic_;
   bool motionEnabled_;

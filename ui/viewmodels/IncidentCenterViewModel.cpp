@@ -50,6 +50,27 @@ void IncidentCenterViewModel::setNotificationsEnabled(bool enabled) {
   }
 }
 
+QString IncidentCenterViewModel::notificationNote() const {
+  const NotificationPermission* permission = missingPermission();
+  return permission != nullptr ? permission->note() : QString();
+}
+
+QString IncidentCenterViewModel::notificationAction() const {
+  const NotificationPermission* permission = missingPermission();
+  return permission != nullptr ? permission->action() : QString();
+}
+
+void IncidentCenterViewModel::allowNotifications() {
+  if (NotificationPermission* permission = missingPermission()) {
+    permission->act();
+  }
+}
+
+NotificationPermission* IncidentCenterViewModel::missingPermission() const {
+  return notificationsEnabled() ? context()->settings(For<IncidentCenterViewModel>()).notificationPermission()
+                                : nullptr;
+}
+
 QString IncidentCenterViewModel::scope() const {
   return toQString(rawValue(filter_.scope));
 }
@@ -81,8 +102,12 @@ void IncidentCenterViewModel::toggleResolved(int row) {
 
 void IncidentCenterViewModel::begin() {
   follow(dashboard().publishedIncidents());
-  connect(&context()->settings(For<IncidentCenterViewModel>()), &AppSettings::notificationsEnabledChanged, this,
-          &PageViewModel::changed);
+  AppSettings& settings = context()->settings(For<IncidentCenterViewModel>());
+  connect(&settings, &AppSettings::notificationsEnabledChanged, this, &PageViewModel::changed);
+  if (NotificationPermission* permission = settings.notificationPermission()) {
+    connect(permission, &NotificationPermission::changed, this, &PageViewModel::changed);
+    permission->reread();
+  }
 }
 
 void IncidentCenterViewModel::update() {

@@ -20,6 +20,8 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString resolvedCount READ resolvedCount NOTIFY changed)
   Q_PROPERTY(QString recurringCount READ recurringCount NOTIFY changed)
   Q_PROPERTY(bool notificationsEnabled READ notificationsEnabled WRITE setNotificationsEnabled NOTIFY changed)
+  Q_PROPERTY(QString notificationNote READ notificationNote NOTIFY changed)
+  Q_PROPERTY(QString notificationAction READ notificationAction NOTIFY changed)
   Q_PROPERTY(cirrovane::ListModelBase* scopes READ scopes CONSTANT)
   Q_PROPERTY(QString scope READ scope WRITE setScope NOTIFY changed)
   Q_PROPERTY(cirrovane::ListModelBase* severityFilters READ severityFilters CONSTANT)
@@ -38,6 +40,11 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
 
   bool notificationsEnabled() const;
   void setNotificationsEnabled(bool enabled);
+  /// Why the system shows none though they are switched on, and what allowNotifications() does about it; empty
+  /// otherwise.
+  QString notificationNote() const;
+  QString notificationAction() const;
+  Q_INVOKABLE void allowNotifications();
 
   // A filter takes the value of one of its choices, and ignores any other text.
 
@@ -63,6 +70,8 @@ class IncidentCenterViewModel : public cirrovane::PageViewModel {
   void update() override;
 
  private:
+  /// What keeps the notifications from being shown though they are switched on; nullptr where nothing is known to.
+  NotificationPermission* missingPermission() const;
   template <class Filter>
   void choose(Filter& chosen, const QString& rawText);
   std::vector<IncidentRecord> keptRecords() const;

@@ -8,7 +8,7 @@ namespace cirrovane {
 
 // A Mac has an application menu of its own, and hides a menu without commands: so every command of the first menu has a
 // role. Copy and Select All have TextHeuristicRole, so that they work in the system's panels too. All others name their
-// role, since versions of the toolkit read the words in different ways. Settings... would have PreferencesRole.
+// role, since versions of the toolkit read the words in different ways.
 MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
   constexpr auto noRole = QAction::NoRole;
   constexpr auto applicationsOwn = QAction::ApplicationSpecificRole;
@@ -16,6 +16,7 @@ MenuCommands::MenuCommands(QObject* parent) : QObject(parent) {
   menus_ = {
       {QStringLiteral("Cirrovane"),
        {add(Command::about, QStringLiteral("About Cirrovane"), QAction::AboutRole),
+        add(Command::settings, QStringLiteral("Settings..."), QAction::PreferencesRole, Qt::CTRL | Qt::Key_Comma),
         add(Command::checkForUpdates, QStringLiteral("Check for Updates..."), applicationsOwn, Qt::CTRL | Qt::Key_U),
         add(Command::releaseNotes, QStringLiteral("Open Release Notes"), applicationsOwn), nullptr,
         add(Command::quit, QStringLiteral("Quit Cirrovane"), QAction::QuitRole, QKeySequence::Quit)}},
@@ -56,6 +57,17 @@ void MenuCommands::fillMenuList() {
     rows.push_back({.title = menu.title, .commands = list});
   }
   menuList_.setRows(std::move(rows));
+}
+
+void MenuCommands::trigger(const QString& name) {
+  if (QAction* action = actions_.value(name)) {
+    action->trigger();
+  }
+}
+
+QString MenuCommands::keys(const QString& name) const {
+  const QAction* action = actions_.value(name);
+  return action != nullptr ? action->shortcut().toString() : QString();
 }
 
 void MenuCommands::setEnabled(const QString& name, bool isEnabled) {

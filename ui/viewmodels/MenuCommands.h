@@ -50,6 +50,7 @@ class MenuCommands : public QObject {
  public:
   enum class Command {
     about,
+    settings,
     checkForUpdates,
     releaseNotes,
     quit,
@@ -77,6 +78,10 @@ class MenuCommands : public QObject {
   /// The menus for the window.
   ListModel<MenuRow>* menuList() { return &menuList_; }
 
+  /// Gives the command of this enumerator, unless it is switched off.
+  Q_INVOKABLE void trigger(const QString& name);
+  /// The keys that give it, as a text that QKeySequence reads; empty without any.
+  Q_INVOKABLE QString keys(const QString& name) const;
   /// Switches the command of this enumerator on or off.
   Q_INVOKABLE void setEnabled(const QString& name, bool isEnabled);
 

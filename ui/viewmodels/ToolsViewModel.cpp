@@ -20,11 +20,6 @@ const OptionalTool* toolAt(int row) {
 
 }  // namespace
 
-ToolsViewModel::ToolsViewModel(QObject* parent) : ToolsViewModel(runDetached, parent) {}
-
-ToolsViewModel::ToolsViewModel(Background background, QObject* parent)
-    : PageViewModel(parent), background_(std::move(background)) {}
-
 QString ToolsViewModel::availableText() const {
   return toQString(fmt::format("{} tools available", optionalTools().size()));
 }
@@ -34,8 +29,13 @@ QString ToolsViewModel::installedText() const {
 }
 
 std::size_t ToolsViewModel::installedCount() const {
+  if (context() == nullptr) {
+    return 0;
+  }
   return static_cast<std::size_t>(
-      std::ranges::count_if(installedByCommand_, [](const auto& known) { return known.second; }));
+      std::ranges::count_if(optionalTools(), [&installs = environment().installs](const OptionalTool& tool) {
+        return installs.state(tool.command).isInstalled.value_or(false);
+      }));
 }
 
 void ToolsViewModel::copyInstallCommand(int row) {
@@ -44,23 +44,16 @@ void ToolsViewModel::copyInstallCommand(int row) {
     return;
   }
   environment().clipboard.setText(std::string(tool->installCommand));
-  statusByCommand_[tool->command] = QStringLiteral("Command copied");
+  copiedAt_[tool->command] = environment().installs.state(tool->command).turns;
   updateNow();
 }
 
 void ToolsViewModel::install(int row) {
   const OptionalTool* tool = toolAt(row);
-  if (tool == nullptr || !brewPath_ || !installing_.insert(tool->command).second) {
-    return;
+  if (tool != nullptr && context() != nullptr) {
+    environment().installs.install(tool->command);
+    updateNow();
   }
-  statusByCommand_[tool->command] = QStringLiteral("Installing...");
-  updateNow();
-  inBackground(
-      [installer = environment().installer, brewPath = *brewPath_, tool] {
-        const bool hasSucceeded = installer.runBrewInstall(brewPath, tool->name);
-        return std::pair(hasSucceeded, installer.checkInstalled(tool->command));
-      },
-      [this, tool](const std::pair<bool, bool>& result) { finishInstall(tool->command, result.first, result.second); });
 }
 
 void ToolsViewModel::openHomebrewPage() {
@@ -70,7 +63,8 @@ void ToolsViewModel::openHomebrewPage() {
 }
 
 void ToolsViewModel::begin() {
-  refreshInstalledStates();
+  follow(environment().installs.publishedStates());
+  environment().installs.look();
 }
 
 const ToolsEnvironment& ToolsViewModel::environment() const {
@@ -79,7 +73,7 @@ const ToolsEnvironment& ToolsViewModel::environment() const {
 
 void ToolsViewModel::update() {
   // Homebrew may have come since the page was opened.
-  brewPath_ = environment().installer.brewPath();
+  hasHomebrew_ = environment().installs.brewPath().has_value();
   std::vector<ToolRow> rows;
   for (const OptionalTool& tool : optionalTools()) {
     rows.push_back(rowOf(tool));
@@ -87,36 +81,25 @@ void ToolsViewModel::update() {
   tools_.setRows(std::move(rows));
 }
 
-void ToolsViewModel::refreshInstalledStates() {
-  isChecking_ = true;
-  inBackground(
-      [installer = environment().installer] {
-        std::map<std::string_view, bool> installed;
-        for (const OptionalTool& tool : optionalTools()) {
-          installed[tool.command] = installer.checkInstalled(tool.command);
-        }
-        return installed;
-      },
-      [this](const std::map<std::string_view, bool>& installed) {
-        installedByCommand_ = installed;
-        isChecking_ = false;
-        updateNow();
-      });
-}
-
-void ToolsViewModel::finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled) {
-  installing_.erase(command);
-  statusByCommand_[command] = hasSucceeded ? QStringLiteral("Install complete") : QStringLiteral("Install failed");
-  installedByCommand_[command] = isInstalled;
-  updateNow();
+QString ToolsViewModel::statusOf(std::string_view command, const ToolState& state) const {
+  const auto copied = copiedAt_.find(command);
+  if (copied != copiedAt_.end() && copied->second == state.turns) {
+    return QStringLiteral("Command copied");
+  }
+  if (state.isInstalling) {
+    return QStringLiteral("Installing...");
+  }
+  if (!state.hasSucceeded) {
+    return {};
+  }
+  return *state.hasSucceeded ? QStringLiteral("Install complete") : QStringLiteral("Install failed");
 }
 
 ToolRow ToolsViewModel::rowOf(const OptionalTool& tool) const {
-  const auto known = installedByCommand_.find(tool.command);
-  const bool isInstalled = known != installedByCommand_.end() && known->second;
-  const bool isUnknown = isChecking_ && known == installedByCommand_.end();
-  const auto status = statusByCommand_.find(tool.command);
-  const bool isInstalling = installing_.contains(tool.command);
+  const ToolInstalls& installs = environment().installs;
+  const ToolState state = installs.state(tool.command);
+  const bool isInstalled = state.isInstalled.value_or(false);
+  const bool isUnknown = installs.isLooking() && !state.isInstalled;
   return {.name = toQString(tool.name),
           .state = isUnknown     ? QStringLiteral("Checking")
                    : isInstalled ? QStringLiteral("Installed")
@@ -127,22 +110,10 @@ ToolRow ToolsViewModel::rowOf(const OptionalTool& tool) const {
           .purpose = toQString(tool.purpose),
           .unlocks = toQString(tool.unlocks),
           .installCommand = toQString(tool.installCommand),
-          .status = status != statusByCommand_.end() ? status->second : QString(),
+          .status = statusOf(tool.command, state),
           .isInstalled = isInstalled,
-          .isInstalling = isInstalling,
-          .canInstall = brewPath_.has_value() && !isInstalling};
-}
-
-template <class Work, class Finish>
-void ToolsViewModel::inBackground(Work work, Finish finish) {
-  background_([work = std::move(work), finish = std::move(finish), &main = environment().mainExecutor,
-               alive = std::weak_ptr(alive_)] {
-    main.post([result = work(), finish, alive] {
-      if (!alive.expired()) {
-        finish(result);
-      }
-    });
-  });
+          .isInstalling = state.isInstalling,
+          .canInstall = hasHomebrew_ && !state.isInstalling};
 }
 
 }  // namespace cirrovane

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "diagnostics/OptionalTool.h"
-#include "ui/viewmodels/Background.h"
 #include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/PageViewModel.h"
 #include "ui/viewmodels/Tone.h"
@@ -9,12 +8,9 @@
 
 #include <QString>
 #include <QtQmlIntegration>
-#include <functional>
+#include <cstddef>
+#include <cstdint>
 #include <map>
-#include <memory>
-#include <optional>
-#include <set>
-#include <string>
 #include <string_view>
 
 namespace cirrovane {
@@ -52,7 +48,7 @@ struct ToolRow {
   friend const QString& keyOf(const ToolRow& row) { return row.name; }
 };
 
-/// The optional tools, and their installs. The page takes along what it knows; an install goes on without it.
+/// The optional tools, and their installs, which go on without the page.
 class ToolsViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -62,12 +58,11 @@ class ToolsViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(cirrovane::ListModelBase* tools READ tools CONSTANT)
 
  public:
-  explicit ToolsViewModel(QObject* parent = nullptr);
-  explicit ToolsViewModel(Background background, QObject* parent = nullptr);
+  using PageViewModel::PageViewModel;
 
   QString availableText() const;
   QString installedText() const;
-  bool hasHomebrew() const { return brewPath_.has_value(); }
+  bool hasHomebrew() const { return hasHomebrew_; }
   ListModel<ToolRow>* tools() { return &tools_; }
 
   /// Tools that are known to be installed.
@@ -89,24 +84,13 @@ class ToolsViewModel : public cirrovane::PageViewModel {
 
  private:
   const ToolsEnvironment& environment() const;
-  void refreshInstalledStates();
-  void finishInstall(std::string_view command, bool hasSucceeded, bool isInstalled);
+  QString statusOf(std::string_view command, const ToolState& state) const;
   ToolRow rowOf(const OptionalTool& tool) const;
-  /// Runs `work` in the background. `finish` gets its result on the main thread, unless the page is gone.
-  template <class Work, class Finish>
-  void inBackground(Work work, Finish finish);
 
-  Background background_;
   ListModel<ToolRow> tools_;
-  std::optional<std::string> brewPath_;
-  bool isChecking_ = false;
-  /// By command. The catalogue's commands live for ever.
-  std::set<std::string_view> installing_;
-  std::map<std::string_view, QString> statusByCommand_;
-  std::map<std::string_view, bool> installedByCommand_;
-
-  /// Goes with the page, so that work under way can tell.
-  std::shared_ptr<const int> alive_ = std::make_shared<const int>();
+  bool hasHomebrew_ = false;
+  /// By command: its turns when its line was last copied.
+  std::map<std::string_view, std::uint64_t> copiedAt_;
 };
 
 }  // namespace cirrovane

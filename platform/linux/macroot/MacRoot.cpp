@@ -86,9 +86,11 @@ std::optional<std::map<std::string, std::string>> MacRoot::environment() const {
 }
 
 std::optional<std::string> MacRoot::notificationAuthorization() const {
-  const json facts = this->facts();
-  const auto described = facts.find("notificationAuthorization");
-  return described != facts.end() ? std::optional(described->get<std::string>()) : std::nullopt;
+  return textFact("notificationAuthorization");
+}
+
+std::optional<std::string> MacRoot::loginItemApproval() const {
+  return textFact("loginItemApproval");
 }
 
 std::string MacRoot::homeDirectory() const {
@@ -103,6 +105,12 @@ std::string MacRoot::realPath(const std::string& path) const {
   // A ".." leads no further up than the Mac's own root.
   const std::string onDisk = std::filesystem::path(path).lexically_normal().native();
   return onDisk.starts_with(path_ + "/") ? onDisk : path_ + onDisk;
+}
+
+std::optional<std::string> MacRoot::textFact(const char* key) const {
+  const json facts = this->facts();
+  const auto described = facts.find(key);
+  return described != facts.end() ? std::optional(described->get<std::string>()) : std::nullopt;
 }
 
 std::string MacRoot::factsPath() const {

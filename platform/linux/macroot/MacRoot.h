@@ -37,6 +37,9 @@ class MacRoot {
   /// What the described user says to notifications; absent when that is not described.
   std::optional<std::string> notificationAuthorization() const;
 
+  /// What the described user says to a program that wants to be opened at login; absent when that is not described.
+  std::optional<std::string> loginItemApproval() const;
+
   /// The user's home folder as a real path, without a trailing slash.
   std::string homeDirectory() const;
 
@@ -48,6 +51,7 @@ class MacRoot {
   explicit MacRoot(std::string path);
 
   std::string factsPath() const;
+  std::optional<std::string> textFact(const char* key) const;
 
   std::string path_;
   bool isDescribed_;

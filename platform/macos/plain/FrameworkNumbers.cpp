@@ -43,4 +43,15 @@ NotificationAuthorization notificationAuthorizationOf(std::int64_t number) {
   }
 }
 
+LoginItemState loginItemStateOf(std::int64_t number) {
+  switch (number) {
+    case 1:
+      return LoginItemState::on;
+    case 2:
+      return LoginItemState::needsApproval;
+    default:
+      return LoginItemState::off;
+  }
+}
+
 }  // namespace cirrovane

@@ -7,6 +7,7 @@ RowLayout {
 
     required property string text
     property int textSize: Theme.subheadlineSize
+    property color textColor: Theme.secondaryText
     // The button's text; none without one.
     property string action: ""
 
@@ -19,7 +20,7 @@ RowLayout {
     AppText {
         text: row.text
         font.pixelSize: row.textSize
-        color: Theme.secondaryText
+        color: row.textColor
         Layout.fillWidth: true
         // A screen reader reads it out as it comes.
         Accessible.role: Accessible.AlertMessage
