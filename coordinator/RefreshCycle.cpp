@@ -196,7 +196,7 @@ void RefreshCycle::finish() {
     services_.incidentStore->merge(diagnostics_.value(), cycle->report->generatedAt, notReached);
   }
   incidents_.set(services_.incidentStore->records());
-  fileCountFailure_ = services_.coverage ? services_.coverage->record(*cycle->report) : std::nullopt;
+  recordFileCounts(cycle->report);
   isScanning_.set(false);
   // Without the cycle itself, whose last holder's end is what drops its stages.
   environment_.executors.main.post([this, alive = std::weak_ptr(alive_), previousSafe = cycle->previousSafe,
@@ -205,6 +205,18 @@ void RefreshCycle::finish() {
       notify(previousSafe, report, folders);
     }
   });
+}
+
+void RefreshCycle::recordFileCounts(const Shared<SyncHealthReport>& report) {
+  if (services_.coverage == nullptr) {
+    return;
+  }
+  // Another program may hold the file's lock for a while, which nobody has to wait for.
+  const auto failure = std::make_shared<std::optional<Failure>>();
+  runStages({{environment_.executors.scan,
+              [failure, report, coverage = services_.coverage] { *failure = coverage->record(*report); }},
+             {environment_.executors.main, [failure, this] { fileCountFailure_ = std::move(*failure); }}},
+            alive_);
 }
 
 void RefreshCycle::notify(std::optional<bool> previousSafe, const Shared<SyncHealthReport>& report,

@@ -10,6 +10,7 @@ PremiumTabScaffold {
     required property AppSettings settings
 
     signal terminologyRequested
+    signal coverageRequested
 
     title: "Cirrovane"
     subtitle: ""
@@ -40,6 +41,7 @@ PremiumTabScaffold {
 
         AwarenessCard {
             context: page.context
+            onCoverageRequested: page.coverageRequested()
             Layout.fillHeight: true
             Layout.preferredWidth: 1
         }

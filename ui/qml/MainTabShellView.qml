@@ -179,6 +179,7 @@ Item {
             context: shell.context
             settings: shell.settings
             onTerminologyRequested: shell.terminologyRequested()
+            onCoverageRequested: shell.viewModel.reviewCoverage()
         }
     }
     Component {

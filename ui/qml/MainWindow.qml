@@ -26,6 +26,7 @@ ApplicationWindow {
     // Made at their first use, since they take longer than the tab bar.
     property var guide: null
     property var about: null
+    property var coverage: null
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -43,6 +44,10 @@ ApplicationWindow {
     function showGuide() {
         guide = guide ?? guideComponent.createObject(contentItem);
         guide.open();
+    }
+    function showCoverage() {
+        coverage = coverage ?? coverageComponent.createObject(contentItem);
+        coverage.open();
     }
     function showAbout() {
         about = about ?? aboutComponent.createObject(contentItem);
@@ -85,6 +90,7 @@ ApplicationWindow {
     CommandState {
         command: "closeWindow"
         isEnabled: window.visible && !(window.guide?.opened ?? false) && !(window.about?.opened ?? false)
+                   && !(window.coverage?.opened ?? false)
     }
     CommandState {
         command: "minimize"
@@ -128,6 +134,13 @@ ApplicationWindow {
         }
     }
 
+    Connections {
+        target: window.shell
+        function onCoverageRequested() {
+            window.showCoverage();
+        }
+    }
+
     Repeater {
         model: window.shell.primaryTabs
 
@@ -160,6 +173,13 @@ ApplicationWindow {
         id: aboutComponent
         AboutView {
             buildLabel: window.shell.buildLabel
+        }
+    }
+
+    Component {
+        id: coverageComponent
+        CoverageView {
+            context: window.context
         }
     }
 

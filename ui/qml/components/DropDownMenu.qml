@@ -108,7 +108,8 @@ ActionButton {
             spacing: 8
 
             Symbol {
-                name: entry.symbol
+                name: entry.symbol.length > 0 ? entry.symbol : "xmark"
+                visible: entry.symbol.length > 0
                 size: 15
                 anchors.verticalCenter: parent.verticalCenter
             }
