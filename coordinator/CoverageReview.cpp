@@ -107,7 +107,8 @@ void CoverageReview::lookAfterChange() {
   }
   watch_.look([this, before = acknowledgedSince_](const Shared<CoverageReport>&) {
     // This look began after they were acknowledged, and has left them out itself.
-    std::erase_if(acknowledgedSince_, [&](const CoverageGap& gap) { return std::ranges::find(before, gap) != before.end(); });
+    std::erase_if(acknowledgedSince_,
+                  [&](const CoverageGap& gap) { return std::ranges::find(before, gap) != before.end(); });
     showReport();
   });
 }

@@ -27,8 +27,8 @@ struct CoverageReviewEnvironment {
   const Clock& clock;
 };
 
-/// The coverage as a user goes through it: the gaps, what is acknowledged, and the changes of that. Main thread only; it
-/// may be destroyed at any time, and stops the look under way.
+/// The coverage as a user goes through it: the gaps, what is acknowledged, and the changes of that. Main thread only;
+/// it may be destroyed at any time, and stops the look under way.
 class CoverageReview {
  public:
   CoverageReview(std::shared_ptr<const CoverageKeeper> keeper, const CoverageReviewEnvironment& environment);
@@ -50,8 +50,8 @@ class CoverageReview {
 
   /// Looks at these folders from now on.
   void follow(std::vector<WatchFolder> folders);
-  /// To be called when the user begins to go through it: the latest failure is old, the command line may have changed what
-  /// is acknowledged, and a look is due sooner than without anybody who waits for it.
+  /// To be called when the user begins to go through it: the latest failure is old, the command line may have changed
+  /// what is acknowledged, and a look is due sooner than without anybody who waits for it.
   void opened();
   /// Looks as soon as it can; does nothing before there are folders to look at.
   void look();

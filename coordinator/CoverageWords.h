@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-// The coverage in words for people, which terminal and window share. Pure functions. What they take from the disk is not
-// made harmless yet.
+// The coverage in words for people, which terminal and window share. Pure functions. What they take from the disk is
+// not made harmless yet.
 
 namespace cirrovane {
 

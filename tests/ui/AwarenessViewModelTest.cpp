@@ -84,8 +84,7 @@ TEST_F(AwarenessViewModelTest, completeCoverage_isGoodNewsWithWhatIsAcknowledged
   coverage.acknowledged = 2;
   publishCoverage(coverage);
   catchUp();
-  EXPECT_EQ(unvouched().text,
-            "The verdict vouches for everything in your watched folders. 2 gaps are acknowledged.");
+  EXPECT_EQ(unvouched().text, "The verdict vouches for everything in your watched folders. 2 gaps are acknowledged.");
 }
 
 TEST_F(AwarenessViewModelTest, gapsOfTheCoverage_areCountedByTheirKinds) {

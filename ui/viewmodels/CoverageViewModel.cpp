@@ -63,8 +63,9 @@ void addNotExamined(const CoverageReport& report, std::vector<CoverageRow>& rows
   }
   if (rows.size() > first) {
     rows[first].heading = headingOf(kNotLookedAtTitle, report.notExamined.size());
-    rows[first].note = QStringLiteral("These watched folders are missing, cannot be listed or lie outside iCloud Drive. "
-                                      "Bring them back, or remove them from the watchlist.");
+    rows[first].note = QStringLiteral(
+        "These watched folders are missing, cannot be listed or lie outside iCloud Drive. "
+        "Bring them back, or remove them from the watchlist.");
   }
 }
 
