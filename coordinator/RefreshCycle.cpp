@@ -212,11 +212,17 @@ void RefreshCycle::recordFileCounts(const Shared<SyncHealthReport>& report) {
     return;
   }
   // Another program may hold the file's lock for a while, which nobody has to wait for.
-  const auto failure = std::make_shared<std::optional<Failure>>();
-  runStages({{environment_.executors.scan,
-              [failure, report, coverage = services_.coverage] { *failure = coverage->record(*report); }},
-             {environment_.executors.main, [failure, this] { fileCountFailure_ = std::move(*failure); }}},
-            alive_);
+  environment_.executors.status.post([this, alive = std::weak_ptr(alive_), report, coverage = services_.coverage,
+                                      &main = environment_.executors.main, hadFailed = fileCountFailure_.has_value()] {
+    std::optional<Failure> failure = coverage->record(*report);
+    if (failure || hadFailed) {
+      main.post([this, alive, failure = std::move(failure)]() mutable {
+        if (!alive.expired()) {
+          fileCountFailure_ = std::move(failure);
+        }
+      });
+    }
+  });
 }
 
 void RefreshCycle::notify(std::optional<bool> previousSafe, const Shared<SyncHealthReport>& report,

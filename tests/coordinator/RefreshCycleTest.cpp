@@ -148,7 +148,7 @@ TEST_F(RefreshCycleTest, fileCounts_areKeptBesideTheMainThreadWhichWaitsForNothi
   main_.runOne();
   EXPECT_FALSE(dashboard_->isScanning());
   EXPECT_FALSE(isWritten(storePath("coverage.json")));
-  scan_.runAll();
+  status_.runAll();
   EXPECT_TRUE(isWritten(storePath("coverage.json")));
 }
 
