@@ -5,6 +5,7 @@
 #include "cli/CoverageText.h"
 #include "cli/FolderArgument.h"
 #include "cli/TextStyle.h"
+#include "coordinator/CoverageWords.h"
 
 #include <chrono>
 #include <cstdint>
@@ -12,8 +13,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <fmt/format.h>
 
 namespace cirrovane {
 namespace {
@@ -61,7 +60,7 @@ ExitStatus acknowledge(const Acknowledging& wanted, CommandContext& context) {
   for (const std::string& path : paths) {
     // The file could only hold another name, which would cover nothing.
     if (!isValidUTF8(path)) {
-      return reportFailure(context, fmt::format("{} is not UTF-8, so it cannot be acknowledged.", path));
+      return reportFailure(context, notUTF8Text(path));
     }
   }
   std::optional<Time> expiresAt;
@@ -69,7 +68,7 @@ ExitStatus acknowledge(const Acknowledging& wanted, CommandContext& context) {
     expiresAt = context.machine.clock->now() + std::chrono::days(*wanted.days);
   }
   if (const auto failure = makeCoverageKeeper(context.machine)->acknowledge(paths, expiresAt)) {
-    return reportFailure(context, "It could not be acknowledged: " + failure->message);
+    return reportFailure(context, notAcknowledgedText(failure->message));
   }
   return showAcknowledged(context);
 }

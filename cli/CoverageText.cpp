@@ -2,6 +2,7 @@
 
 #include "base/DisplayText.h"
 #include "cli/LocalTime.h"
+#include "coordinator/CoverageWords.h"
 
 #include <cstdint>
 #include <string_view>
@@ -15,26 +16,9 @@ std::string counted(std::int64_t count, std::string_view singular, std::string_v
   return fmt::format("{} {}", count, count == 1 ? singular : plural);
 }
 
-std::string examinedText(const CoverageExamined& examined) {
-  return fmt::format("{}, {} and {} in them", counted(examined.hidden, "hidden item", "hidden items"),
-                     counted(examined.packages, "package", "packages"), counted(examined.inPackages, "item", "items"));
-}
-
 std::string gapText(const CoverageGap& gap) {
   const std::string rule = gap.rule ? fmt::format("  ({})", displayText(*gap.rule)) : "";
   return displayText(gap.path) + rule;
-}
-
-std::int64_t shownOf(const CoverageReport& report, GapKind kind) {
-  std::int64_t shown = 0;
-  for (const CoverageGap& gap : report.gaps) {
-    shown += gap.kind == kind ? 1 : 0;
-  }
-  return shown;
-}
-
-std::string moreText(std::int64_t count) {
-  return count > 0 ? fmt::format("    and {} more\n", count) : "";
 }
 
 }  // namespace
@@ -51,15 +35,17 @@ std::string coverageText(const CoverageReport& report, const TextStyle& style) {
     if (count == 0) {
       continue;
     }
-    text += fmt::format("\n{}\n  {} {}\n", style.bold(fmt::format("{} ({})", displayTitle(kind), count)),
-                        style.dim(meaningOf(kind)), style.dim(remedyFor(kind)));
+    text += fmt::format("\n{}\n  {}\n", style.bold(fmt::format("{} ({})", displayTitle(kind), count)),
+                        style.dim(adviceOn(kind)));
     for (const CoverageGap& gap : report.gaps) {
       text += gap.kind == kind ? fmt::format("    {}\n", gapText(gap)) : "";
     }
-    text += moreText(count - shownOf(report, kind));
+    if (const std::string more = notListedText(report, kind); !more.empty()) {
+      text += fmt::format("    {}\n", more);
+    }
   }
   if (!report.notExamined.empty()) {
-    text += fmt::format("\n{}\n", style.bold("Not Looked At"));
+    text += fmt::format("\n{}\n", style.bold(std::string(kNotLookedAtTitle)));
     for (const std::string& path : report.notExamined) {
       text += fmt::format("    {}\n", displayText(path));
     }
@@ -75,30 +61,21 @@ std::string gapLines(const CoverageReport& report) {
   for (const CoverageGap& gap : report.gaps) {
     text += fmt::format("  {:<26}{}\n", displayTitle(gap.kind), gapText(gap));
   }
-  text += moreText(report.gapCounts.all() - static_cast<std::int64_t>(report.gaps.size()));
+  if (const auto more = report.gapCounts.all() - static_cast<std::int64_t>(report.gaps.size()); more > 0) {
+    text += fmt::format("    and {} more\n", more);
+  }
   for (const std::string& path : report.notExamined) {
-    text += fmt::format("  {:<26}{}\n", "Not Looked At", displayText(path));
+    text += fmt::format("  {:<26}{}\n", kNotLookedAtTitle, displayText(path));
   }
   return text;
 }
 
 std::string coverageSentence(const CoverageReport& report) {
   if (report.complete) {
-    const std::string known = report.acknowledged > 0
-                                  ? fmt::format("; {} acknowledged", counted(report.acknowledged, "gap is", "gaps are"))
-                                  : "";
-    return fmt::format("Complete: {} looked at{}.", examinedText(report.examined), known);
+    const std::string known = acknowledgedText(report.acknowledged);
+    return fmt::format("Complete: {} looked at{}{}.", examinedText(report.examined), known.empty() ? "" : "; ", known);
   }
-  std::string parts;
-  for (const GapKind kind : kAllGapKinds) {
-    if (const std::int64_t count = report.gapCounts.of(kind); count > 0) {
-      parts += fmt::format("{}{} {}", parts.empty() ? "" : ", ", count, displayTitle(kind));
-    }
-  }
-  if (!report.notExamined.empty()) {
-    parts += fmt::format("{}{} Not Looked At", parts.empty() ? "" : ", ", report.notExamined.size());
-  }
-  return fmt::format("Not vouched for: {}. See cirrovanectl coverage.", parts);
+  return fmt::format("Not vouched for: {}. See cirrovanectl coverage.", gapSummary(report));
 }
 
 std::string acknowledgementText(const std::vector<Acknowledgement>& acknowledgements, const TextStyle& style) {

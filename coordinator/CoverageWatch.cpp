@@ -56,6 +56,9 @@ void CoverageWatch::begin() {
   takers_ = std::exchange(nextTakers_, {});
   const CoverageStop stop;
   stop_ = stop;
+  if (!isLooking_.value()) {
+    isLooking_.set(true);
+  }
   environment_.looking.post([this, alive = std::weak_ptr(alive_), &main = environment_.main, keeper = keeper_,
                              folders = folders_, stop, began = environment_.monotonicClock.sinceBoot()] {
     std::optional<CoverageLook> look = keeper->look(folders, stop);
@@ -88,6 +91,7 @@ void CoverageWatch::finish(const std::optional<CoverageLook>& look, Uptime began
     begin();
   } else {
     setAlarm();
+    isLooking_.set(false);
   }
 }
 

@@ -50,6 +50,9 @@ class CoverageWatch {
   /// The latest report over the folders that are followed; absent before the first.
   const Published<std::optional<Shared<CoverageReport>>>& report() const { return report_; }
 
+  /// Whether a look is under way.
+  const Published<bool>& isLooking() const { return isLooking_; }
+
   /// Follows these folders from now on: a look at others stops at once. With an alarm, it looks now and from time to
   /// time.
   void follow(std::vector<WatchFolder> folders);
@@ -69,6 +72,7 @@ class CoverageWatch {
   CoverageEnvironment environment_;
   std::vector<WatchFolder> folders_;
   Published<std::optional<Shared<CoverageReport>>> report_;
+  Published<bool> isLooking_;
   /// Of the look under way; absent between two.
   std::optional<CoverageStop> stop_;
   std::vector<TakeReport> takers_;

@@ -196,13 +196,31 @@ void RefreshCycle::finish() {
     services_.incidentStore->merge(diagnostics_.value(), cycle->report->generatedAt, notReached);
   }
   incidents_.set(services_.incidentStore->records());
-  fileCountFailure_ = services_.coverage ? services_.coverage->record(*cycle->report) : std::nullopt;
+  recordFileCounts(cycle->report);
   isScanning_.set(false);
   // Without the cycle itself, whose last holder's end is what drops its stages.
   environment_.executors.main.post([this, alive = std::weak_ptr(alive_), previousSafe = cycle->previousSafe,
                                     report = cycle->report, folders = std::move(cycle->folders)] {
     if (!alive.expired()) {
       notify(previousSafe, report, folders);
+    }
+  });
+}
+
+void RefreshCycle::recordFileCounts(const Shared<SyncHealthReport>& report) {
+  if (services_.coverage == nullptr) {
+    return;
+  }
+  // Another program may hold the file's lock for a while, which nobody has to wait for.
+  environment_.executors.status.post([this, alive = std::weak_ptr(alive_), report, coverage = services_.coverage,
+                                      &main = environment_.executors.main, hadFailed = fileCountFailure_.has_value()] {
+    std::optional<Failure> failure = coverage->record(*report);
+    if (failure || hadFailed) {
+      main.post([this, alive, failure = std::move(failure)]() mutable {
+        if (!alive.expired()) {
+          fileCountFailure_ = std::move(failure);
+        }
+      });
     }
   });
 }

@@ -88,6 +88,7 @@ class RefreshCycle {
   const ScanHistoryStore& historyStore() const { return *services_.historyStore; }
   const IncidentStore& incidentStore() const { return *services_.incidentStore; }
   /// Why the file counts of the latest refresh could not be kept; absent when they were, or there was nothing to keep.
+  /// Known a while after the refresh, unless everything runs on the calling thread.
   const std::optional<Failure>& fileCountFailure() const { return fileCountFailure_; }
 
   /// Begins a refresh and returns; does nothing while one is under way.
@@ -117,6 +118,8 @@ class RefreshCycle {
   void publishReport(const Shared<SyncHealthReport>& report, const Confirmation& confirmation);
   /// Publishes what has arrived besides the report, and ends the cycle.
   void finish();
+  /// Has the files that a safe scan counted remembered, beside the rest.
+  void recordFileCounts(const Shared<SyncHealthReport>& report);
   /// Tells the user of a turned verdict over the scanned folders.
   void notify(std::optional<bool> previousSafe, const Shared<SyncHealthReport>& report,
               const std::vector<WatchFolder>& folders);

@@ -1,5 +1,7 @@
 #include "core/CoverageReport.h"
 
+#include "base/Path.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -29,6 +31,25 @@ std::int64_t GapCounts::all() const {
 
 void GapCounts::add(GapKind kind) {
   this->*kCounts.at(static_cast<std::size_t>(kind)) = of(kind) + 1;
+}
+
+void GapCounts::remove(GapKind kind) {
+  auto& count = this->*kCounts.at(static_cast<std::size_t>(kind));
+  count = count.value_or(0) > 1 ? std::optional(*count - 1) : std::nullopt;
+}
+
+CoverageReport withAcknowledged(CoverageReport report, const CoverageGap& gap) {
+  const bool isLoss = gap.kind == GapKind::filesLost;
+  std::erase_if(report.gaps, [&](const CoverageGap& one) {
+    const bool isMeant = isLoss ? one.kind == gap.kind && one.path == gap.path : isAtOrBelow(one.path, gap.path);
+    if (isMeant) {
+      report.gapCounts.remove(one.kind);
+      report.acknowledged += isLoss ? 0 : 1;
+    }
+    return isMeant;
+  });
+  report.complete = report.gapCounts.all() == 0 && report.notExamined.empty();
+  return report;
 }
 
 bool mayBecomeComplete(const CoverageReport& report) {

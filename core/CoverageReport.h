@@ -62,6 +62,8 @@ struct GapCounts {
   std::int64_t of(GapKind kind) const;
   std::int64_t all() const;
   void add(GapKind kind);
+  /// Takes one away, where there is one.
+  void remove(GapKind kind);
 
   static constexpr auto jsonFields() {
     return std::tuple{JSONField{"pendingPackage", &GapCounts::pendingPackage},
@@ -104,6 +106,10 @@ struct CoverageReport {
   }
   friend bool operator==(const CoverageReport&, const CoverageReport&) = default;
 };
+
+/// What a report says once the user knows of one of its gaps: without it and what lies below, which are counted as
+/// acknowledged. Lost files are acknowledged by themselves, and count no more.
+CoverageReport withAcknowledged(CoverageReport report, const CoverageGap& gap);
 
 /// Whether time alone may make the coverage complete.
 bool mayBecomeComplete(const CoverageReport& report);

@@ -61,25 +61,44 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                   &live_},
                  {refreshTimer_, panels_, desktop.workspace(), *machine.fileSystem, *machine.timeText, exportNoteAlarm_,
                   removalAlarm_}),
+      coverage_(makeCoverageKeeper(machine),
+                {{mainExecutor_, coverageExecutor_, *machine.monotonicClock, &coverageAlarm_},
+                 coverageFilesExecutor_,
+                 *machine.clock}),
       updates_(*machine.bundle, *machine.userDefaults, desktop.workspace(), *machine.timeText, *machine.clock,
                [&desktop] { return desktop.makeUpdater(); }),
       loginItem_(*machine.loginItem),
       notificationPermission_(desktop.notificationCenter(), *machine.bundle, desktop.workspace()),
       settings_(*machine.userDefaults, {desktop.motionPreference(), &notificationPermission_, &loginItem_}),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
-      snapshot_(dashboard_, updates_, *machine.timeText),
+      snapshot_(dashboard_, updates_, coverage_, *machine.timeText),
       scan_(dashboard_, scanProgress_, scanSteps_),
       toolInstalls_(makeToolInstaller(machine), mainExecutor_),
       tools_{toolInstalls_, clipboard_, desktop.workspace()},
-      pageContext_({dashboard_, *machine.timeText, settings_, tools_}) {
+      pageContext_({dashboard_, coverage_, *machine.timeText, settings_, tools_}) {
   desktop_.onWake([this] {
     live_.wake();
     staleAlarm_.ring();
+    coverageAlarm_.ring();
   });
   const auto& folders = dashboard_.watchlist().publishedFolders();
   desktop_.setWatching(!folders.value().empty());
-  watchlistSubscription_ =
-      folders.afterChange([this](const std::vector<WatchFolder>& now) { desktop_.setWatching(!now.empty()); });
+  watchlistSubscription_ = folders.afterChange([this](const std::vector<WatchFolder>& now) {
+    desktop_.setWatching(!now.empty());
+    if (dashboard_.verdict().isKnown()) {
+      coverage_.follow(now);
+    }
+  });
+  verdictSubscription_ = dashboard_.publishedVerdict().afterChange([this](const ShownVerdict& verdict) {
+    // The first look is not to share the disk with the first scan.
+    if (verdict.isKnown()) {
+      coverage_.follow(dashboard_.watchlist().folders());
+    }
+  });
+  connect(&snapshot_, &SnapshotViewModel::coverageRequested, this, [this] {
+    showWindow();
+    shell_.reviewCoverage();
+  });
   // Where the module lies in the program; the types that C++ gives it are not found otherwise.
   engine_.addImportPath(QStringLiteral("qrc:/"));
   // The engine takes the provider over.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "coordinator/AppUpdateService.h"
+#include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/LiveVerdict.h"
 #include "platform/Desktop.h"
@@ -74,18 +75,22 @@ class CirrovaneApp : public QObject {
   ThreadExecutor diagnosticsExecutor_;
   ThreadExecutor statusExecutor_;
   ThreadExecutor updatesExecutor_;
+  ThreadExecutor coverageExecutor_;
+  ThreadExecutor coverageFilesExecutor_;
   QtTimer refreshTimer_;
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
   QtAlarm liveAlarm_;
   QtAlarm exportNoteAlarm_;
   QtAlarm removalAlarm_;
+  QtAlarm coverageAlarm_;
   QtPanels panels_;
   QtClipboard clipboard_;
   QtTimer scanSteps_;
   ScanProgress scanProgress_;
   LiveVerdict live_;
   DashboardViewModel dashboard_;
+  CoverageReview coverage_;
   AppUpdateService updates_;
   LoginItemSetting loginItem_;
   NotificationPermission notificationPermission_;
@@ -106,6 +111,7 @@ class CirrovaneApp : public QObject {
   /// Where the menus are not in the window.
   std::unique_ptr<QMenuBar> menuBar_;
   Subscription watchlistSubscription_;
+  Subscription verdictSubscription_;
 };
 
 }  // namespace cirrovane

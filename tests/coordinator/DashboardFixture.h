@@ -1,5 +1,6 @@
 #pragma once
 
+#include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/DefaultsKeys.h"
 #include "platform/linux/host/ICUCollation.h"
@@ -20,6 +21,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,6 +59,10 @@ class DashboardMachine : public MachineTest {
         std::move(services),
         RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_, live_},
         DashboardEnvironment{timer_, panels_, workspace_, files_, timeText_, exportNoteAlarm_, removalAlarm_});
+    coverage_ = std::make_unique<CoverageReview>(
+        std::make_shared<const CoverageKeeper>(files_, storage_, clock_),
+        CoverageReviewEnvironment{
+            {executors_.main, executors_.scan, monotonicClock_, &coverageAlarm_}, executors_.status, clock_});
   }
 
   /// Notes the name of everything that the dashboard and its stores publish, from now on.
@@ -86,6 +92,10 @@ class DashboardMachine : public MachineTest {
     setPublished(dashboard_->publishedReport(), Shared(std::move(report)));
     setPublished(dashboard_->publishedVerdict(), verdict);
   }
+  /// Publishes what a look has found.
+  void publishCoverage(CoverageReport report) {
+    setPublished(coverage_->report(), std::optional(Shared(std::move(report))));
+  }
   void publishLiveness(const Liveness& liveness) { setPublished(dashboard_->publishedLiveness(), liveness); }
   /// Publishes what the report is worth now.
   void publishStanding(VerdictStanding standing) {
@@ -110,6 +120,7 @@ class DashboardMachine : public MachineTest {
   ManualAlarm staleAlarm_;
   ManualAlarm exportNoteAlarm_;
   ManualAlarm removalAlarm_;
+  ManualAlarm coverageAlarm_;
   /// What the next launch follows the files with; nullptr for nothing.
   LiveVerdict* live_ = nullptr;
   /// What the next launch remembers of uploads with; nullptr for nothing.
@@ -125,6 +136,7 @@ class DashboardMachine : public MachineTest {
   std::vector<std::string> events_;
   std::vector<Subscription> subscriptions_;
   std::unique_ptr<DashboardViewModel> dashboard_;
+  std::unique_ptr<CoverageReview> coverage_;
 
  private:
   void setUploaded(bool isUploaded) {

@@ -142,6 +142,26 @@ TEST_F(RefreshCycleTest, scanThatIsNotSafe_leavesNoFileCounts) {
   EXPECT_FALSE(storage_.files().contains(storePath("coverage.json")));
 }
 
+TEST_F(RefreshCycleTest, fileCounts_areKeptBesideTheMainThreadWhichWaitsForNothing) {
+  dashboard_->refresh();
+  runToPublication();
+  main_.runOne();
+  EXPECT_FALSE(dashboard_->isScanning());
+  EXPECT_FALSE(isWritten(storePath("coverage.json")));
+  status_.runAll();
+  EXPECT_TRUE(isWritten(storePath("coverage.json")));
+}
+
+TEST_F(RefreshCycleTest, fileCountsThatCannotBeKept_leaveTheReasonUntilTheyCan) {
+  storage_.lockFailure = Failure{"somebody else changes it"};
+  cycle();
+  ASSERT_TRUE(dashboard_->cycle().fileCountFailure());
+  EXPECT_EQ(dashboard_->cycle().fileCountFailure()->message, "somebody else changes it");
+  storage_.lockFailure = std::nullopt;
+  cycle();
+  EXPECT_FALSE(dashboard_->cycle().fileCountFailure());
+}
+
 TEST_F(RefreshCycleTest, cycleThatEndsInTime_stopsItsLimit) {
   cycle();
   EXPECT_FALSE(cycleLimit_.isRunning());

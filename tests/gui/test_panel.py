@@ -53,7 +53,10 @@ def test_panel_unsafeMac_tellsTheTopBlockerAndTheFailedScan(panel, mac):
     report = mac.ask("check")
     top = report["blockers"][0]
     name = PurePosixPath(top["filePath"]).name
-    expect_told(application, *head(report, "Red Unsafe", "Do not close yet"), "Top blocker",
+    coverage = mac.ask("coverage")
+    gaps = len(coverage["gaps"]) + len(coverage["notExamined"])
+    expect_told(application, *head(report, "Red Unsafe", "Do not close yet"),
+                f"The verdict does not vouch for {gaps} items.", "Review", "Top blocker",
                 f"{REASONS[top['reason']]}: {name}", "Last failed scan", "(time)", REASONS[top["reason"]])  # fmt: skip
 
 

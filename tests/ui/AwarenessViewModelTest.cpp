@@ -36,6 +36,8 @@ class AwarenessViewModelTest : public PageTest {
   SignalRow failed() const { return page_->rows()->row(2); }
   SignalRow safe() const { return page_->rows()->row(3); }
 
+  SignalRow unvouched() const { return page_->rows()->row(4); }
+
   std::unique_ptr<AwarenessViewModel> page_ = open<AwarenessViewModel>();
 };
 
@@ -62,7 +64,38 @@ TEST_F(AwarenessViewModelTest, noReportAndNoHistory_saysThatNothingIsKnown) {
                                     .symbol = "info.circle.fill",
                                     .tone = Tone::Info,
                                     .title = "Last Confirmed Safe Scan",
-                                    .text = "None yet in current history."}));
+                                    .text = "None yet in current history."},
+                          SignalRow{.key = "unvouched",
+                                    .symbol = "ellipsis.circle",
+                                    .tone = Tone::Neutral,
+                                    .title = "Not Vouched For",
+                                    .text = "Nobody has looked yet.",
+                                    .hasReview = true}));
+}
+
+TEST_F(AwarenessViewModelTest, completeCoverage_isGoodNewsWithWhatIsAcknowledged) {
+  CoverageReport coverage;
+  coverage.complete = true;
+  publishCoverage(coverage);
+  catchUp();
+  EXPECT_EQ(unvouched().symbol, "checkmark.circle.fill");
+  EXPECT_EQ(unvouched().tone, Tone::Good);
+  EXPECT_EQ(unvouched().text, "The verdict vouches for everything in your watched folders.");
+  coverage.acknowledged = 2;
+  publishCoverage(coverage);
+  catchUp();
+  EXPECT_EQ(unvouched().text, "The verdict vouches for everything in your watched folders. 2 gaps are acknowledged.");
+}
+
+TEST_F(AwarenessViewModelTest, gapsOfTheCoverage_areCountedByTheirKinds) {
+  CoverageReport coverage;
+  coverage.gapCounts.syncPaused = 2;
+  coverage.notExamined = {"/gone"};
+  publishCoverage(coverage);
+  catchUp();
+  EXPECT_EQ(unvouched().symbol, "exclamationmark.triangle.fill");
+  EXPECT_EQ(unvouched().tone, Tone::Warning);
+  EXPECT_EQ(unvouched().text, "The verdict does not vouch for 3 items: 2 Sync Paused, 1 Not Looked At.");
 }
 
 TEST_F(AwarenessViewModelTest, reportWithoutGaps_isGoodNewsAfterAScanAlone) {

@@ -54,6 +54,21 @@ TEST_F(HealthViewModelTest, beforeTheFirstScan_isNotSafeAndHasNeitherGoodNorBadS
                           row("Watchlist", "1"), row("Local Ready", "0"), row("Cloud-Only", "0")));
 }
 
+TEST_F(HealthViewModelTest, gaps_areNotedBesideAYesAlone) {
+  CoverageReport coverage;
+  coverage.gapCounts.excluded = 1;
+  publishCoverage(coverage);
+  catchUp();
+  EXPECT_EQ(page_->coverageNote(), "");
+  publishState(HealthState::safe, true);
+  EXPECT_EQ(page_->coverageNote(), "The verdict does not vouch for 1 item.");
+  EXPECT_EQ(page_->verdict(), "YES");
+  EXPECT_EQ(page_->verdictTone(), Tone::Good);
+  EXPECT_EQ(page_->tone(), Tone::Good);
+  publishState(HealthState::danger, false);
+  EXPECT_EQ(page_->coverageNote(), "");
+}
+
 TEST_F(HealthViewModelTest, eachState_hasItsSymbolAndItsTone) {
   publishState(HealthState::safe, true);
   EXPECT_EQ(page_->tone(), Tone::Good);

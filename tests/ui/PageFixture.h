@@ -35,7 +35,8 @@ class PageTest : public DashboardMachine {
   std::unique_ptr<ViewModel> openWith(std::unique_ptr<ViewModel> page) {
     if (!context_) {
       settings_ = std::make_unique<AppSettings>(defaults_, AppSettings::System{.notifications = &permission_});
-      context_ = std::make_unique<PageContext>(PageContext::Parts{*dashboard_, timeText_, *settings_, tools_});
+      context_ =
+          std::make_unique<PageContext>(PageContext::Parts{*dashboard_, *coverage_, timeText_, *settings_, tools_});
     }
     page->setContext(context_.get());
     return page;

@@ -49,6 +49,19 @@ class SafetyExplainerViewModelTest : public PageTest {
   QAbstractItemModelTester checks_{page_->criteria(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
+TEST_F(SafetyExplainerViewModelTest, gaps_areNotedBesideAYesAlone) {
+  CoverageReport coverage;
+  coverage.gapCounts.excluded = 1;
+  publishCoverage(coverage);
+  SyncHealthReport report;
+  report.safeToClose = true;
+  publish(report);
+  EXPECT_EQ(page_->coverageNote(), "The verdict does not vouch for 1 item.");
+  report.safeToClose = false;
+  publish(report);
+  EXPECT_EQ(page_->coverageNote(), "");
+}
+
 TEST_F(SafetyExplainerViewModelTest, beforeTheFirstScan_isNoAndNothingPasses) {
   EXPECT_EQ(page_->verdict(), "NO");
   EXPECT_EQ(page_->verdictTone(), Tone::Neutral);

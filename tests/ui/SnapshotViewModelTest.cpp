@@ -27,7 +27,7 @@ class SnapshotViewModelTest : public DashboardMachine {
   }
 
   SnapshotViewModel& open() {
-    snapshot_ = std::make_unique<SnapshotViewModel>(*dashboard_, *updates_, timeText_);
+    snapshot_ = std::make_unique<SnapshotViewModel>(*dashboard_, *updates_, *coverage_, timeText_);
     return *snapshot_;
   }
 
@@ -107,6 +107,34 @@ TEST_F(SnapshotViewModelTest, liveness_isToldWithItsReasonOnceThereIsAVerdict) {
   EXPECT_EQ(changes.count(), 1);
   publishLiveness({LivenessState::catchingUp, "The Mac slept."});
   EXPECT_EQ(snapshot.liveness(), "Catching up. The Mac slept.");
+}
+
+TEST_F(SnapshotViewModelTest, gaps_areToldBesideEitherVerdictAndMarkAYes) {
+  const SnapshotViewModel& snapshot = open();
+  EXPECT_EQ(snapshot.unvouched(), "");
+  const QSignalSpy changes(&snapshot, &SnapshotViewModel::coverageChanged);
+  CoverageReport coverage;
+  coverage.gapCounts.syncPaused = 2;
+  publishCoverage(coverage);
+  EXPECT_EQ(changes.count(), 1);
+  EXPECT_EQ(snapshot.unvouched(), "The verdict does not vouch for 2 items.");
+  EXPECT_FALSE(snapshot.isYesMarked());
+  report(HealthState::safe, true);
+  EXPECT_TRUE(snapshot.isYesMarked());
+  EXPECT_EQ(snapshot.statusLabel(), "Green Safe");
+  EXPECT_EQ(snapshot.verdict(), "Safe to close now");
+  report(HealthState::danger, false);
+  EXPECT_FALSE(snapshot.isYesMarked());
+  EXPECT_EQ(snapshot.unvouched(), "The verdict does not vouch for 2 items.");
+  publishCoverage(CoverageReport());
+  EXPECT_EQ(snapshot.unvouched(), "");
+}
+
+TEST_F(SnapshotViewModelTest, reviewOfTheCoverage_isAskedFor) {
+  SnapshotViewModel& snapshot = open();
+  const QSignalSpy requests(&snapshot, &SnapshotViewModel::coverageRequested);
+  snapshot.reviewCoverage();
+  EXPECT_EQ(requests.count(), 1);
 }
 
 TEST_F(SnapshotViewModelTest, noBeforeSleep_staysThatNo) {

@@ -12,6 +12,7 @@ PremiumTabScaffold {
     signal terminologyRequested
     // Those of one watched folder, by its identifier; of all for none.
     signal blockersRequested(folder: string)
+    signal coverageRequested
 
     title: "Cirrovane"
     subtitle: ""
@@ -42,6 +43,7 @@ PremiumTabScaffold {
 
         AwarenessCard {
             context: page.context
+            onCoverageRequested: page.coverageRequested()
             Layout.fillHeight: true
             Layout.preferredWidth: 1
         }

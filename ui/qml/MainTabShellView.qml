@@ -192,6 +192,7 @@ Item {
             settings: shell.settings
             onTerminologyRequested: shell.terminologyRequested()
             onBlockersRequested: folder => shell.blockersRequested(folder)
+            onCoverageRequested: shell.viewModel.reviewCoverage()
         }
     }
     Component {

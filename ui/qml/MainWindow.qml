@@ -29,8 +29,10 @@ ApplicationWindow {
     property var about: null
     // Goes when it is closed, since it may hold very many rows.
     property var blockers: null
+    property var coverage: null
     property var preferences: null
-    readonly property bool hasOpenSheet: [guide, about, blockers, preferences].some(sheet => sheet?.opened ?? false)
+    readonly property bool hasOpenSheet: [guide, about, blockers, coverage, preferences].some(
+                                             sheet => sheet?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -48,6 +50,10 @@ ApplicationWindow {
     function showGuide() {
         guide = guide ?? guideComponent.createObject(contentItem);
         guide.open();
+    }
+    function showCoverage() {
+        coverage = coverage ?? coverageComponent.createObject(contentItem);
+        coverage.open();
     }
     function showAbout() {
         about = about ?? aboutComponent.createObject(contentItem);
@@ -146,6 +152,13 @@ ApplicationWindow {
         }
     }
 
+    Connections {
+        target: window.shell
+        function onCoverageRequested() {
+            window.showCoverage();
+        }
+    }
+
     Repeater {
         model: window.shell.primaryTabs
 
@@ -191,6 +204,13 @@ ApplicationWindow {
                 window.blockers = null;
                 destroy();
             }
+        }
+    }
+
+    Component {
+        id: coverageComponent
+        CoverageView {
+            context: window.context
         }
     }
 

@@ -47,12 +47,27 @@ ColumnLayout {
             font.weight: Font.DemiBold
         }
     }
-    AppLabel {
-        text: view.snapshot.verdict
-        color: view.snapshot.verdictNote.length > 0 ? Theme.dimmedText : Theme.text
-        font.pixelSize: Theme.subheadlineSize
-        font.weight: Font.DemiBold
+    RowLayout {
+        spacing: Theme.tightSpacing
         Layout.fillWidth: true
+
+        AppLabel {
+            text: view.snapshot.verdict
+            color: view.snapshot.verdictNote.length > 0 ? Theme.dimmedText : Theme.text
+            font.pixelSize: Theme.subheadlineSize
+            font.weight: Font.DemiBold
+            Layout.fillWidth: !mark.visible
+            Accessible.description: mark.note
+        }
+        VouchMark {
+            id: mark
+            note: view.snapshot.isYesMarked ? view.snapshot.unvouched : ""
+            size: 14
+        }
+        Item {
+            visible: mark.visible
+            Layout.fillWidth: true
+        }
     }
     AppText {
         text: view.snapshot.verdictNote
@@ -70,6 +85,23 @@ ColumnLayout {
         color: Theme.dimmedText
         font.pixelSize: Theme.captionSize
         Layout.fillWidth: true
+    }
+    RowLayout {
+        visible: view.snapshot.unvouched.length > 0
+        spacing: Theme.rowSpacing
+        Layout.fillWidth: true
+
+        AppText {
+            text: view.snapshot.unvouched
+            font.pixelSize: Theme.captionSize
+            color: Theme.secondaryText
+            Layout.fillWidth: true
+        }
+        ActionButton {
+            text: "Review"
+            description: view.snapshot.unvouched
+            onClicked: view.snapshot.reviewCoverage()
+        }
     }
     ColumnLayout {
         visible: view.snapshot.hasTopBlocker

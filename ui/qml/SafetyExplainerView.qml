@@ -22,10 +22,27 @@ PremiumTabScaffold {
         heading: "Safe to Close"
         showsHeading: true
 
-        VerdictText {
-            text: explainer.verdict
-            color: Tone.color(explainer.verdictTone)
-            Accessible.description: explainer.verdictNote
+        RowLayout {
+            spacing: Theme.rowSpacing
+            Layout.fillWidth: true
+
+            VerdictText {
+                text: explainer.verdict
+                color: Tone.color(explainer.verdictTone)
+                Layout.fillWidth: false
+                Accessible.description: explainer.verdictNote || explainer.coverageNote
+            }
+            VouchMark {
+                note: explainer.coverageNote
+                Layout.fillWidth: false
+            }
+        }
+        AppText {
+            text: explainer.coverageNote
+            visible: text.length > 0
+            font.pixelSize: Theme.subheadlineSize
+            color: Theme.secondaryText
+            Layout.fillWidth: true
         }
         AppText {
             text: explainer.verdictNote

@@ -1,5 +1,6 @@
 #include "ui/viewmodels/AwarenessViewModel.h"
 
+#include "ui/viewmodels/CoverageText.h"
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
 
@@ -26,12 +27,13 @@ void AwarenessViewModel::begin() {
   follow(dashboard().publishedReport());
   follow(dashboard().publishedVerdict());
   follow(dashboard().historyStore().publishedSnapshots());
+  follow(context()->coverage().report());
 }
 
 void AwarenessViewModel::update() {
   isKnown_ = dashboard().verdict().isKnown();
   recentStability_ = toQString(dashboard().recentStabilityText());
-  rows_.setRows({coverageRow(), cloudOnlyRow(), failedRow(), safeRow()});
+  rows_.setRows({coverageRow(), cloudOnlyRow(), failedRow(), safeRow(), unvouchedRow()});
 }
 
 SignalRow AwarenessViewModel::coverageRow() const {
@@ -110,6 +112,17 @@ SignalRow AwarenessViewModel::safeRow() const {
           .title = QStringLiteral("Last Confirmed Safe Scan"),
           .text = verdictTimeText(*safe, context()->timeText(), dashboard().now()),
           .date = toQString(context()->timeText().dayAndTime(safe->timestamp))};
+}
+
+SignalRow AwarenessViewModel::unvouchedRow() const {
+  const std::optional<Shared<CoverageReport>>& report = context()->coverage().report().value();
+  const bool isComplete = !report || (*report)->complete;
+  return {.key = QStringLiteral("unvouched"),
+          .symbol = isComplete ? allClearSymbol(report.has_value()) : QStringLiteral("exclamationmark.triangle.fill"),
+          .tone = isComplete ? allClearTone(report.has_value()) : Tone::Warning,
+          .title = QStringLiteral("Not Vouched For"),
+          .text = coverageSummary(report),
+          .hasReview = true};
 }
 
 void AwarenessViewModel::revealLastFailed() {

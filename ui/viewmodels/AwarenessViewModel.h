@@ -23,6 +23,7 @@ struct SignalRow {
   Q_PROPERTY(QString explanation MEMBER explanation)
   Q_PROPERTY(QString date MEMBER date)
   Q_PROPERTY(QString path MEMBER path)
+  Q_PROPERTY(bool hasReview MEMBER hasReview)
 
  public:
   /// Stays when the title changes, so that the row stays too.
@@ -39,6 +40,8 @@ struct SignalRow {
   QString date = {};
   /// The path of a file that the file manager can show.
   QString path = {};
+  /// Whether there is a sheet that goes through it.
+  bool hasReview = false;
 
   friend bool operator==(const SignalRow&, const SignalRow&) = default;
   friend const QString& keyOf(const SignalRow& row) { return row.key; }
@@ -71,6 +74,7 @@ class AwarenessViewModel : public cirrovane::PageViewModel {
   SignalRow cloudOnlyRow() const;
   SignalRow failedRow() const;
   SignalRow safeRow() const;
+  SignalRow unvouchedRow() const;
 
   std::int64_t coverageGapCount_ = 0;
   Subscription reportSubscription_;

@@ -1,6 +1,7 @@
 #include "ui/viewmodels/HealthViewModel.h"
 
 #include "core/TrustScoring.h"
+#include "ui/viewmodels/CoverageText.h"
 #include "ui/viewmodels/HealthWords.h"
 #include "ui/viewmodels/Text.h"
 
@@ -23,6 +24,7 @@ void HealthViewModel::begin() {
   follow(dashboard().publishedVerdict());
   follow(dashboard().publishedLiveness());
   follow(dashboard().watchlist().publishedFolders());
+  follow(context()->coverage().report());
 }
 
 void HealthViewModel::update() {
@@ -80,6 +82,10 @@ Tone HealthViewModel::verdictTone() const {
 
 QString HealthViewModel::verdictNote() const {
   return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText(), dashboard().now());
+}
+
+QString HealthViewModel::coverageNote() const {
+  return context() == nullptr ? QString() : yesNote(verdict_, context()->coverage().report().value());
 }
 
 QString HealthViewModel::liveness() const {

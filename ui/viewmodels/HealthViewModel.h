@@ -36,6 +36,7 @@ class HealthViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
   Q_PROPERTY(cirrovane::Tones::Tone verdictTone READ verdictTone NOTIFY changed)
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY changed)
+  Q_PROPERTY(QString coverageNote READ coverageNote NOTIFY changed)
   Q_PROPERTY(QString liveness READ liveness NOTIFY changed)
   Q_PROPERTY(int uploadTrust READ uploadTrust NOTIFY changed)
   Q_PROPERTY(int localAvailability READ localAvailability NOTIFY changed)
@@ -57,6 +58,8 @@ class HealthViewModel : public cirrovane::PageViewModel {
   Tone verdictTone() const;
   /// Since when a YES is stale, and why; empty while it holds, and for a NO.
   QString verdictNote() const;
+  /// For how many items a YES does not vouch; empty for a NO, and where there are none.
+  QString coverageNote() const;
   /// "Live", "Catching up" or "Not live", and why; empty before the first scan.
   QString liveness() const;
   /// 0 to 100.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
 #include "platform/TimeText.h"
 #include "ui/viewmodels/AppSettings.h"
@@ -10,6 +11,7 @@
 namespace cirrovane {
 
 class AllBlockersViewModel;
+class CoverageViewModel;
 class IncidentCenterViewModel;
 class PageViewModel;
 class TimelineViewModel;
@@ -34,6 +36,7 @@ class PageContext : public QObject {
  public:
   struct Parts {
     DashboardViewModel& dashboard;
+    CoverageReview& coverage;
     const TimeText& timeText;
     AppSettings& settings;
     const ToolsEnvironment& tools;
@@ -43,6 +46,8 @@ class PageContext : public QObject {
 
   /// The results, to read.
   const DashboardViewModel& dashboard() const { return parts_.dashboard; }
+  /// The coverage, to read.
+  const CoverageReview& coverage() const { return parts_.coverage; }
   const TimeText& timeText() const { return parts_.timeText; }
 
   // The dashboard, to act on:
@@ -52,6 +57,7 @@ class PageContext : public QObject {
   DashboardViewModel& dashboard(For<TimelineViewModel> /*key*/) const { return parts_.dashboard; }
   DashboardViewModel& dashboard(For<WatchlistViewModel> /*key*/) const { return parts_.dashboard; }
 
+  CoverageReview& coverage(For<CoverageViewModel> /*key*/) const { return parts_.coverage; }
   AppSettings& settings(For<IncidentCenterViewModel> /*key*/) const { return parts_.settings; }
   const ToolsEnvironment& tools(For<AllBlockersViewModel> /*key*/) const { return parts_.tools; }
   const ToolsEnvironment& tools(For<ToolsViewModel> /*key*/) const { return parts_.tools; }

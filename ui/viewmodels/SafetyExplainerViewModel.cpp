@@ -1,6 +1,7 @@
 #include "ui/viewmodels/SafetyExplainerViewModel.h"
 
 #include "core/BlockerReason.h"
+#include "ui/viewmodels/CoverageText.h"
 #include "ui/viewmodels/HealthWords.h"
 #include "ui/viewmodels/Text.h"
 
@@ -31,6 +32,7 @@ void SafetyExplainerViewModel::revealTopBlocker() {
 void SafetyExplainerViewModel::begin() {
   follow(dashboard().publishedReport());
   follow(dashboard().publishedVerdict());
+  follow(context()->coverage().report());
 }
 
 void SafetyExplainerViewModel::update() {
@@ -52,6 +54,10 @@ Tone SafetyExplainerViewModel::verdictTone() const {
 
 QString SafetyExplainerViewModel::verdictNote() const {
   return context() == nullptr ? QString() : staleNote(verdict_, context()->timeText(), dashboard().now());
+}
+
+QString SafetyExplainerViewModel::coverageNote() const {
+  return context() == nullptr ? QString() : yesNote(verdict_, context()->coverage().report().value());
 }
 
 void SafetyExplainerViewModel::showCriteria() {

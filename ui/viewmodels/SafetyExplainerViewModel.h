@@ -38,6 +38,7 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   Q_PROPERTY(QString verdict READ verdict NOTIFY changed)
   Q_PROPERTY(cirrovane::Tones::Tone verdictTone READ verdictTone NOTIFY changed)
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY changed)
+  Q_PROPERTY(QString coverageNote READ coverageNote NOTIFY changed)
   Q_PROPERTY(QString lastEvaluation READ lastEvaluation NOTIFY changed)
   Q_PROPERTY(cirrovane::ListModelBase* criteria READ criteria CONSTANT)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY changed)
@@ -54,6 +55,8 @@ class SafetyExplainerViewModel : public cirrovane::PageViewModel {
   Tone verdictTone() const;
   /// Since when a YES is stale, and why; empty while it holds, and for a NO.
   QString verdictNote() const;
+  /// For how many items a YES does not vouch; empty for a NO, and where there are none.
+  QString coverageNote() const;
   /// With its time of day; "not yet" before the first scan.
   QString lastEvaluation() const { return lastEvaluation_; }
   ListModel<CriterionRow>* criteria() { return &criteria_; }

@@ -45,6 +45,8 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
   /// A shortcut as the system writes it: "Ctrl+U".
   Q_INVOKABLE QString shortcutText(const QVariant& shortcut) const;
 
+  /// Asks for the sheet of what the verdict does not vouch for: coverageRequested() comes.
+  Q_INVOKABLE void reviewCoverage() { emit coverageRequested(); }
   Q_INVOKABLE void openReleaseNotes();
   /// Puts the version label on the clipboard.
   Q_INVOKABLE void copyBuild();
@@ -52,6 +54,7 @@ class ShellViewModel : public cirrovane::SurfaceViewModel {
  signals:
   void selectedTabChanged();
   void updateStatusLineChanged();
+  void coverageRequested();
 
  private:
   Clipboard& clipboard_;

@@ -1,6 +1,7 @@
 #include "ui/viewmodels/SnapshotViewModel.h"
 
 #include "ui/viewmodels/BlockerText.h"
+#include "ui/viewmodels/CoverageText.h"
 #include "ui/viewmodels/HealthWords.h"
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
@@ -9,11 +10,18 @@
 
 namespace cirrovane {
 
-SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
-                                     QObject* parent)
-    : SurfaceViewModel(dashboard, updates, parent), timeText_(timeText), lastFailed_(dashboard.lastFailedSnapshot()) {
+SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates,
+                                     const CoverageReview& coverage, const TimeText& timeText, QObject* parent)
+    : SurfaceViewModel(dashboard, updates, parent),
+      coverage_(coverage),
+      timeText_(timeText),
+      lastFailed_(dashboard.lastFailedSnapshot()) {
   follow(dashboard.publishedReport(), [this] { emit reportChanged(); });
-  follow(dashboard.publishedVerdict(), [this] { emit reportChanged(); });
+  follow(dashboard.publishedVerdict(), [this] {
+    emit reportChanged();
+    emit coverageChanged();
+  });
+  follow(coverage.report(), [this] { emit coverageChanged(); });
   follow(dashboard.publishedLiveness(), [this] { emit reportChanged(); });
   follow(dashboard.historyStore().publishedSnapshots(), [this] {
     lastFailed_ = this->dashboard().lastFailedSnapshot();
@@ -52,6 +60,14 @@ QString SnapshotViewModel::verdict() const {
 
 QString SnapshotViewModel::verdictNote() const {
   return staleReason(dashboard().verdict());
+}
+
+QString SnapshotViewModel::unvouched() const {
+  return unvouchedText(coverage_.report().value());
+}
+
+bool SnapshotViewModel::isYesMarked() const {
+  return !yesNote(dashboard().verdict(), coverage_.report().value()).isEmpty();
 }
 
 QString SnapshotViewModel::scores() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "coordinator/CoverageReview.h"
 #include "platform/TimeText.h"
 #include "ui/viewmodels/SurfaceViewModel.h"
 #include "ui/viewmodels/Tone.h"
@@ -22,6 +23,8 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_PROPERTY(QString verdict READ verdict NOTIFY reportChanged)
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY reportChanged)
   Q_PROPERTY(QString liveness READ liveness NOTIFY reportChanged)
+  Q_PROPERTY(QString unvouched READ unvouched NOTIFY coverageChanged)
+  Q_PROPERTY(bool isYesMarked READ isYesMarked NOTIFY coverageChanged)
   Q_PROPERTY(QString scores READ scores NOTIFY reportChanged)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY reportChanged)
   Q_PROPERTY(QString topBlocker READ topBlocker NOTIFY reportChanged)
@@ -34,8 +37,8 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
 
  public:
   /// The arguments outlive this.
-  SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const TimeText& timeText,
-                    QObject* parent = nullptr);
+  SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates, const CoverageReview& coverage,
+                    const TimeText& timeText, QObject* parent = nullptr);
 
   /// Of the sign; neutral before the first scan.
   Tone tone() const;
@@ -50,6 +53,13 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   QString liveness() const;
   /// "Upload Trust 92 · Local 84".
   QString scores() const;
+  /// For how many items the verdict does not vouch; empty where there are none, or nobody has looked yet.
+  QString unvouched() const;
+  /// Whether there is a YES that does not vouch for all.
+  bool isYesMarked() const;
+  /// Asks for the sheet that goes through them: coverageRequested() comes.
+  Q_INVOKABLE void reviewCoverage() { emit coverageRequested(); }
+
   /// The icon's tooltip: state and verdict in words.
   QString toolTip() const;
 
@@ -77,10 +87,13 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
  signals:
   void reportChanged();
   void historyChanged();
+  void coverageChanged();
+  void coverageRequested();
   void exportNoteChanged();
   void exportEnded();
 
  private:
+  const CoverageReview& coverage_;
   const TimeText& timeText_;
   /// Found once a change, since the history may be long.
   std::optional<ScanSnapshot> lastFailed_;

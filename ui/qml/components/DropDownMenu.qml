@@ -125,6 +125,7 @@ ActionButton {
             // A choice without symbols marks the one that is chosen.
             Symbol {
                 name: entry.symbol.length > 0 ? entry.symbol : "checkmark"
+                visible: entry.symbol.length > 0 || button.chosenIndex >= 0
                 opacity: entry.symbol.length > 0 || entry.index === button.chosenIndex ? 1 : 0
                 size: 15
                 anchors.verticalCenter: parent.verticalCenter

@@ -9,6 +9,8 @@ RowLayout {
     required property bool isScanning
     property alias text: button.text
     property string symbolName: "arrow.clockwise"
+    // What a screen reader says while it is.
+    property string busyText: "A scan is running"
     property alias isCompact: button.isCompact
     // What the keyboard acts on.
     property alias control: button
@@ -27,7 +29,7 @@ RowLayout {
         text: "Rescan"
         symbolName: row.symbolName.length > 0 && row.isScanning && !Theme.motionEnabled ? "ellipsis.circle"
                   : row.symbolName
-        description: row.isScanning ? "A scan is running" : ""
+        description: row.isScanning ? row.busyText : ""
         Layout.fillWidth: true
         onClicked: row.clicked()
     }

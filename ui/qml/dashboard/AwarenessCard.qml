@@ -10,6 +10,8 @@ PremiumCard {
 
     required property PageContext context
 
+    signal coverageRequested
+
     heading: "Signals You Might Miss"
     showsHeading: true
 
@@ -46,6 +48,7 @@ PremiumCard {
             required property string explanation
             required property string date
             required property string path
+            required property bool hasReview
 
             spacing: Theme.rowSpacing
             Layout.fillWidth: true
@@ -86,6 +89,13 @@ PremiumCard {
                     visible: row.path.length > 0
                     description: row.path
                     onClicked: awareness.revealLastFailed()
+                    Layout.topMargin: Theme.tightSpacing
+                }
+                ActionButton {
+                    text: "Review"
+                    visible: row.hasReview
+                    description: row.title
+                    onClicked: card.coverageRequested()
                     Layout.topMargin: Theme.tightSpacing
                 }
             }

@@ -45,10 +45,27 @@ PremiumCard {
                 Layout.fillWidth: true
                 Accessible.role: Accessible.Heading
             }
-            VerdictText {
-                text: health.verdict
-                color: Tone.color(health.verdictTone)
-                Accessible.description: health.verdictNote
+            RowLayout {
+                spacing: Theme.rowSpacing
+                Layout.fillWidth: true
+
+                VerdictText {
+                    text: health.verdict
+                    color: Tone.color(health.verdictTone)
+                    Layout.fillWidth: false
+                    Accessible.description: health.verdictNote || health.coverageNote
+                }
+                VouchMark {
+                    note: health.coverageNote
+                    Layout.fillWidth: false
+                }
+            }
+            AppText {
+                text: health.coverageNote
+                visible: text.length > 0
+                font.pixelSize: Theme.subheadlineSize
+                color: Theme.secondaryText
+                Layout.fillWidth: true
             }
             AppText {
                 text: health.verdictNote
