@@ -58,7 +58,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                   *machine.monotonicClock,
                   &cycleLimit_,
                   &staleAlarm_,
-                  &live_},
+                  &live_,
+                  &uploadsAlarm_},
                  {refreshTimer_, panels_, desktop.workspace(), *machine.fileSystem, *machine.timeText, exportNoteAlarm_,
                   removalAlarm_}),
       updates_(*machine.bundle, *machine.userDefaults, desktop.workspace(), *machine.timeText, *machine.clock,
@@ -71,6 +72,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
   desktop_.onWake([this] {
     live_.wake();
     staleAlarm_.ring();
+    uploadsAlarm_.ring();
   });
   const auto& folders = dashboard_.watchlist().publishedFolders();
   desktop_.setWatching(!folders.value().empty());

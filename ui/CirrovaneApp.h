@@ -75,6 +75,7 @@ class CirrovaneApp : public QObject {
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
   QtAlarm liveAlarm_;
+  QtAlarm uploadsAlarm_;
   QtAlarm exportNoteAlarm_;
   QtAlarm removalAlarm_;
   QtPanels panels_;

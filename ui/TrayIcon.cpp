@@ -26,6 +26,7 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const Desktop& desktop, QObject*
     }
   });
   connect(&snapshot_, &SnapshotViewModel::reportChanged, this, &TrayIcon::update);
+  connect(&snapshot_, &SnapshotViewModel::uploadsChanged, this, [this] { icon_.setToolTip(snapshot_.toolTip()); });
   update();
   icon_.show();
 }

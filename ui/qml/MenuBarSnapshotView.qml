@@ -69,6 +69,12 @@ ColumnLayout {
         font.pixelSize: Theme.captionSize
         Layout.fillWidth: true
     }
+    AppText {
+        text: view.snapshot.uploads
+        visible: text.length > 0
+        font.pixelSize: Theme.captionSize
+        Layout.fillWidth: true
+    }
     ColumnLayout {
         visible: view.snapshot.hasTopBlocker
         spacing: 2

@@ -23,6 +23,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_PROPERTY(QString verdictNote READ verdictNote NOTIFY reportChanged)
   Q_PROPERTY(QString liveness READ liveness NOTIFY reportChanged)
   Q_PROPERTY(QString scores READ scores NOTIFY reportChanged)
+  Q_PROPERTY(QString uploads READ uploads NOTIFY uploadsChanged)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY reportChanged)
   Q_PROPERTY(QString topBlocker READ topBlocker NOTIFY reportChanged)
   Q_PROPERTY(bool hasLastFailed READ hasLastFailed NOTIFY historyChanged)
@@ -50,7 +51,9 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   QString liveness() const;
   /// "Upload Trust 92 · Local 84".
   QString scores() const;
-  /// The icon's tooltip: state and verdict in words.
+  /// What is left to upload, and how it goes; empty while nothing is left.
+  QString uploads() const;
+  /// The icon's tooltip: state, verdict and what is left to upload, in words.
   QString toolTip() const;
 
   bool hasTopBlocker() const { return !dashboard().report().blockers.empty(); }
@@ -76,6 +79,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
 
  signals:
   void reportChanged();
+  void uploadsChanged();
   void historyChanged();
   void exportNoteChanged();
   void exportEnded();

@@ -10,6 +10,12 @@ RowLayout {
     required property string valueText
     required property string label
     required property int tone
+    property int thickness: 8
+
+    // As a screen reader asks for them.
+    readonly property real value: Math.max(0, Math.min(1, ratio))
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 1
 
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
@@ -20,14 +26,14 @@ RowLayout {
 
     Rectangle {
         Layout.fillWidth: true
-        implicitHeight: 8
-        radius: 4
+        implicitHeight: gauge.thickness
+        radius: height / 2
         color: Theme.controlHover
 
         Rectangle {
-            width: Math.max(parent.height, parent.width * Math.max(0, Math.min(1, gauge.ratio)))
+            width: Math.max(parent.height, parent.width * gauge.value)
             height: parent.height
-            radius: 4
+            radius: height / 2
             color: Tone.color(gauge.tone)
         }
     }
