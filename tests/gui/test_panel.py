@@ -53,7 +53,9 @@ def test_panel_unsafeMac_tellsTheTopBlockerAndTheFailedScan(panel, mac):
     report = mac.ask("check")
     top = report["blockers"][0]
     name = PurePosixPath(top["filePath"]).name
-    expect_told(application, *head(report, "Red Unsafe", "Do not close yet"), "Top blocker",
+    pending = mac.ask("pending")
+    left = f"Left to upload: {pending['pendingFiles']} files, {round(pending['pendingBytes'] / 1000)} KB, no estimate yet."
+    expect_told(application, *head(report, "Red Unsafe", "Do not close yet"), left, "Top blocker",
                 f"{REASONS[top['reason']]}: {name}", "Last failed scan", "(time)", REASONS[top["reason"]])  # fmt: skip
 
 

@@ -12,11 +12,6 @@ RowLayout {
     required property int tone
     property int thickness: 8
 
-    // As a screen reader asks for them.
-    readonly property real value: Math.max(0, Math.min(1, ratio))
-    readonly property real minimumValue: 0
-    readonly property real maximumValue: 1
-
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
 
@@ -31,7 +26,7 @@ RowLayout {
         color: Theme.controlHover
 
         Rectangle {
-            width: Math.max(parent.height, parent.width * gauge.value)
+            width: Math.max(parent.height, parent.width * Math.max(0, Math.min(1, gauge.ratio)))
             height: parent.height
             radius: height / 2
             color: Tone.color(gauge.tone)

@@ -45,7 +45,7 @@ Sheet {
                     Accessible.role: Accessible.Heading
                 }
                 AppText {
-                    text: "These files wait longer than the size of what waits explains. Cirrovane changes none of them."
+                    text: "They wait longer than what waits beside them explains. Cirrovane changes no file."
                     font.pixelSize: Theme.captionSize
                     color: Theme.dimmedText
                     Layout.fillWidth: true
