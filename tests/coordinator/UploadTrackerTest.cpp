@@ -25,6 +25,7 @@ using testing::Field;
 using testing::IsEmpty;
 
 constexpr std::int64_t kMegabyte = 1'000'000;
+const std::string kRecord = "/Users/test/uploads.json";
 
 class UploadTrackerTest : public testing::Test {
  protected:
@@ -33,10 +34,12 @@ class UploadTrackerTest : public testing::Test {
     for (const std::string name : {"/Users", "/test", "/Library", "/Mobile Documents", "/com~apple~CloudDocs"}) {
       tree_.makeFolder(path += name);
     }
+    // The tree is asked whether a file is there, and the storage for its text.
+    tree_.makeFile(kRecord, values(true));
     make();
   }
   void make() {
-    tracker_.emplace(std::make_shared<const UploadsStore>(tree_, storage_), reports_,
+    tracker_.emplace(std::make_shared<const UploadsStore>(tree_, storage_, kRecord), reports_,
                      UploadTracking{main_, looking_, clock_, monotonicClock_, &alarm_});
     subscription_ = tracker_->standing().afterChange([this](const UploadStanding&) { ++told_; });
   }
@@ -143,7 +146,7 @@ TEST_F(UploadTrackerTest, nothingNew_tellsTheTimeAlone) {
   ring();
   EXPECT_EQ(told_, 2);
   EXPECT_EQ(alarm_.after(), 1min);
-  EXPECT_TRUE(looking_.size() == 0);
+  EXPECT_EQ(looking_.size(), 0U);
 }
 
 TEST_F(UploadTrackerTest, nothingPending_wakesNobody) {
@@ -172,7 +175,7 @@ TEST_F(UploadTrackerTest, waitBeyondWhatTheOthersExplain_isStuckWithTheSystemsWo
   tracker_->look(reports_.value());
   runAll();
   EXPECT_EQ(standing().totals.stuckFiles, 2);
-  EXPECT_THAT(standing().stuck,
+  ASSERT_THAT(standing().stuck,
               ElementsAre(Field(&StuckUpload::filePath, pathOf(1)), Field(&StuckUpload::filePath, pathOf(2))));
   EXPECT_EQ(standing().stuck[0].error, "");
   EXPECT_EQ(standing().stuck[1].error, "No room.");
