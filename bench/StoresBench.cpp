@@ -1,6 +1,7 @@
 // What the stores' own work costs at their largest, with and without waiting for the disk. Prints lines of: what, how,
 // and the seconds of each repetition, with tabs between.
 
+#include "base/JSONWriter.h"
 #include "bench/SampleRecords.h"
 #include "platform/Clock.h"
 #include "platform/linux/host/HostDisk.h"
@@ -11,10 +12,13 @@
 #include "platform/posix/PosixFileStorage.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
+#include "stores/StoreFile.h"
+#include "stores/UploadsStore.h"
 #include "stores/WatchlistStore.h"
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -59,6 +63,21 @@ class Bench {
     return {fileSystem_, storage, collation_, pathOf("watchlist.json")};
   }
 
+  UploadsStore uploads(const FileStorage& storage) const { return {fileSystem_, storage, pathOf("uploads.json")}; }
+
+  /// As many pending files as are remembered, each of so many bytes.
+  SyncHealthReport pendingReport(std::size_t bytes) const {
+    SyncHealthReport report;
+    report.generatedAt = clock_.now();
+    for (std::size_t number = 0; number < UploadRecord::kMostFiles; ++number) {
+      SyncBlocker& blocker = report.blockers.emplace_back();
+      blocker.reason = BlockerReason::notUploaded;
+      blocker.filePath = longPath(number);
+      blocker.fileSize = static_cast<std::int64_t>(bytes);
+    }
+    return report;
+  }
+
   /// Makes each file as large as it can become.
   void fill(const FileStorage& storage) {
     ScanHistoryStore history = this->history(storage);
@@ -75,6 +94,7 @@ class Bench {
     for (std::size_t number = 0; number < kFolders; ++number) {
       watchlist.addFolder(longPath(number));
     }
+    expect(!uploads(storage).note(pendingReport(0)).failure, "the uploads were not written");
     expect(!history.saveFailure() && !incidents.saveFailure() && !watchlist.saveFailure(), "a file was not written");
   }
 
@@ -100,6 +120,24 @@ class Bench {
             [&](const std::vector<DiagnosticFinding>& found) { incidents.merge(found, clock_.now()); });
     expect(incidents.records().size() == IncidentStore::kMaximumRecords && !incidents.saveFailure(),
            "the incidents are not full");
+
+    const UploadsStore uploads = this->uploads(storage);
+    UploadRecord record;
+    measure(
+        "note uploads", how, [&](std::size_t number) { return pendingReport(number); },
+        [&](const SyncHealthReport& report) { record = uploads.note(report).record; });
+    expect(record.files.size() == UploadRecord::kMostFiles, "the uploads are not full");
+    StoreFile file(fileSystem_, storage, pathOf("uploads.json"));
+    measure(
+        "save uploads", how, [](std::size_t /*number*/) { return 0; },
+        [&](int /*unused*/) {
+          file.save([&record](const ByteSink& sink) {
+            JSONWriter writer(sink);
+            writer.write(record);
+            return writer.finish() && sink("\n");
+          });
+        });
+    expect(!file.saveFailure(), "the uploads were not saved");
   }
 
   void measureLoads(const char* how, const FileStorage& storage) {
@@ -143,13 +181,13 @@ class Bench {
 int main(int argumentCount, char** arguments) {
   const int repetitions = argumentCount == 3 ? std::atoi(arguments[2]) : 0;
   if (repetitions < 1) {
-    std::fprintf(stderr, "Usage: stores_bench FOLDER REPETITIONS\nWrites the three stores' files into FOLDER.\n");
+    std::fprintf(stderr, "Usage: stores_bench FOLDER REPETITIONS\nWrites the stores' files into FOLDER.\n");
     return 2;
   }
   try {
     const std::filesystem::path folder = std::filesystem::absolute(arguments[1]);
     std::filesystem::create_directories(folder);
-    for (const char* name : {"history.json", "incidents.json", "watchlist.json"}) {
+    for (const char* name : {"history.json", "incidents.json", "uploads.json", "watchlist.json"}) {
       std::filesystem::remove(folder / name);
     }
     auto root = cirrovane::MacRoot::open(folder);

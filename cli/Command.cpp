@@ -66,8 +66,7 @@ std::string leftText(const SyncHealthReport& report, const CommandContext& conte
   }
   const UploadRecord record = context.uploads()->recordAfter(report);
   const PendingUploads uploads = pendingTotals(record, pending, report.generatedAt);
-  return fmt::format("{}, {}", amountText(uploads),
-                     rangeText(uploads).value_or(withoutRangeText(quietFor(record, uploads.generatedAt))));
+  return fmt::format("{}, {}", amountText(uploads), timeLeftText(uploads, quietFor(record, uploads.generatedAt)));
 }
 
 ExitStatus reportFailure(CommandContext& context, std::string_view message) {

@@ -41,13 +41,13 @@ void printHead(const PendingUploads& uploads, const UploadRecord& record, const 
     out.write("Nothing is left to upload.\n");
     return;
   }
-  out.write(style.bold(fmt::format("Left to upload: {}", amountText(uploads))) + "\n");
-  const std::string when = rangeText(uploads).value_or(withoutRangeText(quietFor(record, uploads.generatedAt)));
+  out.write(style.bold(leftToUploadText(uploads)) + "\n");
+  const std::string when = timeLeftText(uploads, quietFor(record, uploads.generatedAt));
   const std::string rate =
       uploads.bytesPerSecond ? bytesText(static_cast<std::int64_t>(*uploads.bytesPerSecond)) + " a second, " : "";
   out.write(fmt::format("{}{}\n", rate, when));
   if (uploads.stuckFiles > 0) {
-    out.write(fmt::format("{} file{} stuck.\n", uploads.stuckFiles, uploads.stuckFiles == 1 ? " is" : "s are"));
+    out.write(stuckText(uploads.stuckFiles) + ".\n");
   }
   out.write("\n");
 }

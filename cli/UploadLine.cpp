@@ -31,8 +31,7 @@ void UploadLine::show(const SyncHealthReport& report) {
                          return uploadStates(fileSystem_, paths);
                        });
   const PendingUploads uploads = pendingTotals(*record_, pending, now);
-  allFiles_ = std::max(allFiles_, uploads.pendingFiles);
-  allBytes_ = std::max(allBytes_, uploads.pendingBytes);
+  share_.take(uploads);
   std::string next = uploads.pendingFiles > 0 ? text(uploads) : "";
   if (next != shown_) {
     shown_ = std::move(next);
@@ -48,18 +47,15 @@ void UploadLine::erase() {
 }
 
 std::string UploadLine::text(const PendingUploads& uploads) const {
-  const std::int64_t bytesDone = allBytes_ - uploads.pendingBytes;
-  const double share = allBytes_ > 0 ? static_cast<double>(bytesDone) / static_cast<double>(allBytes_) : 0;
   // A full bar would say that nothing is left.
-  const auto full = std::min(static_cast<std::size_t>(share * kBarWidth), kBarWidth - 1);
+  const auto full = std::min(static_cast<std::size_t>(share_.ratio() * kBarWidth), kBarWidth - 1);
   const std::string bar = std::string(full, '#') + std::string(kBarWidth - full, '-');
-  std::string line = fmt::format("[{}] {} of {} files, {} of {}", bar, allFiles_ - uploads.pendingFiles, allFiles_,
-                                 bytesText(bytesDone), bytesText(allBytes_));
+  std::string line = fmt::format("[{}] {} of {} files, {} of {}", bar, share_.filesDone(), share_.allFiles(),
+                                 bytesText(share_.bytesDone()), bytesText(share_.allBytes()));
   if (uploads.bytesPerSecond) {
     line += fmt::format(", {}/s", bytesText(std::llround(*uploads.bytesPerSecond)));
   }
-  line += ", " + rangeText(uploads).value_or(
-                     withoutRangeText(record_ ? quietFor(*record_, uploads.generatedAt) : std::nullopt));
+  line += ", " + timeLeftText(uploads, record_ ? quietFor(*record_, uploads.generatedAt) : std::nullopt);
   // All of it is ASCII; a line that breaks could not be taken back.
   return line.substr(0, out_.columns() > 1 ? out_.columns() - 1 : 0);
 }

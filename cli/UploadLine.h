@@ -1,11 +1,11 @@
 #pragma once
 
 #include "cli/Output.h"
+#include "coordinator/UploadShare.h"
 #include "core/SyncHealthReport.h"
 #include "platform/Clock.h"
 #include "stores/UploadsStore.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,9 +32,7 @@ class UploadLine {
   Output& out_;
   /// Absent before the first report.
   std::optional<UploadRecord> record_;
-  /// Since the line was first shown: all that left or still waits.
-  std::int64_t allFiles_ = 0;
-  std::int64_t allBytes_ = 0;
+  UploadShare share_;
   std::string shown_;
 };
 

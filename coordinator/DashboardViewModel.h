@@ -81,9 +81,9 @@ class DashboardViewModel {
   const Published<std::optional<Time>>& publishedDiagnosticsUpdatedAt() const { return cycle_.diagnosticsUpdatedAt(); }
   const SystemStatusSnapshot& systemStatus() const { return cycle_.systemStatus().value(); }
   const Published<SystemStatusSnapshot>& publishedSystemStatus() const { return cycle_.systemStatus(); }
-  /// How uploads go.
-  const UploadRecord& uploads() const { return cycle_.uploads().value(); }
-  const Published<UploadRecord>& publishedUploads() const { return cycle_.uploads(); }
+  /// How uploads stand.
+  const UploadStanding& uploads() const { return cycle_.uploads().value(); }
+  const Published<UploadStanding>& publishedUploads() const { return cycle_.uploads(); }
   /// As the store held them after the latest refresh or the user's latest change.
   const std::vector<IncidentRecord>& incidents() const { return cycle_.incidents().value(); }
   const Published<std::vector<IncidentRecord>>& publishedIncidents() const { return cycle_.incidents(); }

@@ -41,7 +41,10 @@ RefreshCycle::RefreshCycle(Services services, const RefreshEnvironment& environm
       environment_(environment),
       report_(Shared<SyncHealthReport>(SyncHealthReport::empty())),
       isScanning_(false),
-      systemStatus_(SystemStatusSnapshot::empty()) {
+      systemStatus_(SystemStatusSnapshot::empty()),
+      uploads_(services_.uploads, report_,
+               {environment.executors.main, environment.executors.scan, environment.clock, environment.monotonicClock,
+                environment.uploadsAlarm}) {
   if (environment_.live != nullptr) {
     followLive();
   }
@@ -64,6 +67,7 @@ void RefreshCycle::followLive() {
   liveSubscriptions_.push_back(live.report().afterChange([this](const std::optional<Shared<SyncHealthReport>>& report) {
     if (report) {
       show(*report);
+      uploads_.lookSoon();
     }
   }));
   liveSubscriptions_.push_back(live.liveness().afterChange([this](const Liveness& liveness) {
@@ -119,13 +123,8 @@ void RefreshCycle::scan() {
 
 void RefreshCycle::collect(const Shared<SyncHealthReport>& report) {
   const RefreshExecutors& executors = environment_.executors;
-  if (services_.uploads != nullptr) {
-    // Beside the rest of the cycle, which waits for nothing of it.
-    const auto record = std::make_shared<UploadRecord>();
-    runStages({{executors.scan, [record, report, store = services_.uploads] { *record = store->note(*report).record; }},
-               {executors.main, [record, this] { uploads_.set(std::move(*record)); }}},
-              cycle_);
-  }
+  // Beside the rest of the cycle, which waits for nothing of it.
+  uploads_.look(report);
   const auto found = std::make_shared<Findings>();
   found->probes = services_.makeProbes();
   runStages(

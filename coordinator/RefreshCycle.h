@@ -4,6 +4,7 @@
 #include "base/Shared.h"
 #include "coordinator/LiveVerdict.h"
 #include "coordinator/Services.h"
+#include "coordinator/UploadTracker.h"
 #include "coordinator/VerdictStanding.h"
 #include "core/SyncHealthReport.h"
 #include "diagnostics/DiagnosticFinding.h"
@@ -46,6 +47,8 @@ struct RefreshEnvironment {
   Alarm* staleAlarm = nullptr;
   /// Gives the reports, and follows the files between refreshes. nullptr where each refresh is all that is asked for.
   LiveVerdict* live = nullptr;
+  /// Follows uploads between refreshes. nullptr where nobody looks on.
+  Alarm* uploadsAlarm = nullptr;
 };
 
 /// The refresh: its stages, the published results of the latest one, and the packet made of them. Main thread only. It
@@ -75,8 +78,8 @@ class RefreshCycle {
   const Published<std::vector<DiagnosticFinding>>& diagnostics() const { return diagnostics_; }
   const Published<std::optional<Time>>& diagnosticsUpdatedAt() const { return diagnosticsUpdatedAt_; }
   const Published<SystemStatusSnapshot>& systemStatus() const { return systemStatus_; }
-  /// What was remembered of uploads after the latest refresh's scan.
-  const Published<UploadRecord>& uploads() const { return uploads_; }
+  /// How uploads stand after the latest refresh's scan, or what changed since.
+  const Published<UploadStanding>& uploads() const { return uploads_.standing(); }
   /// As the store held them after the latest refresh or the user's latest change.
   const Published<std::vector<IncidentRecord>>& incidents() const { return incidents_; }
 
@@ -138,12 +141,12 @@ class RefreshCycle {
   Published<std::vector<DiagnosticFinding>> diagnostics_;
   Published<std::optional<Time>> diagnosticsUpdatedAt_;
   Published<SystemStatusSnapshot> systemStatus_;
-  Published<UploadRecord> uploads_;
   Published<std::vector<IncidentRecord>> incidents_;
   /// Of the published report; absent before the first.
   std::optional<Confirmation> confirmation_;
 
   std::optional<Failure> fileCountFailure_;
+  UploadTracker uploads_;
 
   std::vector<Subscription> liveSubscriptions_;
 

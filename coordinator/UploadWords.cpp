@@ -1,9 +1,12 @@
 #include "coordinator/UploadWords.h"
 
+#include "base/ASCII.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -13,8 +16,33 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A pause of this length is no pause yet.
-constexpr std::chrono::minutes kWorthTelling{2};
+constexpr std::string_view kAccountTitle = "iCloud account session unavailable";
+constexpr std::string_view kStorageTitle = "iCloud storage path unavailable";
+/// The programs that send files.
+constexpr std::array<std::string_view, 3> kSenderTitles = {"bird daemon", "cloudd daemon", "fileproviderd"};
+
+bool isTrouble(const DiagnosticFinding& finding) {
+  return finding.severity == DiagnosticSeverity::warning || finding.severity == DiagnosticSeverity::error;
+}
+
+bool isAboutNetwork(const DiagnosticFinding& finding) {
+  return finding.domain == DiagnosticDomain::network;
+}
+bool isAboutAccount(const DiagnosticFinding& finding) {
+  return finding.domain == DiagnosticDomain::iCloud &&
+         (finding.title == kAccountTitle || finding.title == kStorageTitle);
+}
+bool isAboutSenders(const DiagnosticFinding& finding) {
+  return finding.domain == DiagnosticDomain::iCloud &&
+         std::ranges::find(kSenderTitles, finding.title) != kSenderTitles.end();
+}
+
+/// Whether the system says that there is no room left in the cloud.
+bool isAboutRoom(std::string_view error) {
+  const std::string words = lowerCase(error);
+  constexpr std::array<std::string_view, 4> kSigns = {"enough space", "enough storage", "storage is full", "quota"};
+  return std::ranges::any_of(kSigns, [&](std::string_view sign) { return words.find(sign) != std::string::npos; });
+}
 
 /// A range's two ends in one unit, which the later one chooses.
 std::string rangeOf(std::chrono::microseconds earliest, std::chrono::microseconds latest) {
@@ -57,6 +85,10 @@ std::string amountText(const PendingUploads& uploads) {
                      bytesText(uploads.pendingBytes));
 }
 
+std::string leftToUploadText(const PendingUploads& uploads) {
+  return "Left to upload: " + amountText(uploads);
+}
+
 std::optional<std::string> rangeText(const PendingUploads& uploads) {
   if (!uploads.estimate) {
     return std::nullopt;
@@ -65,7 +97,55 @@ std::optional<std::string> rangeText(const PendingUploads& uploads) {
 }
 
 std::string withoutRangeText(const std::optional<std::chrono::microseconds>& quiet) {
-  return quiet && *quiet >= kWorthTelling ? "nothing has moved for " + waitText(*quiet) : "no estimate yet";
+  return quiet && *quiet >= kShortestQuiet ? "nothing has moved for " + waitText(*quiet) : "no estimate yet";
+}
+
+std::string timeLeftText(const PendingUploads& uploads, const std::optional<std::chrono::microseconds>& quiet) {
+  return rangeText(uploads).value_or(withoutRangeText(quiet));
+}
+
+std::string stuckText(std::int64_t count) {
+  return fmt::format("{} file{} stuck", count, count == 1 ? " is" : "s are");
+}
+
+std::string uploadsSentence(const UploadStanding& standing, Time now) {
+  const PendingUploads totals = totalsAt(standing, now);
+  if (totals.pendingFiles == 0) {
+    return "";
+  }
+  const std::string stuck = totals.stuckFiles > 0 ? " " + stuckText(totals.stuckFiles) + "." : "";
+  return fmt::format("{}, {}.{}", leftToUploadText(totals), timeLeftText(totals, quietAt(standing, now)), stuck);
+}
+
+std::vector<DiagnosticFinding> findingsAgainstUploads(const std::vector<DiagnosticFinding>& findings) {
+  std::vector<DiagnosticFinding> against;
+  std::ranges::copy_if(findings, std::back_inserter(against), [](const DiagnosticFinding& finding) {
+    return isTrouble(finding) && (isAboutNetwork(finding) || isAboutAccount(finding) || isAboutSenders(finding));
+  });
+  return against;
+}
+
+std::string nextStepText(std::string_view error, const std::vector<DiagnosticFinding>& findings) {
+  const std::vector<DiagnosticFinding> against = findingsAgainstUploads(findings);
+  if (isAboutRoom(error)) {
+    return "Free some iCloud storage, or get more of it. The upload then goes on by itself.";
+  }
+  if (std::ranges::any_of(against, isAboutNetwork)) {
+    return "Connect this Mac to the internet. The upload then goes on by itself.";
+  }
+  if (std::ranges::any_of(against, isAboutAccount)) {
+    return "See in System Settings that you are signed in to iCloud and iCloud Drive is on. The upload then goes on by "
+           "itself.";
+  }
+  if (std::ranges::any_of(against, isAboutSenders)) {
+    return "Copy the file to a folder outside iCloud Drive, then restart this Mac.";
+  }
+  if (!error.empty()) {
+    return "Copy the file to a folder outside iCloud Drive. Then save it again, so that its upload starts anew.";
+  }
+  return "Leave this Mac on and awake. If the file still waits in an hour, copy it to a folder outside iCloud Drive, "
+         "then "
+         "restart this Mac.";
 }
 
 std::string waitText(std::chrono::microseconds time) {

@@ -28,8 +28,6 @@ using Grain = std::chrono::seconds;
 
 constexpr std::int64_t kFewestLeft = 3;
 constexpr std::chrono::seconds kShortestSpan = 60s;
-/// Nothing for so long, and nobody knows when it goes on.
-constexpr std::chrono::seconds kLongestPause = 60s;
 /// What left is seen to leave no sooner than at the next look.
 constexpr std::chrono::seconds kLeastPause = 15s;
 /// The rate now is looked for in these, as far as they have gone by, and in the whole window.
@@ -84,15 +82,6 @@ UploadFlow& flowAt(std::vector<UploadFlow>& flows, Time now) {
     flows.push_back({at, 0, 0, 0});
   }
   return flows.back();
-}
-
-/// When anything left last; absent when nothing has.
-std::optional<Time> lastDeparture(const UploadRecord& record) {
-  std::optional<Time> last;
-  for (const UploadFlow& flow : record.flows) {
-    last = flow.filesLeft > 0 ? flow.at : last;
-  }
-  return last;
 }
 
 bool isStuck(const FollowedUpload& file, const std::optional<Time>& lastLeft, Time now) {
@@ -176,7 +165,7 @@ Time after(Time now, double seconds) {
 }
 
 std::optional<UploadEstimate> estimateOf(const Departures& departures, double pendingBytes, double largest, Time now) {
-  if (!departures.tellsRate() || now - departures.flows.back().at > kLongestPause || departures.bytes < largest) {
+  if (!departures.tellsRate() || now - departures.flows.back().at > kLongestUploadPause || departures.bytes < largest) {
     return std::nullopt;
   }
   const double whole = departures.wholeRate(now);
@@ -206,6 +195,14 @@ std::optional<UploadEstimate> estimateOf(const Departures& departures, double pe
 }
 
 }  // namespace
+
+std::optional<Time> lastDeparture(const UploadRecord& record) {
+  std::optional<Time> last;
+  for (const UploadFlow& flow : record.flows) {
+    last = flow.filesLeft > 0 ? flow.at : last;
+  }
+  return last;
+}
 
 std::vector<PendingFile> pendingFilesOf(const SyncHealthReport& report) {
   std::vector<PendingFile> files;
@@ -309,12 +306,17 @@ UploadRecord afterLook(UploadRecord record, const std::vector<PendingFile>& pend
   return record;
 }
 
-std::optional<std::chrono::microseconds> quietFor(const UploadRecord& record, Time now) {
+std::optional<Time> quietSince(const UploadRecord& record) {
   if (record.files.empty()) {
     return std::nullopt;
   }
   const Time first = std::ranges::min(record.files, {}, &FollowedUpload::pendingSince).pendingSince;
-  return std::max(now - std::max(first, lastDeparture(record).value_or(first)), std::chrono::microseconds(0));
+  return std::max(first, lastDeparture(record).value_or(first));
+}
+
+std::optional<std::chrono::microseconds> quietFor(const UploadRecord& record, Time now) {
+  const std::optional<Time> since = quietSince(record);
+  return since ? std::optional(std::max(now - *since, std::chrono::microseconds(0))) : std::nullopt;
 }
 
 PendingUploads pendingTotals(const UploadRecord& record, const std::vector<PendingFile>& pending, Time now) {

@@ -101,6 +101,15 @@ UploadRecord afterLook(UploadRecord record, const std::vector<PendingFile>& pend
 /// What is left by a look at `now`, whose files are already in the record where it has room for them.
 PendingUploads pendingUploads(const UploadRecord& record, const std::vector<PendingFile>& pending, Time now);
 
+/// Nothing for so long, and nobody knows when it goes on.
+inline constexpr std::chrono::seconds kLongestUploadPause{60};
+
+/// When anything left last; absent when nothing has.
+std::optional<Time> lastDeparture(const UploadRecord& record);
+
+/// Since when nothing has left, while anything waited; absent when nothing is followed.
+std::optional<Time> quietSince(const UploadRecord& record);
+
 /// How long nothing has left, as of `now`, while anything waited; absent when nothing is followed.
 std::optional<std::chrono::microseconds> quietFor(const UploadRecord& record, Time now);
 

@@ -32,6 +32,16 @@ void addPathArgument(CLI::App& command, const std::string& name, std::string& ta
               [](const std::string& path) -> std::string { return path.empty() ? "The name cannot be empty." : ""; });
 }
 
+void addOption(CLI::App& command, const std::string& name, const std::string& valueName, std::string& target,
+               const std::string& help, Complaint complaint) {
+  command.add_option(name, target, help)->type_name(valueName)->check(complaint);
+}
+
+void addRepeatedOption(CLI::App& command, const std::string& name, const std::string& valueName,
+                       std::vector<std::string>& target, const std::string& help, Complaint complaint) {
+  command.add_option(name, target, help)->type_name(valueName)->expected(1)->take_all()->check(complaint);
+}
+
 void addSwitchArgument(CLI::App& command, bool& target, const std::string& help) {
   command.add_option("on|off", target, help)->required()->type_name("")->check([](const std::string& word) {
     return word == "on" || word == "off" ? "" : "Say on or off.";

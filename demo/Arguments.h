@@ -29,6 +29,13 @@ void addArguments(CLI::App& command, const std::string& name, std::vector<std::s
 /// Adds an argument that names a file or folder, as most commands take one.
 void addPathArgument(CLI::App& command, const std::string& name, std::string& target, const std::string& help);
 
+/// Adds an option that takes a text, which must be right where it is given.
+void addOption(CLI::App& command, const std::string& name, const std::string& valueName, std::string& target,
+               const std::string& help, Complaint complaint);
+/// The same, which may be given several times.
+void addRepeatedOption(CLI::App& command, const std::string& name, const std::string& valueName,
+                       std::vector<std::string>& target, const std::string& help, Complaint complaint);
+
 /// Adds the last argument of a command that switches something "on" or "off".
 void addSwitchArgument(CLI::App& command, bool& target, const std::string& help);
 

@@ -130,6 +130,26 @@ void CloudState::settle() {
   set("isListable", "");
 }
 
+void CloudState::setUploaded() {
+  set("isUploaded", "true");
+  set("isUploading", "");
+  set("uploadingError", "");
+}
+
+bool CloudState::isPending() const {
+  return !isEmpty() && value("isUbiquitous") != "false" &&
+         (value("isUploaded") == "false" || !value("uploadingError").empty());
+}
+
+std::string_view CloudState::value(std::string_view key) const {
+  for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
+    if (isFor(*line, key)) {
+      return std::string_view(*line).substr(key.size() + 1);
+    }
+  }
+  return {};
+}
+
 bool CloudState::isEmpty() const {
   return std::ranges::all_of(lines_, isBlank);
 }

@@ -34,11 +34,19 @@ class CloudState {
   /// no reader could make sense of.
   void settle();
 
+  /// Takes away why it was not uploaded, and leaves the rest.
+  void setUploaded();
+
+  /// Whether the newest version has yet to reach iCloud.
+  bool isPending() const;
   /// Whether there is nothing to write.
   bool isEmpty() const;
   std::string text() const;
 
  private:
+  /// The last of repeated keys holds; empty without the key.
+  std::string_view value(std::string_view key) const;
+
   std::vector<std::string> lines_;
 };
 

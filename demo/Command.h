@@ -17,6 +17,7 @@ void addCreateCommand(CLI::App& app, Action& chosen);
 void addSettleCommand(CLI::App& app, Action& chosen);
 void addUnsettleCommand(CLI::App& app, Action& chosen);
 void addSetCommand(CLI::App& app, Action& chosen);
+void addUploadCommand(CLI::App& app, Action& chosen);
 void addFactCommand(CLI::App& app, Action& chosen);
 void addProcessCommand(CLI::App& app, Action& chosen);
 void addNetworkCommand(CLI::App& app, Action& chosen);

@@ -2,6 +2,7 @@
 //   XCommand.cpp      a command each
 //   DemoMac           the Mac's folder: where its files, facts and commands lie
 //   SampleFiles       the files of a new Mac; CloudState and CloudAttribute hold the state of a file
+//   Uploading         pending files, which leave one after another
 //   MachineFacts      what the Mac says of itself; MacCommands are the tools that it runs
 
 #include "demo/Command.h"
@@ -65,6 +66,7 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addSettleCommand(app, chosen);
   addUnsettleCommand(app, chosen);
   addSetCommand(app, chosen);
+  addUploadCommand(app, chosen);
   addFactCommand(app, chosen);
   addProcessCommand(app, chosen);
   addNetworkCommand(app, chosen);

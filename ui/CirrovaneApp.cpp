@@ -58,7 +58,8 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                   *machine.monotonicClock,
                   &cycleLimit_,
                   &staleAlarm_,
-                  &live_},
+                  &live_,
+                  &uploadsAlarm_},
                  {refreshTimer_, panels_, desktop.workspace(), *machine.fileSystem, *machine.timeText, exportNoteAlarm_,
                   removalAlarm_}),
       coverage_(makeCoverageKeeper(machine),
@@ -80,6 +81,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
     live_.wake();
     staleAlarm_.ring();
     coverageAlarm_.ring();
+    uploadsAlarm_.ring();
   });
   const auto& folders = dashboard_.watchlist().publishedFolders();
   desktop_.setWatching(!folders.value().empty());

@@ -81,6 +81,7 @@ class CirrovaneApp : public QObject {
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
   QtAlarm liveAlarm_;
+  QtAlarm uploadsAlarm_;
   QtAlarm exportNoteAlarm_;
   QtAlarm removalAlarm_;
   QtAlarm coverageAlarm_;

@@ -26,6 +26,7 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const De
   });
   connect(&snapshot_, &SnapshotViewModel::reportChanged, this, &TrayIcon::update);
   connect(&scan_, &ScanStatus::changed, this, &TrayIcon::updateToolTip);
+  connect(&snapshot_, &SnapshotViewModel::uploadsChanged, this, &TrayIcon::updateToolTip);
   update();
   icon_.show();
 }
@@ -57,8 +58,7 @@ const QIcon& TrayIcon::drawn(const Sign& sign) {
 
 void TrayIcon::updateToolTip() {
   const QString scan = scan_.text();
-  const QString toolTip =
-      scan.isEmpty() ? snapshot_.toolTip() : snapshot_.toolTip() + QLatin1Char('\n') + scan;
+  const QString toolTip = scan.isEmpty() ? snapshot_.toolTip() : snapshot_.toolTip() + QLatin1Char('\n') + scan;
   if (icon_.toolTip() != toolTip) {
     icon_.setToolTip(toolTip);
   }

@@ -57,7 +57,8 @@ class DashboardMachine : public MachineTest {
     services.notificationService = std::make_unique<GuardrailNotificationService>(center_, bundle_, defaults_);
     dashboard_ = std::make_unique<DashboardViewModel>(
         std::move(services),
-        RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_, live_},
+        RefreshEnvironment{executors_, storage_, defaults_, clock_, monotonicClock_, &cycleLimit_, &staleAlarm_, live_,
+                           &uploadsAlarm_},
         DashboardEnvironment{timer_, panels_, workspace_, files_, timeText_, exportNoteAlarm_, removalAlarm_});
     coverage_ = std::make_unique<CoverageReview>(
         std::make_shared<const CoverageKeeper>(files_, storage_, clock_),
@@ -118,6 +119,7 @@ class DashboardMachine : public MachineTest {
   ManualTimer timer_;
   ManualTimer cycleLimit_;
   ManualAlarm staleAlarm_;
+  ManualAlarm uploadsAlarm_;
   ManualAlarm exportNoteAlarm_;
   ManualAlarm removalAlarm_;
   ManualAlarm coverageAlarm_;

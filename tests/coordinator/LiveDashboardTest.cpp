@@ -106,6 +106,20 @@ class LiveDashboard : public Dashboard {
   std::unique_ptr<LiveVerdict> verdict_;
 };
 
+TEST_F(LiveDashboard, fileThatIsSavedBetweenTwoCycles_isLeftToUploadSecondsLater) {
+  uploads_ = std::make_shared<UploadsStore>(files_, storage_);
+  launch();
+  cycle();
+  EXPECT_EQ(dashboard_->uploads().totals.pendingFiles, 0);
+  save();
+  EXPECT_EQ(uploadsAlarm_.after(), 5s);
+  pass(5s);
+  uploadsAlarm_.ring();
+  runAll();
+  EXPECT_EQ(dashboard_->uploads().totals.pendingFiles, 1);
+  EXPECT_EQ(dashboard_->uploads().quietSince, clock_.now() - 5s);
+}
+
 TEST_F(LiveDashboard, beforeTheFirstScan_isNotLiveAndUnknown) {
   EXPECT_EQ(state(), LivenessState::notLive);
   EXPECT_EQ(standing(), VerdictStanding::unknown);

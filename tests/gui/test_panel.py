@@ -53,9 +53,11 @@ def test_panel_unsafeMac_tellsTheTopBlockerAndTheFailedScan(panel, mac):
     report = mac.ask("check")
     top = report["blockers"][0]
     name = PurePosixPath(top["filePath"]).name
+    pending = mac.ask("pending")
+    left = f"Left to upload: {pending['pendingFiles']} files, {round(pending['pendingBytes'] / 1000)} KB, no estimate yet."
     coverage = mac.ask("coverage")
     gaps = len(coverage["gaps"]) + len(coverage["notExamined"])
-    expect_told(application, *head(report, "Red Unsafe", "Do not close yet"),
+    expect_told(application, *head(report, "Red Unsafe", "Do not close yet"), left,
                 f"The verdict does not vouch for {gaps} items.", "Review", "Top blocker",
                 f"{REASONS[top['reason']]}: {name}", "Last failed scan", "(time)", REASONS[top["reason"]])  # fmt: skip
 

@@ -71,6 +71,13 @@ Item {
             compare(bar(make(0.5)).color, Theme.orange);
         }
 
+        function test_gauge_thickness_isTheBarsHeight() {
+            const gauge = make(0.5);
+            compare(bar(gauge).height, 8);
+            gauge.thickness = 4;
+            tryCompare(bar(gauge), "height", 4);
+        }
+
         function test_gauge_isHeardByNameAndShare() {
             const gauge = make(0.5);
             compare(ScreenReader.heard(gauge)[0], "ProgressBar Disk");

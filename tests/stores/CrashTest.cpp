@@ -2,10 +2,12 @@
 // document, the old or the new one.
 
 #include "base/FileDescriptor.h"
+#include "base/JSONReader.h"
 #include "stores/AcknowledgementStore.h"
 #include "stores/FileCountStore.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
+#include "stores/UploadsStore.h"
 #include "stores/WatchlistStore.h"
 #include "tests/stores/StoreFixture.h"
 
@@ -233,6 +235,42 @@ TEST_F(CrashTest, fileCountsKilledWhileSaving_areTheOldOrTheNewOnes) {
         ASSERT_GE(found.front().files, latest);
         latest = found.front().files;
         ASSERT_EQ(found, countsOf(latest));
+      });
+}
+
+TEST_F(CrashTest, uploadsKilledWhileSaving_areTheOldOrTheNewOnes) {
+  constexpr std::int64_t kFiles = 60;
+  const UploadsStore store(fileSystem_, storage_);
+  const auto reportOf = [](std::int64_t bytes) {
+    SyncHealthReport report;
+    report.generatedAt = Time(std::chrono::seconds(bytes));
+    for (std::int64_t number = 0; number < kFiles; ++number) {
+      SyncBlocker& blocker = report.blockers.emplace_back();
+      blocker.reason = BlockerReason::notUploaded;
+      blocker.filePath = "/x/" + std::to_string(100 + number);
+      blocker.fileSize = bytes;
+    }
+    return report;
+  };
+  ASSERT_EQ(store.note(reportOf(1)).failure, std::nullopt);
+  std::int64_t latest = 1;
+  killSavers(
+      [&](const auto& sayReady) {
+        sayReady();
+        for (std::int64_t bytes = latest + 1;; ++bytes) {
+          static_cast<void>(store.note(reportOf(bytes)));
+        }
+      },
+      [&] {
+        const auto found = decodeJSON<UploadRecord>(readFile(storePath("uploads.json")));
+        ASSERT_TRUE(found);
+        ASSERT_EQ(std::ssize(found->files), kFiles);
+        ASSERT_GE(found->files.front().bytes, latest);
+        latest = found->files.front().bytes;
+        for (const FollowedUpload& file : found->files) {
+          ASSERT_EQ(file.bytes, latest);
+          ASSERT_EQ(file.pendingSince, Time(std::chrono::seconds(1)));
+        }
       });
 }
 

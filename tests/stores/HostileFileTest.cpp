@@ -4,6 +4,7 @@
 #include "stores/FileCountStore.h"
 #include "stores/IncidentStore.h"
 #include "stores/ScanHistoryStore.h"
+#include "stores/UploadsStore.h"
 #include "stores/WatchlistStore.h"
 #include "tests/stores/StoreFixture.h"
 
@@ -28,8 +29,8 @@ std::string snapshotWith(const std::string& timestamp, const std::string& score)
          R"(, "status": "safe", "safeToClose": true, "blockerCount": 0, "pendingUploads": 0}])";
 }
 
-constexpr std::array kFiles = {"watchlist.json", "history.json", "incidents.json", "acknowledged.json",
-                               "coverage.json"};
+constexpr std::array kFiles = {"watchlist.json",    "history.json",  "incidents.json",
+                               "acknowledged.json", "coverage.json", "uploads.json"};
 
 struct HostileFile {
   std::string name;
@@ -89,6 +90,14 @@ std::vector<HostileFile> hostileFiles() {
   };
 }
 
+SyncHealthReport pendingReport() {
+  SyncHealthReport report;
+  SyncBlocker& blocker = report.blockers.emplace_back();
+  blocker.reason = BlockerReason::notUploaded;
+  blocker.filePath = "/x/a";
+  return report;
+}
+
 class HostileFileTest : public StoreTest, public testing::WithParamInterface<HostileFile> {
  protected:
   template <class Check>
@@ -115,12 +124,15 @@ TEST_P(HostileFileTest, everyStore_startsEmptyAtOnceAndSavesAgain) {
     EXPECT_TRUE(acknowledgements.current().empty());
     const FileCountStore fileCounts(fileSystem_, storage_, clock_);
     EXPECT_TRUE(fileCounts.most().empty());
+    const UploadsStore uploads(fileSystem_, storage_);
+    EXPECT_EQ(uploads.recordAfter(SyncHealthReport()), UploadRecord());
 
     watchlist.addFolder("/x/a");
     history.record(SyncHealthReport());
     incidents.merge({}, clock_.now());
     EXPECT_EQ(acknowledgements.acknowledge({"/x/a"}, std::nullopt), std::nullopt);
     EXPECT_EQ(fileCounts.beginAnew({{"/x/a", 7}}), std::nullopt);
+    EXPECT_EQ(uploads.note(pendingReport()).failure, std::nullopt);
     EXPECT_EQ(watchlist.saveFailure(), std::nullopt);
     EXPECT_EQ(history.saveFailure(), std::nullopt);
     EXPECT_EQ(incidents.saveFailure(), std::nullopt);
@@ -129,6 +141,7 @@ TEST_P(HostileFileTest, everyStore_startsEmptyAtOnceAndSavesAgain) {
   EXPECT_EQ(ScanHistoryStore(fileSystem_, storage_).snapshots().size(), 1U);
   EXPECT_EQ(AcknowledgementStore(fileSystem_, storage_, clock_).current().size(), 1U);
   EXPECT_EQ(FileCountStore(fileSystem_, storage_, clock_).most().size(), 1U);
+  EXPECT_EQ(UploadsStore(fileSystem_, storage_).recordAfter(pendingReport()).files.size(), 1U);
   for (const char* name : kFiles) {
     EXPECT_TRUE(std::filesystem::exists(storePath(name) + ".unreadable")) << name;
   }

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QSignalSpy>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <utility>
@@ -135,6 +136,24 @@ TEST_F(SnapshotViewModelTest, reviewOfTheCoverage_isAskedFor) {
   const QSignalSpy requests(&snapshot, &SnapshotViewModel::coverageRequested);
   snapshot.reviewCoverage();
   EXPECT_EQ(requests.count(), 1);
+}
+
+TEST_F(SnapshotViewModelTest, uploads_areToldInPanelAndTooltipWhileAnythingIsLeft) {
+  const SnapshotViewModel& snapshot = open();
+  report(HealthState::warning, false);
+  EXPECT_EQ(snapshot.uploads(), "");
+  const QSignalSpy changes(&snapshot, &SnapshotViewModel::uploadsChanged);
+  UploadStanding standing;
+  standing.totals.pendingFiles = 2;
+  standing.totals.pendingBytes = 950'000;
+  standing.totals.stuckFiles = 1;
+  standing.quietSince = clock_.now() - std::chrono::minutes(12);
+  setPublished(dashboard_->publishedUploads(), standing);
+  EXPECT_EQ(changes.count(), 1);
+  EXPECT_EQ(snapshot.uploads(), "Left to upload: 2 files, 950 KB, nothing has moved for 12 min. 1 file is stuck.");
+  EXPECT_EQ(snapshot.toolTip(), "Cirrovane: Yellow Needs Attention. Do not close yet. " + snapshot.uploads());
+  setPublished(dashboard_->publishedUploads(), UploadStanding());
+  EXPECT_EQ(snapshot.toolTip(), "Cirrovane: Yellow Needs Attention. Do not close yet.");
 }
 
 TEST_F(SnapshotViewModelTest, noBeforeSleep_staysThatNo) {

@@ -86,6 +86,12 @@ ColumnLayout {
         font.pixelSize: Theme.captionSize
         Layout.fillWidth: true
     }
+    AppText {
+        text: view.snapshot.uploads
+        visible: text.length > 0
+        font.pixelSize: Theme.captionSize
+        Layout.fillWidth: true
+    }
     RowLayout {
         visible: view.snapshot.unvouched.length > 0
         spacing: Theme.rowSpacing

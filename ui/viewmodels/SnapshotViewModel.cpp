@@ -1,5 +1,6 @@
 #include "ui/viewmodels/SnapshotViewModel.h"
 
+#include "coordinator/UploadWords.h"
 #include "ui/viewmodels/BlockerText.h"
 #include "ui/viewmodels/CoverageText.h"
 #include "ui/viewmodels/HealthWords.h"
@@ -23,6 +24,7 @@ SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateSer
   });
   follow(coverage.report(), [this] { emit coverageChanged(); });
   follow(dashboard.publishedLiveness(), [this] { emit reportChanged(); });
+  follow(dashboard.publishedUploads(), [this] { emit uploadsChanged(); });
   follow(dashboard.historyStore().publishedSnapshots(), [this] {
     lastFailed_ = this->dashboard().lastFailedSnapshot();
     emit historyChanged();
@@ -76,10 +78,16 @@ QString SnapshotViewModel::scores() const {
       .arg(dashboard().report().localAvailabilityScore);
 }
 
+QString SnapshotViewModel::uploads() const {
+  return toQString(uploadsSentence(dashboard().uploads(), dashboard().now()));
+}
+
 QString SnapshotViewModel::toolTip() const {
-  const QString words = QStringLiteral("Cirrovane: %1. %2.").arg(statusLabel(), verdict());
-  const QString note = verdictNote();
-  return note.isEmpty() ? words : words + QLatin1Char(' ') + note;
+  QString words = QStringLiteral("Cirrovane: %1. %2.").arg(statusLabel(), verdict());
+  for (const QString& more : {verdictNote(), uploads()}) {
+    words += more.isEmpty() ? more : QLatin1Char(' ') + more;
+  }
+  return words;
 }
 
 QString SnapshotViewModel::topBlocker() const {

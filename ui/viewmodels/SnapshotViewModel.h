@@ -26,6 +26,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   Q_PROPERTY(QString unvouched READ unvouched NOTIFY coverageChanged)
   Q_PROPERTY(bool isYesMarked READ isYesMarked NOTIFY coverageChanged)
   Q_PROPERTY(QString scores READ scores NOTIFY reportChanged)
+  Q_PROPERTY(QString uploads READ uploads NOTIFY uploadsChanged)
   Q_PROPERTY(bool hasTopBlocker READ hasTopBlocker NOTIFY reportChanged)
   Q_PROPERTY(QString topBlocker READ topBlocker NOTIFY reportChanged)
   Q_PROPERTY(bool hasLastFailed READ hasLastFailed NOTIFY historyChanged)
@@ -60,7 +61,9 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   /// Asks for the sheet that goes through them: coverageRequested() comes.
   Q_INVOKABLE void reviewCoverage() { emit coverageRequested(); }
 
-  /// The icon's tooltip: state and verdict in words.
+  /// What is left to upload, and how it goes; empty while nothing is left.
+  QString uploads() const;
+  /// The icon's tooltip: state, verdict and what is left to upload, in words.
   QString toolTip() const;
 
   bool hasTopBlocker() const { return !dashboard().report().blockers.empty(); }
@@ -86,6 +89,7 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
 
  signals:
   void reportChanged();
+  void uploadsChanged();
   void historyChanged();
   void coverageChanged();
   void coverageRequested();

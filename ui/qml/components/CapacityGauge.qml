@@ -10,6 +10,7 @@ RowLayout {
     required property string valueText
     required property string label
     required property int tone
+    property int thickness: 8
 
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
@@ -20,14 +21,14 @@ RowLayout {
 
     Rectangle {
         Layout.fillWidth: true
-        implicitHeight: 8
-        radius: 4
+        implicitHeight: gauge.thickness
+        radius: height / 2
         color: Theme.controlHover
 
         Rectangle {
             width: Math.max(parent.height, parent.width * Math.max(0, Math.min(1, gauge.ratio)))
             height: parent.height
-            radius: 4
+            radius: height / 2
             color: Tone.color(gauge.tone)
         }
     }

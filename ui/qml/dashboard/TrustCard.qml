@@ -104,6 +104,9 @@ PremiumCard {
             Layout.alignment: Qt.AlignTop
         }
     }
+    UploadsSection {
+        context: card.context
+    }
     RowLayout {
         spacing: Theme.rowSpacing
         Layout.fillWidth: true
