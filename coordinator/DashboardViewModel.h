@@ -84,6 +84,8 @@ class DashboardViewModel {
   /// How uploads stand.
   const UploadStanding& uploads() const { return cycle_.uploads().value(); }
   const Published<UploadStanding>& publishedUploads() const { return cycle_.uploads(); }
+  /// What is remembered of each file that uploads.
+  const Published<Shared<UploadRecord>>& publishedUploadRecord() const { return cycle_.uploadRecord(); }
   /// As the store held them after the latest refresh or the user's latest change.
   const std::vector<IncidentRecord>& incidents() const { return cycle_.incidents().value(); }
   const Published<std::vector<IncidentRecord>>& publishedIncidents() const { return cycle_.incidents(); }

@@ -80,6 +80,8 @@ class RefreshCycle {
   const Published<SystemStatusSnapshot>& systemStatus() const { return systemStatus_; }
   /// How uploads stand after the latest refresh's scan, or what changed since.
   const Published<UploadStanding>& uploads() const { return uploads_.standing(); }
+  /// What is remembered of each file that uploads.
+  const Published<Shared<UploadRecord>>& uploadRecord() const { return uploads_.record(); }
   /// As the store held them after the latest refresh or the user's latest change.
   const Published<std::vector<IncidentRecord>>& incidents() const { return incidents_; }
 

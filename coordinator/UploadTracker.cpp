@@ -7,6 +7,12 @@
 
 namespace cirrovane {
 
+/// By a look.
+struct UploadTracker::Found {
+  UploadStanding standing;
+  Shared<UploadRecord> record;
+};
+
 UploadTracker::UploadTracker(std::shared_ptr<const UploadsStore> store,
                              const Published<Shared<SyncHealthReport>>& reports, const UploadTracking& environment)
     : store_(std::move(store)), reports_(reports), environment_(environment) {}
@@ -23,9 +29,13 @@ void UploadTracker::look(const Shared<SyncHealthReport>& report) {
   }
   lastLook_ = environment_.monotonicClock.sinceBoot();
   wantsLook_ = false;
-  const auto found = std::make_shared<UploadStanding>();
+  const auto found = std::make_shared<Found>();
   runStages({{environment_.looking,
-              [found, report, store = store_] { *found = uploadStanding(store->note(*report).record, *report); }},
+              [found, report, store = store_] {
+                UploadRecord record = store->note(*report).record;
+                found->standing = uploadStanding(record, *report);
+                found->record = Shared<UploadRecord>(std::move(record));
+              }},
              {environment_.main, [this, found] { take(std::move(*found)); }}},
             alive_);
 }
@@ -39,10 +49,11 @@ void UploadTracker::lookSoon() {
   setAlarm();
 }
 
-void UploadTracker::take(UploadStanding standing) {
-  share_.take(standing.totals);
-  standing.share = share_.ratio();
-  standing_.set(std::move(standing));
+void UploadTracker::take(Found found) {
+  share_.take(found.standing.totals);
+  found.standing.share = share_.ratio();
+  record_.set(std::move(found.record));
+  standing_.set(std::move(found.standing));
   setAlarm();
 }
 

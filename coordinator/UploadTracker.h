@@ -42,6 +42,8 @@ class UploadTracker {
 
   /// Told anew as well where only time has gone by and the words of it are others.
   const Published<UploadStanding>& standing() const { return standing_; }
+  /// What is remembered of each file, as the latest look left it; told before the standing.
+  const Published<Shared<UploadRecord>>& record() const { return record_; }
 
   /// Takes in what a refresh's report says is pending.
   void look(const Shared<SyncHealthReport>& report);
@@ -49,7 +51,9 @@ class UploadTracker {
   void lookSoon();
 
  private:
-  void take(UploadStanding standing);
+  struct Found;
+
+  void take(Found found);
   void setAlarm();
   void ring();
 
@@ -57,6 +61,7 @@ class UploadTracker {
   const Published<Shared<SyncHealthReport>>& reports_;
   UploadTracking environment_;
   Published<UploadStanding> standing_;
+  Published<Shared<UploadRecord>> record_;
   UploadShare share_;
   /// Absent before the first.
   std::optional<std::chrono::nanoseconds> lastLook_;

@@ -75,7 +75,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
       snapshot_(dashboard_, updates_, coverage_, *machine.timeText),
       scan_(dashboard_, scanProgress_, scanSteps_),
       toolInstalls_(makeToolInstaller(machine), mainExecutor_),
-      tools_{toolInstalls_, clipboard_, desktop.workspace()},
+      tools_{toolInstalls_, clipboard_, desktop.workspace(), mainExecutor_},
       pageContext_({dashboard_, coverage_, *machine.timeText, settings_, tools_}) {
   desktop_.onWake([this] {
     live_.wake();

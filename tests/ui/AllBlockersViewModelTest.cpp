@@ -116,7 +116,7 @@ TEST_F(AllBlockersViewModelTest, rows_tellSizeAndWait_andWhatIsStuck) {
   const Time now = clock_.now();
   uploads.files = {{"/fresh", 1'200'000, now - std::chrono::minutes(12), 1},
                    {"/stuck", 950, now - std::chrono::hours(3), 1}};
-  setPublished(dashboard_->publishedUploads(), uploads);
+  setPublished(dashboard_->publishedUploadRecord(), Shared(uploads));
   publish({fresh, stuck});
   EXPECT_EQ(sheet_->rows()->row(0).amount, "1.2 MB · waiting 12 min");
   EXPECT_FALSE(sheet_->rows()->row(0).isStuck);
@@ -132,7 +132,7 @@ TEST_F(AllBlockersViewModelTest, uploadsThatAreKnownLater_areTold) {
   publish(makeBlockers(BlockerReason::notUploaded, 1));
   UploadRecord uploads;
   uploads.files = {{"/notUploaded0", 1, clock_.now() - std::chrono::seconds(5), 1}};
-  setPublished(dashboard_->publishedUploads(), uploads);
+  setPublished(dashboard_->publishedUploadRecord(), Shared(uploads));
   catchUp();
   runBackground();
   EXPECT_EQ(sheet_->rows()->row(0).amount, "waiting 5 s");

@@ -55,7 +55,7 @@ class PageTest : public DashboardMachine {
   std::vector<std::function<void()>> background_;
   ToolInstalls installs_{
       {commands_, system_}, executor_, [this](std::function<void()> task) { background_.push_back(std::move(task)); }};
-  ToolsEnvironment tools_{installs_, clipboard_, workspace_};
+  ToolsEnvironment tools_{installs_, clipboard_, workspace_, executor_};
   NotificationPermission permission_{center_, bundle_, workspace_};
   std::unique_ptr<AppSettings> settings_;
   std::unique_ptr<PageContext> context_;

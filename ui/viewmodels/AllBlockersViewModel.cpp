@@ -40,7 +40,7 @@ QString idOf(const WatchFolder& folder) {
 struct AllBlockersViewModel::Job {
   BlockerQuery query;
   Shared<SyncHealthReport> report;
-  std::shared_ptr<const UploadRecord> uploads;
+  Shared<UploadRecord> uploads;
   Time now;
   /// The keys that the list has; nullptr where it starts over anyway.
   std::shared_ptr<const std::vector<std::size_t>> before;
@@ -183,18 +183,12 @@ void AllBlockersViewModel::tellWaits() {
 void AllBlockersViewModel::begin() {
   follow(dashboard().publishedReport());
   follow(dashboard().publishedVerdict());
-  follow(dashboard().publishedUploads());
-  // The record is copied for the work beside, once for each change.
-  uploadsSubscription_ =
-      dashboard().publishedUploads().afterChange([this](const UploadRecord&) { uploads_ = nullptr; });
+  follow(dashboard().publishedUploadRecord());
   findFolder();
 }
 
 void AllBlockersViewModel::update() {
   isKnown_ = dashboard().verdict().isKnown();
-  if (!uploads_) {
-    uploads_ = std::make_shared<const UploadRecord>(dashboard().uploads());
-  }
   arrangeSoon();
 }
 
@@ -251,7 +245,8 @@ void AllBlockersViewModel::showChoices() {
 }
 
 bool AllBlockersViewModel::isUpToDate() const {
-  return shown_ == query_ && &*rows_.arranged().report == &dashboard().report() && shownUploads_ == uploads_;
+  return shown_ == query_ && &*rows_.arranged().report == &dashboard().report() &&
+         &*shownUploads_ == &*dashboard().publishedUploadRecord().value();
 }
 
 void AllBlockersViewModel::arrangeSoon() {
@@ -268,7 +263,7 @@ void AllBlockersViewModel::arrangeSoon() {
   job_ = std::make_shared<Job>();
   job_->query = query_;
   job_->report = dashboard().publishedReport().value();
-  job_->uploads = uploads_;
+  job_->uploads = dashboard().publishedUploadRecord().value();
   job_->now = dashboard().now();
   job_->before = shown_ == query_ ? rows_.arranged().keys : nullptr;
   background_([this, job = job_, alive = std::weak_ptr(alive_),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Shared.h"
+#include "core/UploadProgress.h"
 #include "core/WatchFolder.h"
 #include "ui/viewmodels/Background.h"
 #include "ui/viewmodels/BlockerArrangement.h"
@@ -134,10 +136,8 @@ class AllBlockersViewModel : public cirrovane::PageViewModel {
   std::optional<WatchFolder> chosenFolder_;
   /// What the rows answer; absent before the first.
   std::optional<BlockerQuery> shown_;
-  /// What is remembered of uploads; nullptr when it has changed since it was looked at.
-  std::shared_ptr<const UploadRecord> uploads_;
   /// What the rows were made of.
-  std::shared_ptr<const UploadRecord> shownUploads_;
+  Shared<UploadRecord> shownUploads_;
   /// The work under way; nullptr when there is none.
   std::shared_ptr<Job> job_;
   bool isWorkDue_ = false;
@@ -147,7 +147,6 @@ class AllBlockersViewModel : public cirrovane::PageViewModel {
   ListModel<EntryRow> orders_;
   BlockerListModel rows_;
   QString note_;
-  Subscription uploadsSubscription_;
 
   /// Goes with the page, so that work under way can tell.
   std::shared_ptr<const int> alive_ = std::make_shared<const int>();

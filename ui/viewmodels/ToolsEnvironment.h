@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Clipboard.h"
+#include "platform/Executor.h"
 #include "platform/Workspace.h"
 #include "ui/viewmodels/ToolInstalls.h"
 
@@ -11,6 +12,8 @@ struct ToolsEnvironment {
   ToolInstalls& installs;
   Clipboard& clipboard;
   Workspace& workspace;
+  /// Takes over what was found out beside the main thread.
+  Executor& mainExecutor;
 };
 
 }  // namespace cirrovane
