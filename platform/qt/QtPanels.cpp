@@ -1,9 +1,9 @@
 #include "platform/qt/QtPanels.h"
 
-#include <QAccessible>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QUrl>
@@ -11,15 +11,6 @@
 
 namespace cirrovane {
 namespace {
-
-/// Whether a panel may be the desktop's own. Elsewhere than on a Mac a screen reader cannot be sure to read that one.
-bool mayBeNative() {
-#ifdef Q_OS_MACOS
-  return true;
-#else
-  return !QAccessible::isActive();
-#endif
-}
 
 bool isJSON(const QString& file) {
   return file.endsWith(".json", Qt::CaseInsensitive);
@@ -77,6 +68,11 @@ std::optional<std::string> QtPanels::asJSONFile(const std::string& file, const s
                                   QFileInfo(wanted).fileName() + " already exists.\nDo you want to replace it?")
           : QMessageBox::Yes;
   return answer == QMessageBox::Yes ? std::optional(wanted.toStdString()) : std::nullopt;
+}
+
+bool QtPanels::mayBeNative() const {
+  // Elsewhere than on a Mac a screen reader cannot be sure to read that one.
+  return QGuiApplication::platformName() == "cocoa" || !isRead_();
 }
 
 std::optional<std::string> QtPanels::ask(QFileDialog& dialog) {

@@ -2,8 +2,10 @@
 
 #include "platform/Panels.h"
 
+#include <QAccessible>
 #include <QPointer>
 #include <QWindow>
+#include <functional>
 
 class QFileDialog;
 
@@ -13,8 +15,12 @@ namespace cirrovane {
 /// Mac's own it reads too. Needs a QApplication.
 class QtPanels final : public Panels {
  public:
+  /// Whether a screen reader runs.
+  using IsRead = std::function<bool()>;
+
   /// The first panel shows `firstFolder`, where it exists; each later one the folder around the last answer.
-  explicit QtPanels(std::string firstFolder = {}) : folder_(std::move(firstFolder)) {}
+  explicit QtPanels(std::string firstFolder = {}, IsRead isRead = QAccessible::isActive)
+      : folder_(std::move(firstFolder)), isRead_(std::move(isRead)) {}
 
   /// The window that the next panels belong to; nullptr for none.
   void setParentWindow(QWindow* window) { parentWindow_ = window; }
@@ -27,10 +33,13 @@ class QtPanels final : public Panels {
   static std::optional<std::string> asJSONFile(const std::string& file, const std::string& title);
 
  private:
+  /// Whether a panel may be the desktop's own.
+  bool mayBeNative() const;
   std::optional<std::string> ask(QFileDialog& dialog);
 
   QPointer<QWindow> parentWindow_;
   std::string folder_;
+  IsRead isRead_;
 };
 
 }  // namespace cirrovane

@@ -31,8 +31,9 @@ ApplicationWindow {
     property var blockers: null
     property var coverage: null
     property var preferences: null
-    readonly property bool hasOpenSheet: [guide, about, blockers, coverage, preferences].some(
-                                             sheet => sheet?.opened ?? false)
+    readonly property bool hasOpenSheet: (guide?.opened ?? false) || (about?.opened ?? false)
+                                         || (blockers?.opened ?? false) || (coverage?.opened ?? false)
+                                         || (preferences?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
