@@ -104,6 +104,18 @@ def launch(launcher, mac):
     return lambda *arguments, on=None, **environment: launcher.launch(on or mac, *arguments, **environment)
 
 
+@pytest.fixture
+def overview(launch):
+    """Starts the application on its first page, and waits for its first scan."""
+
+    def start():
+        application = launch(CIRROVANE_DEMO_TAB="overview").ready()
+        application.wait_scanned()
+        return application
+
+    return start
+
+
 @pytest.fixture(scope="module")
 def shared_launcher(request, desktop):
     launcher = Launcher(desktop, request.node.name)

@@ -10,16 +10,6 @@ SEARCH = "Search names and paths"
 
 
 @pytest.fixture
-def overview(launch):
-    def start():
-        application = launch(CIRROVANE_DEMO_TAB="overview").ready()
-        application.wait_scanned()
-        return application
-
-    return start
-
-
-@pytest.fixture
 def sheet(overview):
     """The application, with the sheet open."""
 

@@ -4,7 +4,6 @@ import fcntl
 import json
 import os
 
-import pytest
 
 AWARENESS, TITLE = "Signals You Might Miss", "Not Vouched For"
 SHEET, PANEL = ("dialog", TITLE), ("panel", "Cirrovane")
@@ -22,16 +21,6 @@ KINDS = {
 }
 # Watched folders of a demo Mac: one is missing, one is outside iCloud Drive.
 NOT_LOOKED_AT = ["Travel Documents", "Scratch"]
-
-
-@pytest.fixture
-def overview(launch):
-    def start():
-        application = launch(CIRROVANE_DEMO_TAB="overview").ready()
-        application.wait_scanned()
-        return application
-
-    return start
 
 
 def items(count):

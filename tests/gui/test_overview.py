@@ -24,16 +24,6 @@ AWARENESS = "Signals You Might Miss"
 EXPORT = "Export Proof Packet"
 
 
-@pytest.fixture
-def overview(launch):
-    def start():
-        application = launch(CIRROVANE_DEMO_TAB="overview").ready()
-        application.wait_scanned()
-        return application
-
-    return start
-
-
 def card(application, heading):
     return application.texts(("panel", heading))
 

@@ -9,7 +9,7 @@ from Xlib import X
 DIALOG = ("dialog", "Settings")
 CHOICES = ["Liquid Glass", "Classic", "Motion", "Show terminology in dashboard", "Guardrail Notifications",
            "Open at login"]  # fmt: skip
-REFUSED = "None is shown: allow Cirrovane in your desktop's settings, under Notifications."
+REFUSED = "No notifications are shown: allow Cirrovane in your desktop's settings, under Notifications."
 NOT_INSTALLED = "Only an installed application can be opened at login."
 
 
@@ -140,7 +140,7 @@ def test_openAtLogin_bareExecutable_cannotBeChosenAndSaysWhy(settings, mac):
     application = settings()
     assert "enabled" not in switch(application, "Open at login", checked=False).states
     expect_note(application, NOT_INSTALLED)
-    expect_note(application, "None is shown: only an installed application can show notifications.")
+    expect_note(application, "No notifications are shown: only an installed application can show notifications.")
 
 
 def test_notificationsRefused_areSaidBesideTheSwitchUntilAllowed(settings, mac, desktop):

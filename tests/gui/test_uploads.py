@@ -51,16 +51,6 @@ def uploading(mac):
         process.wait()
 
 
-@pytest.fixture
-def overview(launch):
-    def start():
-        application = launch(CIRROVANE_DEMO_TAB="overview").ready()
-        application.wait_scanned()
-        return application
-
-    return start
-
-
 def waiting_files(application):
     """How many files the card says are left; absent while it says nothing of it."""
     told = [AMOUNT.match(text) for text in application.texts(CARD)]

@@ -40,7 +40,7 @@ TEST_F(NotificationPermissionTest, refusedByASystemWithAPage_leadsThere) {
   center_.authorization = NotificationAuthorization::denied;
   center_.address = "settings:notifications";
   const auto permission = read();
-  EXPECT_EQ(permission->note(), "None is shown: allow Cirrovane in System Settings > Notifications.");
+  EXPECT_EQ(permission->note(), "No notifications are shown: allow Cirrovane in System Settings > Notifications.");
   EXPECT_EQ(permission->action(), "Open System Settings");
   permission->act();
   EXPECT_THAT(workspace_.opened(), ElementsAre("settings:notifications"));
@@ -49,7 +49,8 @@ TEST_F(NotificationPermissionTest, refusedByASystemWithAPage_leadsThere) {
 TEST_F(NotificationPermissionTest, refusedByAnotherDesktop_saysWhereToAllowThem) {
   center_.authorization = NotificationAuthorization::denied;
   const auto permission = read();
-  EXPECT_EQ(permission->note(), "None is shown: allow Cirrovane in your desktop's settings, under Notifications.");
+  EXPECT_EQ(permission->note(),
+            "No notifications are shown: allow Cirrovane in your desktop's settings, under Notifications.");
   EXPECT_EQ(permission->action(), "");
   permission->act();
   EXPECT_THAT(workspace_.opened(), IsEmpty());
@@ -69,7 +70,7 @@ TEST_F(NotificationPermissionTest, bareExecutable_isToldWithoutAskingTheSystem) 
   bundle_.path = "/usr/local/bin/cirrovane";
   center_.address = "settings:notifications";
   const auto permission = read();
-  EXPECT_EQ(permission->note(), "None is shown: only an installed application can show notifications.");
+  EXPECT_EQ(permission->note(), "No notifications are shown: only an installed application can show notifications.");
   EXPECT_EQ(permission->action(), "");
   EXPECT_THAT(center_.calls(), IsEmpty());
 }

@@ -77,13 +77,15 @@ PremiumTabList {
                     onSwitched: on => center.notificationsEnabled = on
                     Layout.alignment: Qt.AlignRight
                 }
+                NoteRow {
+                    text: center.notificationNote
+                    textSize: Theme.captionSize
+                    textColor: Theme.yellow
+                    textAlignment: TextEdit.AlignRight
+                    action: center.notificationAction
+                    onActed: center.allowNotifications()
+                }
             }
-        }
-        NoteRow {
-            text: center.notificationNote
-            textColor: Theme.yellow
-            action: center.notificationAction
-            onActed: center.allowNotifications()
         }
         WarningText {
             text: center.saveFailure

@@ -8,14 +8,15 @@ NotificationPermission::NotificationPermission(NotificationCenter& center, const
 
 QString NotificationPermission::note() const {
   if (!isApplicationBundle(bundle_)) {
-    return QStringLiteral("None is shown: only an installed application can show notifications.");
+    return QStringLiteral("No notifications are shown: only an installed application can show notifications.");
   }
   if (!isDenied_) {
     return {};
   }
   return center_.settingsAddress()
-             ? QStringLiteral("None is shown: allow Cirrovane in System Settings > Notifications.")
-             : QStringLiteral("None is shown: allow Cirrovane in your desktop's settings, under Notifications.");
+             ? QStringLiteral("No notifications are shown: allow Cirrovane in System Settings > Notifications.")
+             : QStringLiteral(
+                   "No notifications are shown: allow Cirrovane in your desktop's settings, under Notifications.");
 }
 
 QString NotificationPermission::action() const {

@@ -8,6 +8,7 @@ RowLayout {
     required property string text
     property int textSize: Theme.subheadlineSize
     property color textColor: Theme.secondaryText
+    property int textAlignment: TextEdit.AlignLeft
     // The button's text; none without one.
     property string action: ""
 
@@ -21,6 +22,7 @@ RowLayout {
         text: row.text
         font.pixelSize: row.textSize
         color: row.textColor
+        horizontalAlignment: row.textAlignment
         Layout.fillWidth: true
         // A screen reader reads it out as it comes.
         Accessible.role: Accessible.AlertMessage
