@@ -205,12 +205,12 @@ TEST_F(CoverageViewModelTest, reveal_showsTheItemAsItIsOnTheDisk) {
 
 TEST_F(CoverageViewModelTest, anotherGap_leavesTheRowsThatStay) {
   publish(reportOf({gap(GapKind::syncPaused, "/d/b")}));
-  const RowSignals signals(*page_->rows());
+  const RowSignals told(*page_->rows());
   publish(reportOf({gap(GapKind::syncPaused, "/d/a"), gap(GapKind::syncPaused, "/d/b")}));
-  EXPECT_EQ(signals.insertions(), 1);
+  EXPECT_EQ(told.insertions(), 1);
   // It has no longer the heading.
-  EXPECT_EQ(signals.changedRow(), 1);
-  EXPECT_EQ(signals.total(), 2);
+  EXPECT_EQ(told.changedRow(), 1);
+  EXPECT_EQ(told.total(), 2);
 }
 
 }  // namespace
