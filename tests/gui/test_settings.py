@@ -35,8 +35,12 @@ def switch(application, name, **states):
     return application.node("check box", name, DIALOG, **states)
 
 
+def notes(application, under=DIALOG):
+    return [node.name for node in application.all("alert", under=under) if node.name]
+
+
 def expect_note(application, text, under=DIALOG):
-    application.wait_until(lambda: text in application.texts(under), lambda: f"{text}: {application.texts(under)}")
+    application.wait_until(lambda: text in notes(application, under), lambda: f"{text}: {notes(application, under)}")
 
 
 def come_back(application, desktop):
@@ -128,7 +132,7 @@ def test_openAtLogin_cannotBeStored_staysOffAndSaysWhy(settings, login_file):
     application = settings()
     switch(application, "Open at login", checked=False).press()
     said = application.wait_until(
-        lambda: next((t for t in application.texts(DIALOG) if t.startswith("This could not be changed. ")), None),
+        lambda: next((t for t in notes(application) if t.startswith("This could not be changed. ")), None),
         "why it stays off",
     )
     assert len(said) > len("This could not be changed. ")
@@ -150,9 +154,9 @@ def test_notificationsRefused_areSaidBesideTheSwitchUntilAllowed(settings, mac, 
     page = ("panel", "Incident Center")
     expect_note(application, REFUSED, page)
     switch(application, "Guardrail Notifications", checked=True).press()
-    application.wait_until(lambda: REFUSED not in application.texts(DIALOG) + application.texts(page), "no note")
+    application.wait_until(lambda: REFUSED not in notes(application) + notes(application, page), "no note")
     switch(application, "Guardrail Notifications", checked=False).press()
     expect_note(application, REFUSED)
     mac.set_fact("notificationAuthorization", "authorized")
     come_back(application, desktop)
-    application.wait_until(lambda: REFUSED not in application.texts(DIALOG) + application.texts(page), "no note")
+    application.wait_until(lambda: REFUSED not in notes(application) + notes(application, page), "no note")
