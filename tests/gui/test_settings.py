@@ -50,6 +50,8 @@ def come_back(application, desktop):
     other.map()
     desktop.display.sync()
     desktop.activate(other)
+    # The toolkit takes a moment to believe it.
+    application.wait_until(lambda: "active" not in application.all("frame")[0].states, "the window to be left")
     other.destroy()
     desktop.activate(window)
 
@@ -142,8 +144,9 @@ def test_openAtLogin_cannotBeStored_staysOffAndSaysWhy(settings, login_file):
 def test_openAtLogin_bareExecutable_cannotBeChosenAndSaysWhy(settings, mac):
     mac.set_fact("bundle", {"path": "/usr/local/bin/cirrovane", "info": {}})
     application = settings()
-    assert "enabled" not in switch(application, "Open at login", checked=False).states
+    switch(application, "Open at login", checked=False).press()
     expect_note(application, NOT_INSTALLED)
+    switch(application, "Open at login", checked=False)
     expect_note(application, "No notifications are shown: only an installed application can show notifications.")
 
 

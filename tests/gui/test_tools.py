@@ -120,7 +120,8 @@ def test_download_pageLeftMeanwhile_isUnderWayWhereOneComesBack(tools, mac):
     application.node("heading", "Why This Verdict")
     application.choose_tab(TOOLS_TAB)
     wait_for(application, "lnav", "Installing...")
-    assert "enabled" not in application.node("push button", "Download", ("panel", "lnav")).states
+    # Does nothing.
+    application.press("push button", "Download", ("panel", "lnav"))
     (mac.root / BREW).with_name("go").touch()
     wait_for(application, "lnav", "Install complete")
     assert runs.read_text().split() == ["lnav"]

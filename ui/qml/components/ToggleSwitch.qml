@@ -12,8 +12,11 @@ T.Switch {
     signal switched(on: bool)
 
     function flip() {
-        toggle();
-        toggled();
+        // The toolkit does not tell a screen reader that a control is disabled, so it may still ask for this.
+        if (enabled) {
+            toggle();
+            toggled();
+        }
     }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding

@@ -137,6 +137,10 @@ PremiumCard {
                     right: parent.right
                 }
 
+                // A screen reader hears them as one thing beside the button behind them.
+                Accessible.role: Accessible.Grouping
+                Accessible.name: row.name
+
                 ElidedText {
                     whole: row.name
                     font.weight: Font.DemiBold
