@@ -16,19 +16,19 @@ namespace cirrovane {
 namespace {
 
 /// A label's value as the format writes it.
-std::string quoted(std::string_view text) {
-  std::string quoted = "\"";
+std::string asLabelValue(std::string_view text) {
+  std::string written = "\"";
   for (const char character : text) {
     if (character == '\n') {
-      quoted += "\\n";
+      written += "\\n";
       continue;
     }
     if (character == '\\' || character == '"') {
-      quoted += '\\';
+      written += '\\';
     }
-    quoted += character;
+    written += character;
   }
-  return quoted + '"';
+  return written + '"';
 }
 
 double secondsOf(Time time) {
@@ -44,7 +44,7 @@ class MetricsWriter {
   }
   void sample(std::int64_t value) { fmt::format_to(std::back_inserter(text_), "cirrovane_{} {}\n", name_, value); }
   void sample(std::string_view label, std::string_view labelValue, std::int64_t value) {
-    fmt::format_to(std::back_inserter(text_), "cirrovane_{}{{{}={}}} {}\n", name_, label, quoted(labelValue), value);
+    fmt::format_to(std::back_inserter(text_), "cirrovane_{}{{{}={}}} {}\n", name_, label, asLabelValue(labelValue), value);
   }
 
   void gauge(std::string_view name, std::string_view help, std::int64_t value) {

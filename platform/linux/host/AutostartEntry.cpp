@@ -39,7 +39,7 @@ std::string unescaped(std::string_view text) {
 }
 
 /// One argument of a command line, whatever it holds.
-std::string quoted(std::string_view argument) {
+std::string asArgument(std::string_view argument) {
   std::string text = "\"";
   for (const char character : argument) {
     if (std::string_view("\"`$\\").find(character) != std::string_view::npos) {
@@ -51,7 +51,7 @@ std::string quoted(std::string_view argument) {
   return text + "\"";
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view withoutBlanks(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t\r");
   return first == std::string_view::npos ? std::string_view()
                                          : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
@@ -63,13 +63,13 @@ std::map<std::string_view, std::string_view> keysOf(std::string_view entry) {
   bool isInGroup = false;
   while (!entry.empty()) {
     const std::size_t end = std::min(entry.find('\n'), entry.size());
-    const std::string_view line = trimmed(entry.substr(0, end));
+    const std::string_view line = withoutBlanks(entry.substr(0, end));
     entry.remove_prefix(std::min(end + 1, entry.size()));
     if (line.starts_with('[')) {
       isInGroup = line == kGroup;
     } else if (const std::size_t sign = line.find('=');
                isInGroup && sign != std::string_view::npos && !line.starts_with('#')) {
-      keys[trimmed(line.substr(0, sign))] = trimmed(line.substr(sign + 1));
+      keys[withoutBlanks(line.substr(0, sign))] = withoutBlanks(line.substr(sign + 1));
     }
   }
   return keys;
@@ -85,7 +85,7 @@ Result<std::string> autostartEntry(const std::string& program, bool isHidden) {
       "{}\nType=Application\nVersion=1.4\nName=Cirrovane\n"
       "Comment=See whether all your work has reached iCloud Drive before you close the Mac\n"
       "Exec={}\nTryExec={}\nIcon=com.quillmere.Cirrovane\nTerminal=false\nHidden={}\n",
-      kGroup, escaped(quoted(program)), escaped(program), isHidden);
+      kGroup, escaped(asArgument(program)), escaped(program), isHidden);
 }
 
 bool startsAtLogin(std::string_view entry, const std::function<bool(const std::string& path)>& isExecutable) {

@@ -13,10 +13,10 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* kIsOnKey = "isOn";
-constexpr std::size_t kLargestFile = std::size_t{1} << 20U;
+constexpr std::size_t kLargestLoginFile = std::size_t{1} << 20U;
 
 bool isOn(const FileStorage& storage, const std::string& path) {
-  const Result<std::string> text = storage.read(path, kLargestFile);
+  const Result<std::string> text = storage.read(path, kLargestLoginFile);
   const json item = text ? json::parse(*text, nullptr, /*allow_exceptions=*/false) : json();
   const auto found = item.is_object() ? item.find(kIsOnKey) : item.end();
   return found != item.end() && found->is_boolean() && found->get<bool>();
