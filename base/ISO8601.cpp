@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
-
-#include <fmt/format.h>
+#include <cstdint>
+#include <string>
 
 namespace cirrovane {
 namespace {
@@ -123,6 +123,13 @@ std::optional<seconds> takeZoneOffset(Reader& reader) {
   return isEast ? offset : -offset;
 }
 
+/// Writes the last `count` digits of a number at a place in the text.
+void putDigits(std::string& text, std::size_t place, std::size_t count, std::int64_t number) {
+  for (std::size_t digit = place + count; digit-- > place; number /= 10) {
+    text[digit] = static_cast<char>('0' + number % 10);
+  }
+}
+
 }  // namespace
 
 std::string iso8601Text(Time time) {
@@ -130,9 +137,14 @@ std::string iso8601Text(Time time) {
   const sys_days day = std::chrono::floor<days>(whole);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(whole - day);
-  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", static_cast<int>(date.year()),
-                     static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), clock.hours().count(),
-                     clock.minutes().count(), clock.seconds().count());
+  std::string text = "0000-00-00T00:00:00Z";
+  putDigits(text, 0, 4, static_cast<int>(date.year()));
+  putDigits(text, 5, 2, static_cast<unsigned>(date.month()));
+  putDigits(text, 8, 2, static_cast<unsigned>(date.day()));
+  putDigits(text, 11, 2, clock.hours().count());
+  putDigits(text, 14, 2, clock.minutes().count());
+  putDigits(text, 17, 2, clock.seconds().count());
+  return text;
 }
 
 std::optional<Time> timeFromISO8601(std::string_view text) {

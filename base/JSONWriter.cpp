@@ -2,7 +2,11 @@
 
 #include "base/UTF8.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
+#include <cstring>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -13,6 +17,34 @@ namespace {
 constexpr bool isPlain(char byte) {
   return static_cast<unsigned char>(byte) >= 0x20 && static_cast<unsigned char>(byte) < 0x80 && byte != '"' &&
          byte != '\\';
+}
+
+/// How many bytes from the beginning stand for themselves. Whole words first, since paths are long and plain.
+std::size_t plainLength(std::string_view text) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U;
+  constexpr std::uint64_t kHighs = 0x80 * kOnes;
+  // A high bit tells of a byte that is zero, or of one after such a byte.
+  const auto zeros = [](std::uint64_t word) { return (word - kOnes) & ~word & kHighs; };
+  std::size_t length = 0;
+  for (; length + sizeof(std::uint64_t) <= text.size(); length += sizeof(std::uint64_t)) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + length, sizeof word);
+    const std::uint64_t controls = (word - 0x20 * kOnes) & ~word & kHighs;
+    if (((word & kHighs) | controls | zeros(word ^ '"' * kOnes) | zeros(word ^ '\\' * kOnes)) != 0) {
+      break;
+    }
+  }
+  while (length < text.size() && isPlain(text[length])) {
+    ++length;
+  }
+  return length;
+}
+
+template <class Integer>
+void appendDigits(std::string& out, Integer value) {
+  std::array<char, std::numeric_limits<Integer>::digits10 + 2> digits{};
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  out.append(digits.data(), end);
 }
 
 void appendEscaped(std::string& out, char byte) {
@@ -52,11 +84,11 @@ void JSONWriter::key(std::string_view text) {
 }
 
 void JSONWriter::write(std::int64_t value) {
-  fmt::format_to(std::back_inserter(buffer_), "{}", value);
+  appendDigits(buffer_, value);
 }
 
 void JSONWriter::write(std::uint64_t value) {
-  fmt::format_to(std::back_inserter(buffer_), "{}", value);
+  appendDigits(buffer_, value);
 }
 
 void JSONWriter::write(double value) {
@@ -72,10 +104,7 @@ void JSONWriter::write(std::string_view text) {
   buffer_ += '"';
   std::size_t position = 0;
   while (position < text.size()) {
-    std::size_t end = position;
-    while (end < text.size() && isPlain(text[end])) {
-      ++end;
-    }
+    const std::size_t end = position + plainLength(text.substr(position));
     buffer_.append(text, position, end - position);
     if (end == text.size()) {
       break;

@@ -78,10 +78,18 @@ class JSONWriter {
     endObject();
   }
 
-  /// A key with its value; nothing at all for an absent optional.
+  /// Hands everything written so far to the sink; false once the sink has refused anything.
+  bool finish();
+
+ private:
+  static constexpr std::size_t kFlushSize = std::size_t{64} * 1024;
+
+  /// A field's name, which needs no escapes, with its value; nothing at all for an absent optional.
   template <class Value>
   void writeMember(std::string_view name, const Value& value) {
-    key(name);
+    separate();
+    writePlain(name);
+    buffer_ += ": ";
     write(value);
   }
   template <class Value>
@@ -90,12 +98,6 @@ class JSONWriter {
       writeMember(name, *value);
     }
   }
-
-  /// Hands everything written so far to the sink; false once the sink has refused anything.
-  bool finish();
-
- private:
-  static constexpr std::size_t kFlushSize = std::size_t{64} * 1024;
 
   void open(char bracket);
   void close(char bracket);

@@ -132,7 +132,7 @@ class Bench {
         "save uploads", how, [](std::size_t /*number*/) { return 0; },
         [&](int /*unused*/) {
           file.save([&record](const ByteSink& sink) {
-            JSONWriter writer(sink);
+            JSONWriter writer(sink, UploadsStore::kLayout);
             writer.write(record);
             return writer.finish() && sink("\n");
           });

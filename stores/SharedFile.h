@@ -19,8 +19,9 @@ namespace cirrovane {
 template <class Value>
 class SharedFile {
  public:
-  SharedFile(const FileSystem& fileSystem, const FileStorage& storage, std::string path)
-      : fileSystem_(fileSystem), storage_(storage), path_(std::move(path)) {}
+  SharedFile(const FileSystem& fileSystem, const FileStorage& storage, std::string path,
+             JSONLayout layout = JSONLayout::pretty)
+      : fileSystem_(fileSystem), storage_(storage), path_(std::move(path)), layout_(layout) {}
 
   /// What the file holds; an empty value when it is missing or unreadable.
   Value read() const {
@@ -45,8 +46,8 @@ class SharedFile {
     if (!apply(value)) {
       return std::nullopt;
     }
-    file.save([&value](const ByteSink& sink) {
-      JSONWriter writer(sink);
+    file.save([&value, layout = layout_](const ByteSink& sink) {
+      JSONWriter writer(sink, layout);
       writer.write(value);
       return writer.finish() && sink("\n");
     });
@@ -71,6 +72,7 @@ class SharedFile {
   const FileSystem& fileSystem_;
   const FileStorage& storage_;
   std::string path_;
+  JSONLayout layout_;
 };
 
 }  // namespace cirrovane

@@ -7,7 +7,8 @@ namespace cirrovane {
 UploadsStore::UploadsStore(const FileSystem& fileSystem, const FileStorage& storage,
                            std::optional<std::string> filePath)
     : fileSystem_(fileSystem),
-      file_(fileSystem, storage, filePath ? std::move(*filePath) : defaultStoragePath(fileSystem, "uploads.json")) {}
+      file_(fileSystem, storage, filePath ? std::move(*filePath) : defaultStoragePath(fileSystem, "uploads.json"),
+            kLayout) {}
 
 UploadsStore::Look UploadsStore::note(const SyncHealthReport& report) const {
   Look look;

@@ -15,6 +15,9 @@ namespace cirrovane {
 /// nothing itself. Every call blocks until the disk has answered; callable on any thread.
 class UploadsStore {
  public:
+  /// Very many entries, which nobody reads.
+  static constexpr JSONLayout kLayout = JSONLayout::line;
+
   /// At the path, or at the default place. Both outlive the store.
   UploadsStore(const FileSystem& fileSystem, const FileStorage& storage,
                std::optional<std::string> filePath = std::nullopt);

@@ -36,6 +36,16 @@ TEST(EncodeJSON, text_escapesOnlyWhatJSONForbids) {
   EXPECT_EQ(encodeJSON(std::string()), "\"\"");
 }
 
+TEST(EncodeJSON, everyByteAnywhereInALongText_isWrittenAsAnotherLibraryWritesIt) {
+  for (int byte = 0; byte < 0x100; ++byte) {
+    for (std::size_t place = 0; place < 27; ++place) {
+      std::string text(27, '~');
+      text[place] = static_cast<char>(byte);
+      ASSERT_EQ(encodeJSON(text), dump(text)) << byte << " at " << place;
+    }
+  }
+}
+
 TEST(EncodeJSON, invalidUTF8_becomesTheReplacementCharacter) {
   const std::string replacement = "\xEF\xBF\xBD";
   EXPECT_EQ(encodeJSON(std::string("a\xFFz")), "\"a" + replacement + "z\"");
@@ -122,7 +132,8 @@ TEST(EncodeJSON, keysOfAnyText_areEscaped) {
     return true;
   });
   writer.beginObject();
-  writer.writeMember("a\"\n\xFF", std::int64_t{1});
+  writer.key("a\"\n\xFF");
+  writer.write(std::int64_t{1});
   writer.endObject();
   writer.finish();
   EXPECT_EQ(text, "{\n  \"a\\\"\\n\xEF\xBF\xBD\": 1\n}");
