@@ -44,7 +44,8 @@ class MetricsWriter {
   }
   void sample(std::int64_t value) { fmt::format_to(std::back_inserter(text_), "cirrovane_{} {}\n", name_, value); }
   void sample(std::string_view label, std::string_view labelValue, std::int64_t value) {
-    fmt::format_to(std::back_inserter(text_), "cirrovane_{}{{{}={}}} {}\n", name_, label, asLabelValue(labelValue), value);
+    fmt::format_to(std::back_inserter(text_), "cirrovane_{}{{{}={}}} {}\n", name_, label, asLabelValue(labelValue),
+                   value);
   }
 
   void gauge(std::string_view name, std::string_view help, std::int64_t value) {
