@@ -74,6 +74,11 @@ struct MainByHand {
 class DashboardWithWorkers : protected MainByHand, public DashboardMachine {
  protected:
   DashboardWithWorkers() : DashboardMachine({main_, workers_.scan, workers_.diagnostics, workers_.status}) {}
+  /// What a cycle leaves to the workers uses the machine.
+  ~DashboardWithWorkers() override { workers_.settle(); }
+
+  DashboardWithWorkers(const DashboardWithWorkers&) = delete;
+  DashboardWithWorkers& operator=(const DashboardWithWorkers&) = delete;
 
   /// Runs so many tasks of the main thread, each as soon as it is posted.
   void runMain(int tasks) {
