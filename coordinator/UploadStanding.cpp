@@ -82,7 +82,7 @@ std::optional<std::chrono::microseconds> untilOtherWords(const UploadStanding& s
   if (!quiet) {
     return std::nullopt;
   }
-  if (hasFreshEstimate(standing, now)) {
+  if (standing.lastLeft && hasFreshEstimate(standing, now)) {
     return *standing.lastLeft + kLongestUploadPause + 1s - now;
   }
   if (*quiet < kShortestQuiet) {

@@ -62,7 +62,7 @@ void UploadTracker::setAlarm() {
     return;
   }
   std::optional<std::chrono::nanoseconds> wait = untilOtherWords(standing_.value(), environment_.clock.now());
-  if (wantsLook_) {
+  if (wantsLook_ && lastLook_) {
     const std::chrono::nanoseconds untilTurn =
         std::max(*lastLook_ + kBetweenLooks - environment_.monotonicClock.sinceBoot(), std::chrono::nanoseconds(0));
     wait = std::min(untilTurn, wait.value_or(untilTurn));
@@ -75,7 +75,7 @@ void UploadTracker::setAlarm() {
 }
 
 void UploadTracker::ring() {
-  if (wantsLook_ && environment_.monotonicClock.sinceBoot() >= *lastLook_ + kBetweenLooks) {
+  if (wantsLook_ && lastLook_ && environment_.monotonicClock.sinceBoot() >= *lastLook_ + kBetweenLooks) {
     look(reports_.value());
     return;
   }

@@ -35,7 +35,8 @@ void GapCounts::add(GapKind kind) {
 
 void GapCounts::remove(GapKind kind) {
   auto& count = this->*kCounts.at(static_cast<std::size_t>(kind));
-  count = count.value_or(0) > 1 ? std::optional(*count - 1) : std::nullopt;
+  const std::int64_t left = count.value_or(0) - 1;
+  count = left > 0 ? std::optional(left) : std::nullopt;
 }
 
 CoverageReport withAcknowledged(CoverageReport report, const CoverageGap& gap) {

@@ -142,12 +142,9 @@ bool CloudState::isPending() const {
 }
 
 std::string_view CloudState::value(std::string_view key) const {
-  for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
-    if (isFor(*line, key)) {
-      return std::string_view(*line).substr(key.size() + 1);
-    }
-  }
-  return {};
+  const auto line =
+      std::find_if(lines_.rbegin(), lines_.rend(), [&](const std::string& text) { return isFor(text, key); });
+  return line == lines_.rend() ? std::string_view() : std::string_view(*line).substr(key.size() + 1);
 }
 
 bool CloudState::isEmpty() const {

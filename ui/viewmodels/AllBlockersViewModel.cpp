@@ -64,6 +64,7 @@ AllBlockersViewModel::AllBlockersViewModel(QObject* parent) : AllBlockersViewMod
 AllBlockersViewModel::AllBlockersViewModel(Background background, QObject* parent)
     : PageViewModel(parent), background_(std::move(background)) {
   std::vector<EntryRow> orders;
+  orders.reserve(kOrders.size());
   for (const OrderChoice& choice : kOrders) {
     orders.push_back({.name = toQString(choice.name), .title = toQString(choice.title), .symbol = {}});
   }
@@ -280,7 +281,7 @@ void AllBlockersViewModel::arrangeSoon() {
 void AllBlockersViewModel::finish() {
   const std::shared_ptr<Job> job = std::exchange(job_, nullptr);
   if (job->arranged && job->query == query_) {
-    show(*job);
+    show(*job, std::move(*job->arranged));
   }
   if (isWorkDue_) {
     arrangeSoon();
@@ -288,18 +289,18 @@ void AllBlockersViewModel::finish() {
   release(job);
 }
 
-void AllBlockersViewModel::show(Job& job) {
+void AllBlockersViewModel::show(Job& job, ArrangedBlockers arranged) {
   const bool keepsPlace = shown_ == job.query;
   shown_ = job.query;
   shownUploads_ = job.uploads;
   ArrangedBlockers old;
   if (keepsPlace && job.edits) {
-    old = rows_.change(*job.edits, std::move(*job.arranged), job.now);
+    old = rows_.change(*job.edits, std::move(arranged), job.now);
   } else {
     if (keepsPlace) {
       emit aboutToStartOver();
     }
-    old = rows_.startOver(std::move(*job.arranged), job.now);
+    old = rows_.startOver(std::move(arranged), job.now);
     emit startedOver(keepsPlace);
   }
   job.arranged = std::move(old);

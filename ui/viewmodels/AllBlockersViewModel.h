@@ -125,7 +125,7 @@ class AllBlockersViewModel : public cirrovane::PageViewModel {
   void arrangeSoon();
   void finish();
   /// Shows what came of a job, which holds afterwards what was shown before.
-  void show(Job& job);
+  void show(Job& job, ArrangedBlockers arranged);
   /// The release of a large report takes its time, which the main thread has not.
   void release(std::shared_ptr<const void> held);
 

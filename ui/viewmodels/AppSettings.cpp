@@ -43,7 +43,7 @@ QString AppSettings::motionNote() const {
              : QString();
 }
 
-void AppSettings::rereadSystem() {
+void AppSettings::rereadSystem() const {
   if (system_.notifications != nullptr) {
     system_.notifications->reread();
   }

@@ -68,7 +68,7 @@ class AppSettings : public QObject {
   void setNotificationsEnabled(bool enabled);
 
   /// Asks the system anew what the user may have changed there.
-  Q_INVOKABLE void rereadSystem();
+  Q_INVOKABLE void rereadSystem() const;
 
  signals:
   void visualStyleChanged();

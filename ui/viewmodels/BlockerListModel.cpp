@@ -36,10 +36,10 @@ ArrangedBlockers BlockerListModel::change(const RowEdits& edits, ArrangedBlocker
   }
   // From here on the rows that stay are those of the next report.
   const std::vector<std::uint32_t> wanted = next.places;
-  for (auto run = edits.insertions.rbegin(); run != edits.insertions.rend(); ++run) {
-    const auto first = next.places.begin() + static_cast<std::ptrdiff_t>(run->first);
-    next.places.erase(first, first + static_cast<std::ptrdiff_t>(run->count));
-  }
+  std::for_each(edits.insertions.rbegin(), edits.insertions.rend(), [&next](const RowRun& run) {
+    const auto first = next.places.begin() + static_cast<std::ptrdiff_t>(run.first);
+    next.places.erase(first, first + static_cast<std::ptrdiff_t>(run.count));
+  });
   ArrangedBlockers old = std::exchange(arranged_, std::move(next));
   now_ = now;
   made_.reset();
@@ -84,7 +84,7 @@ ListedBlocker BlockerListModel::make(int row) const {
   if (blocker.fileSize) {
     amount += toQString(bytesText(*blocker.fileSize));
   }
-  if (wait != nullptr) {
+  if (wait != nullptr && wait->pendingSince) {
     amount += QStringLiteral("waiting ") + toQString(waitText(now_ - *wait->pendingSince));
   }
   return {.key = QString::number(blockerKey(blocker), kKeyBase),
