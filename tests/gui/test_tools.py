@@ -109,15 +109,20 @@ def test_download_twoAtOnce_eachGoesItsOwnWay(tools, mac):
     wait_for(application, "lnav", "Install complete", "Not Installed")
 
 
-def test_download_pageLeftMeanwhile_isUnderWayWhereOneComesBack(tools, mac):
-    runs = mac.root / "runs"
-    mac.replace_command(BREW, f'echo "$2" >>"{runs}"\n{PATIENT_BREW}')
-    application = tools()
+def begin_and_leave(application):
+    """An install is under way, and another page is shown."""
     wait_for(application, "lnav", "Not Installed")
     application.press("push button", "Download", ("panel", "lnav"))
     wait_for(application, "lnav", "Installing...")
     application.press("page tab", "Why")
     application.node("heading", "Why This Verdict")
+    return application
+
+
+def test_download_pageLeftMeanwhile_isUnderWayWhereOneComesBack(tools, mac):
+    runs = mac.root / "runs"
+    mac.replace_command(BREW, f'echo "$2" >>"{runs}"\n{PATIENT_BREW}')
+    application = begin_and_leave(tools())
     application.choose_tab(TOOLS_TAB)
     wait_for(application, "lnav", "Installing...")
     # Does nothing.
@@ -129,12 +134,7 @@ def test_download_pageLeftMeanwhile_isUnderWayWhereOneComesBack(tools, mac):
 
 def test_download_endedWhileThePageWasLeft_isToldThere(tools, mac):
     mac.replace_command(BREW, f'{PATIENT_BREW.replace("exit 0", "touch ${0%/*}/ended; exit 1")}')
-    application = tools()
-    wait_for(application, "lnav", "Not Installed")
-    application.press("push button", "Download", ("panel", "lnav"))
-    wait_for(application, "lnav", "Installing...")
-    application.press("page tab", "Why")
-    application.node("heading", "Why This Verdict")
+    application = begin_and_leave(tools())
     (mac.root / BREW).with_name("go").touch()
     application.wait_until((mac.root / BREW).with_name("ended").exists, "the install to end")
     application.choose_tab(TOOLS_TAB)
