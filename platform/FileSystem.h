@@ -82,7 +82,7 @@ class FolderWalk {
   virtual bool isComplete() const = 0;
 };
 
-/// Told of each folder of a walk before its entries are read, on any of the walk's threads.
+/// Told of each folder of a walk before its entries are read, on the walk's threads, several of which may call at once.
 class ListingObserver {
  public:
   virtual ~ListingObserver() = default;

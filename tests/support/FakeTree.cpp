@@ -592,6 +592,12 @@ void FakeTreeWatch::forget(const std::string& folder) {
   eraseBelow(held_, folder);
 }
 
+void FakeTreeWatch::beforeListing(const std::string& folder, int /*descriptor*/) {
+  const std::lock_guard lock(listingMutex_);
+  told_.insert(folder);
+  held_.insert(folder);
+}
+
 std::optional<std::vector<FolderChange>> FakeTreeWatch::take() {
   return std::exchange(changes_, {});
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -128,7 +129,8 @@ class ChangeSource {
   virtual std::optional<std::vector<FolderChange>> take() = 0;
 };
 
-/// The watch of a FakeTree: tells of the folders that walks told it of, as a system would, by their paths.
+/// The watch of a FakeTree: tells of the folders that walks told it of, as a system would, by their paths. The walk of a
+/// mirror of the tree may tell it on several threads at once.
 class FakeTreeWatch final : public ChangeSource, public ListingObserver {
  public:
   /// Becomes the tree's listener.
@@ -138,10 +140,7 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   ListingObserver& listings() override { return *this; }
   void forget(const std::string& folder) override;
   std::optional<std::vector<FolderChange>> take() override;
-  void beforeListing(const std::string& folder, int) override {
-    told_.insert(folder);
-    held_.insert(folder);
-  }
+  void beforeListing(const std::string& folder, int descriptor) override;
 
   /// The folders that it was told of, and not told to forget.
   const std::set<std::string>& held() const { return held_; }
@@ -156,6 +155,8 @@ class FakeTreeWatch final : public ChangeSource, public ListingObserver {
   /// The items by the paths that it touches, and whether they were folders.
   std::map<std::string, std::pair<const void*, bool>> touched_;
   std::size_t toldCount_ = 0;
+  /// Guards what walks add to. While one goes on, nothing else is asked of the watch.
+  std::mutex listingMutex_;
   /// Those of which changes are told: not where what was watched is elsewhere by now, or nowhere.
   std::set<std::string> told_;
   std::set<std::string> held_;
