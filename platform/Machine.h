@@ -9,6 +9,7 @@
 #include "platform/FileSystem.h"
 #include "platform/FolderWatch.h"
 #include "platform/LoginItem.h"
+#include "platform/PowerGate.h"
 #include "platform/SystemInformation.h"
 #include "platform/TimeText.h"
 #include "platform/UserDefaults.h"
@@ -38,6 +39,8 @@ struct Machine {
   std::function<std::optional<std::string>()> notificationAuthorization;
   /// A watch that tells this listener, which outlives it, as the machine does. It begins with `FolderWatch::start`.
   std::function<std::unique_ptr<FolderWatch>(FolderWatchListener& listener)> makeFolderWatch;
+  /// A gate that tells this listener, which outlives it, as the machine does. It begins with `PowerGate::start`.
+  std::function<std::unique_ptr<PowerGate>(PowerGateListener& listener)> makePowerGate;
 };
 
 /// Whether a folder can stand for a machine on this system, beside the machine itself.
