@@ -527,7 +527,11 @@ class Desktop:
         xtest.fake_input(self.display, X.ButtonRelease, button)
         self.display.sync()
 
+    def point(self, x, y):
+        """Moves the pointer there and lets it rest."""
+        xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
+        self.display.sync()
+
     def park_pointer(self):
         """Moves the pointer where nothing reacts to it."""
-        xtest.fake_input(self.display, X.MotionNotify, x=WIDTH - 1, y=0)
-        self.display.sync()
+        self.point(WIDTH - 1, 0)
