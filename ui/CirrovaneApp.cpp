@@ -76,7 +76,7 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
       scan_(dashboard_, scanProgress_, scanSteps_),
       toolInstalls_(makeToolInstaller(machine), mainExecutor_),
       tools_{toolInstalls_, clipboard_, desktop.workspace(), mainExecutor_},
-      pageContext_({dashboard_, coverage_, *machine.timeText, settings_, tools_}) {
+      pageContext_({dashboard_, coverage_, *machine.timeText, *machine.amountText, settings_, tools_}) {
   desktop_.onWake([this] {
     live_.wake();
     staleAlarm_.ring();

@@ -6,6 +6,7 @@
 #include "platform/linux/host/ICUCollation.h"
 #include "platform/linux/host/ICUTimeText.h"
 #include "platform/linux/host/LinuxUserDefaults.h"
+#include "platform/linux/host/PlainAmountText.h"
 #include "platform/linux/macroot/MacRoot.h"
 #include "platform/linux/macroot/RootBundle.h"
 #include "platform/linux/macroot/RootDisk.h"
@@ -31,6 +32,7 @@ Machine machineOfThisSystem() {
   machine.monotonicClock = std::make_unique<SystemMonotonicClock>();
   machine.collation = std::make_unique<ICUCollation>();
   machine.timeText = std::make_unique<ICUTimeText>();
+  machine.amountText = std::make_unique<PlainAmountText>();
   machine.makeFolderWatch = [](FolderWatchListener& listener) { return std::make_unique<InotifyWatch>(listener); };
   return machine;
 }

@@ -1,5 +1,6 @@
 #include "platform/Machine.h"
 #include "platform/macos/FSEventsWatch.h"
+#include "platform/macos/MacAmountText.h"
 #include "platform/macos/MacBundle.h"
 #include "platform/macos/MacCollation.h"
 #include "platform/macos/MacFileSystem.h"
@@ -52,6 +53,7 @@ Result<Machine> makeMachine(const std::string& path) {
   machine.monotonicClock = std::make_unique<SystemMonotonicClock>();
   machine.collation = std::make_unique<MacCollation>();
   machine.timeText = std::make_unique<MacTimeText>();
+  machine.amountText = std::make_unique<MacAmountText>();
   machine.bundle = std::make_unique<MacBundle>();
   machine.userDefaults = std::make_unique<MacUserDefaults>();
   machine.loginItem = std::make_unique<MacLoginItem>(*machine.bundle);

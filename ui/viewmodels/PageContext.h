@@ -2,6 +2,7 @@
 
 #include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
+#include "platform/AmountText.h"
 #include "platform/TimeText.h"
 #include "ui/viewmodels/AppSettings.h"
 
@@ -38,6 +39,7 @@ class PageContext : public QObject {
     DashboardViewModel& dashboard;
     CoverageReview& coverage;
     const TimeText& timeText;
+    const AmountText& amountText;
     AppSettings& settings;
     const ToolsEnvironment& tools;
   };
@@ -49,6 +51,7 @@ class PageContext : public QObject {
   /// The coverage, to read.
   const CoverageReview& coverage() const { return parts_.coverage; }
   const TimeText& timeText() const { return parts_.timeText; }
+  const AmountText& amountText() const { return parts_.amountText; }
 
   // The dashboard, to act on:
 

@@ -140,6 +140,36 @@ typedef NS_ENUM(NSUInteger, NSDateFormatterStyle) {
 - (void)setLocalizedDateFormatFromTemplate:(NSString*)dateFormatTemplate;
 @end
 
+typedef NS_OPTIONS(NSUInteger, NSByteCountFormatterUnits) {
+  NSByteCountFormatterUseMB = 1UL << 2,
+  NSByteCountFormatterUseGB = 1UL << 3,
+};
+typedef NS_ENUM(NSInteger, NSByteCountFormatterCountStyle) {
+  NSByteCountFormatterCountStyleFile = 0,
+};
+
+@interface NSByteCountFormatter : NSObject
+@property NSByteCountFormatterUnits allowedUnits;
+@property NSByteCountFormatterCountStyle countStyle;
+- (NSString*)stringFromByteCount:(long long)byteCount;
+@end
+
+typedef NS_OPTIONS(NSUInteger, NSCalendarUnit) {
+  NSCalendarUnitDay = 1UL << 4,
+  NSCalendarUnitHour = 1UL << 5,
+  NSCalendarUnitMinute = 1UL << 6,
+};
+typedef NS_ENUM(NSInteger, NSDateComponentsFormatterUnitsStyle) {
+  NSDateComponentsFormatterUnitsStyleAbbreviated = 1,
+};
+
+@interface NSDateComponentsFormatter : NSObject
+@property NSCalendarUnit allowedUnits;
+@property NSInteger maximumUnitCount;
+@property NSDateComponentsFormatterUnitsStyle unitsStyle;
+- (nullable NSString*)stringFromTimeInterval:(NSTimeInterval)ti;
+@end
+
 typedef NSString* NSURLResourceKey __attribute__((swift_wrapper(struct)));
 typedef NSString* NSURLUbiquitousItemDownloadingStatus __attribute__((swift_wrapper(enum)));
 
