@@ -4,7 +4,6 @@
 #include "cli/CoverageText.h"
 #include "cli/LiveSession.h"
 #include "cli/ReportText.h"
-#include "cli/StrictWait.h"
 #include "cli/UploadLine.h"
 #include "cli/WatchLine.h"
 
@@ -80,9 +79,9 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   if (context.err.isErasable()) {
     session.lookEvery(kUploadsShown);
   }
-  std::optional<StrictWait> strict;
+  std::unique_ptr<VouchedYes> strict;
   if (options.isStrict) {
-    strict.emplace(session);
+    strict = session.waitForCoverage();
   }
   bool isVouchedFor = false;
   session.run(asDuration(options.timeout), [&] {
@@ -91,7 +90,7 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
       return false;
     }
     const SyncHealthReport& report = **last;
-    isVouchedFor = strict ? strict->isVouchedFor(report.safeToClose) : report.safeToClose;
+    isVouchedFor = strict ? strict->isVouchedFor(report.safeToClose, session.verdict().folders()) : report.safeToClose;
     // An answer takes one look at the coverage, as it takes one scan.
     const bool hasAnswer = !strict || !report.safeToClose || strict->hasLooked();
     const bool isOver = isVouchedFor || (session.isTimeUp() && hasAnswer);

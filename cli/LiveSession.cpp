@@ -69,6 +69,7 @@ LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>
       alarm_(loop_.makeAlarm()),
       timeout_(loop_.makeAlarm()),
       tick_(loop_.makeAlarm()),
+      nextLook_(loop_.makeAlarm()),
       verdict_({*context.machine.fileSystem, *context.machine.clock, &progress_},
                {{loop_, scan_, updates_},
                 *context.machine.clock,
@@ -88,6 +89,12 @@ LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>
 }
 
 LiveSession::~LiveSession() = default;
+
+std::unique_ptr<VouchedYes> LiveSession::waitForCoverage() {
+  return std::make_unique<VouchedYes>(makeCoverageKeeper(context_.machine),
+                                      VouchingEnvironment{loop_, looks_, *context_.machine.monotonicClock, *nextLook_},
+                                      [this] { lookSoon(); });
+}
 
 void LiveSession::endOnSignalsAndClosedOutput() {
   quits_.emplace(loop_);

@@ -3,6 +3,7 @@
 #include "cli/Command.h"
 #include "cli/ProgressLine.h"
 #include "coordinator/LiveVerdict.h"
+#include "coordinator/leaving/VouchedYes.h"
 #include "core/ScanProgress.h"
 #include "platform/WakeNotice.h"
 #include "platform/posix/EventLoop.h"
@@ -32,8 +33,8 @@ class LiveSession {
   Machine& machine() const { return context_.machine; }
   /// What it runs on.
   EventLoop& loop() { return loop_; }
-  /// For looks at the coverage, which nothing else waits for.
-  Executor& looks() { return looks_; }
+  /// What looks at the coverage beside the verdict, and has `look` called at what it finds. One at a time.
+  std::unique_ptr<VouchedYes> waitForCoverage();
   bool isTimeUp() const { return isTimeUp_; }
 
   /// Also ends when a signal asks for it, or nobody reads the answer any more.
@@ -68,6 +69,7 @@ class LiveSession {
   std::unique_ptr<Alarm> alarm_;
   std::unique_ptr<Alarm> timeout_;
   std::unique_ptr<Alarm> tick_;
+  std::unique_ptr<Alarm> nextLook_;
   WakeNotice wakeNotice_;
   LiveVerdict verdict_;
   std::unique_ptr<WatchlistFollower> follower_;
