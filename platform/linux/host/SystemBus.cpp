@@ -1,5 +1,7 @@
 #include "platform/linux/host/SystemBus.h"
 
+#include "base/DisplayText.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -41,8 +43,8 @@ BusFailure failureOf(const sd_bus_error& error) {
   if (name == SD_BUS_ERROR_ACCESS_DENIED || name == SD_BUS_ERROR_AUTH_FAILED) {
     return {"The system does not allow it."};
   }
-  std::string explanation(
-      std::string_view(error.message != nullptr ? error.message : "").substr(0, kLongestExplanation));
+  std::string explanation =
+      displayText(std::string_view(error.message != nullptr ? error.message : "").substr(0, kLongestExplanation));
   while (explanation.ends_with('.')) {
     explanation.pop_back();
   }
