@@ -8,6 +8,7 @@
 #include "platform/macos/MacSystemInformation.h"
 #include "platform/macos/MacTimeText.h"
 #include "platform/macos/MacUserDefaults.h"
+#include "platform/macos/SystemPower.h"
 #include "platform/macos/SystemWalkCalls.h"
 #include "platform/macos/plain/AlternativePlaces.h"
 #include "platform/posix/PosixCommandRunner.h"
@@ -60,6 +61,7 @@ Result<Machine> makeMachine(const std::string& path) {
   machine.notificationAuthorization = [] { return std::optional<std::string>(); };
   machine.makeFolderWatch = [&files = *machine.fileSystem, &storage = *machine.fileStorage](
                                 FolderWatchListener& listener) { return makeWatch(listener, files, storage); };
+  machine.makePowerGate = [](PowerGateListener& listener) { return makeSystemPowerGate(listener, systemPower()); };
   return machine;
 }
 

@@ -85,10 +85,10 @@ class MacCommandsTest : public DemoMacTest {
 };
 
 TEST_F(MacCommandsTest, create_newFolder_writesThemForEverybodyToRun) {
-  for (const std::string path : {"/usr/bin/pgrep", "/usr/sbin/route", "/usr/sbin/scutil", "/usr/bin/dscacheutil",
-                                 "/usr/sbin/sysctl", "/usr/bin/which", "/usr/bin/top", "/usr/bin/vm_stat",
-                                 "/usr/bin/pmset", "/usr/bin/caffeinate", "/sbin/shutdown",
-                                 "/opt/homebrew/bin/osx-cpu-temp", "/opt/homebrew/bin/brew", "/opt/homebrew/bin/jq"}) {
+  for (const std::string path :
+       {"/usr/bin/pgrep", "/usr/sbin/route", "/usr/sbin/scutil", "/usr/bin/dscacheutil", "/usr/sbin/sysctl",
+        "/usr/bin/which", "/usr/bin/top", "/usr/bin/vm_stat", "/usr/bin/pmset", "/usr/bin/caffeinate", "/sbin/shutdown",
+        "/opt/homebrew/bin/osx-cpu-temp", "/opt/homebrew/bin/brew", "/opt/homebrew/bin/jq"}) {
     EXPECT_TRUE(std::filesystem::is_regular_file(root() + path)) << path;
     EXPECT_EQ(permissions(root() + path) & 0700u, 0700u) << path;
     EXPECT_THAT(readFile(root() + path), StartsWith("#!/bin/sh\n")) << path;
@@ -268,13 +268,13 @@ TEST_F(MacCommandsTest, powerCommands_eachCall_isALineInTheLog) {
 
 TEST_F(MacCommandsTest, caffeinate_runsUntilTheProcessEnds) {
   // Whoever reads a fifo waits until something is written.
-  const ChildResult result = runProgram(
-      "/bin/sh", {"-c",
-                  "mkdir -p \"$1/var/log\" && mkfifo \"$1/go\" \"$1/var/log/power.log\" || exit;"
-                  " read -r word <\"$1/go\" & \"$1/usr/bin/caffeinate\" -i -w $! &"
-                  " read -r line <\"$1/var/log/power.log\"; echo \"$line\";"
-                  " kill -0 $! && echo awake; echo >\"$1/go\"; wait $! && echo over",
-                  "sh", root()});
+  const ChildResult result =
+      runProgram("/bin/sh", {"-c",
+                             "mkdir -p \"$1/var/log\" && mkfifo \"$1/go\" \"$1/var/log/power.log\" || exit;"
+                             " read -r word <\"$1/go\" & \"$1/usr/bin/caffeinate\" -i -w $! &"
+                             " read -r line <\"$1/var/log/power.log\"; echo \"$line\";"
+                             " kill -0 $! && echo awake; echo >\"$1/go\"; wait $! && echo over",
+                             "sh", root()});
   EXPECT_THAT(result.out, MatchesRegex("caffeinate -i -w [0-9]+\nawake\nover\n"));
 }
 

@@ -172,6 +172,8 @@ class Desktop:
             "GSETTINGS_BACKEND": "memory",
             # Comes before any other that a program would open a page with.
             "PATH": self._make_browser() + os.pathsep + os.environ["PATH"],
+            # No test may put the machine itself to sleep.
+            "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus",
             "GIO_USE_VFS": "local",
             "NO_AT_BRIDGE": "1",
         }

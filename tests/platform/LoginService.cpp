@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <stdexcept>
 #include <systemd/sd-bus.h>
-#include <utility>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -13,7 +12,6 @@ namespace cirrovane::test {
 namespace {
 
 constexpr const char* kAddressVariable = "DBUS_SYSTEM_BUS_ADDRESS";
-constexpr std::chrono::seconds kPatience{60};
 
 /// Names no folder of services, so that the bus starts none by itself.
 constexpr const char* kConfiguration = R"(<!DOCTYPE busconfig PUBLIC
@@ -30,10 +28,6 @@ constexpr const char* kConfiguration = R"(<!DOCTYPE busconfig PUBLIC
   </policy>
 </busconfig>
 )";
-
-const char* nameOf(PowerAct act) {
-  return act == PowerAct::sleep ? "sleep" : "shutdown";
-}
 
 }  // namespace
 
@@ -89,35 +83,6 @@ void LoginService::control(const char* method, const std::vector<std::string>& t
   sd_bus_error_free(&error);
   sd_bus_message_unref(message);
   sd_bus_close_unref(bus);
-}
-
-void NotedPower::leaving(PowerAct act, std::chrono::milliseconds within) {
-  note(fmt::format("leaving: {} within {}", nameOf(act), within.count()));
-}
-
-void NotedPower::stays(PowerAct act) {
-  note(fmt::format("stays: {}", nameOf(act)));
-}
-
-void NotedPower::stands(std::optional<std::string> reasonAgainst) {
-  note(reasonAgainst ? "against: " + *reasonAgainst : "stands");
-}
-
-std::string NotedPower::next() {
-  std::unique_lock lock(mutex_);
-  if (!changed_.wait_for(lock, kPatience, [this] { return !lines_.empty(); })) {
-    ADD_FAILURE() << "nothing was told";
-    return "";
-  }
-  std::string line = std::move(lines_.front());
-  lines_.pop_front();
-  return line;
-}
-
-void NotedPower::note(std::string line) {
-  const std::lock_guard lock(mutex_);
-  lines_.push_back(std::move(line));
-  changed_.notify_all();
 }
 
 }  // namespace cirrovane::test

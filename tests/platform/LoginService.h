@@ -1,13 +1,8 @@
 #pragma once
 
-#include "platform/PowerGate.h"
 #include "tests/cli/Watching.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <chrono>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,24 +45,6 @@ class LoginService {
   static void control(const char* method, const std::vector<std::string>& texts);
 
   Watching process_;
-};
-
-/// Keeps what a gate tells, as lines.
-class NotedPower final : public PowerGateListener {
- public:
-  void leaving(PowerAct act, std::chrono::milliseconds within) override;
-  void stays(PowerAct act) override;
-  void stands(std::optional<std::string> reasonAgainst) override;
-
-  /// The next line; fails the test where none comes.
-  std::string next();
-
- private:
-  void note(std::string line);
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::string> lines_;
 };
 
 }  // namespace cirrovane::test

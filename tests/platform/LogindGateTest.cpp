@@ -1,6 +1,7 @@
 #include "platform/linux/host/LogindGate.h"
 #include "platform/posix/PosixCommandRunner.h"
 #include "tests/platform/LoginService.h"
+#include "tests/support/NotedPower.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "platform/Machine.h"
 #include "tests/cli/Watching.h"
-#include "tests/platform/LoginService.h"
+#include "tests/support/NotedPower.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <csignal>

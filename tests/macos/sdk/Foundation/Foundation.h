@@ -35,6 +35,7 @@ typedef unsigned short unichar;
 - (BOOL)isEqual:(nullable id)object;
 - (Class)class;
 - (BOOL)isKindOfClass:(Class)aClass;
+- (BOOL)respondsToSelector:(SEL)aSelector;
 @end
 
 __attribute__((objc_root_class))
@@ -42,6 +43,7 @@ __attribute__((objc_root_class))
 - (instancetype)init;
 + (instancetype)alloc;
 + (Class)class;
+- (nullable id)forwardingTargetForSelector:(SEL)aSelector;
 @end
 
 #endif
@@ -245,6 +247,16 @@ typedef NS_OPTIONS(uint64_t, NSActivityOptions) {
 @end
 
 typedef NSString* NSNotificationName;
+
+@interface NSAppleEventDescriptor : NSObject
+@property(readonly) uint32_t enumCodeValue;
+- (nullable NSAppleEventDescriptor*)attributeDescriptorForKeyword:(uint32_t)keyword;
+@end
+
+@interface NSAppleEventManager : NSObject
++ (NSAppleEventManager*)sharedAppleEventManager;
+@property(nullable, readonly, strong) NSAppleEventDescriptor* currentAppleEvent;
+@end
 
 @interface NSOperationQueue : NSObject
 @property(class, readonly, strong) NSOperationQueue* mainQueue;
