@@ -96,8 +96,11 @@ std::unique_ptr<VouchedYes> LiveSession::waitForCoverage() {
                                       [this] { lookSoon(); });
 }
 
-void LiveSession::endOnSignalsAndClosedOutput() {
+void LiveSession::endOnSignals() {
   quits_.emplace(loop_);
+}
+
+void LiveSession::endOnClosedOutput() {
   loop_.watchForClosing(STDOUT_FILENO, [this] { loop_.quit(); });
 }
 
@@ -129,8 +132,12 @@ void LiveSession::lookEvery(std::chrono::nanoseconds interval) {
 
 void LiveSession::leave(ExitStatus status) const {
   if (scan_.isBusy() || updates_.isBusy() || looks_.isBusy()) {
-    std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
+    endAtOnce(status);
   }
+}
+
+void LiveSession::endAtOnce(ExitStatus status) const {
+  std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
 }
 
 std::vector<WatchFolder> LiveSession::currentFolders() const {

@@ -33,12 +33,16 @@ class LiveSession {
   Machine& machine() const { return context_.machine; }
   /// What it runs on.
   EventLoop& loop() { return loop_; }
+  /// For looks at the coverage, which nothing else waits for.
+  Executor& looks() { return looks_; }
   /// What looks at the coverage beside the verdict, and has `look` called at what it finds. One at a time.
   std::unique_ptr<VouchedYes> waitForCoverage();
   bool isTimeUp() const { return isTimeUp_; }
 
-  /// Also ends when a signal asks for it, or nobody reads the answer any more.
-  void endOnSignalsAndClosedOutput();
+  /// Also ends when a signal asks for it.
+  void endOnSignals();
+  /// Also ends when nobody reads the answer any more.
+  void endOnClosedOutput();
   /// Has `look` called once all that changes at one stroke has changed.
   void lookSoon();
   /// Runs until `look`, which is called after every change and when the time is up, says that it is over.
@@ -48,6 +52,8 @@ class LiveSession {
 
   /// Ends the process with the status if work is under way that would hold up its end.
   void leave(ExitStatus status) const;
+  /// Ends it whatever is under way.
+  [[noreturn]] void endAtOnce(ExitStatus status) const;
 
  private:
   class WatchlistFollower;

@@ -4,7 +4,6 @@
 #include "cli/Command.h"
 #include "cli/FolderArgument.h"
 #include "cli/ProgressLine.h"
-#include "cli/ReportText.h"
 #include "coordinator/RefreshCycle.h"
 
 #include <memory>
@@ -51,11 +50,7 @@ class InlineRefresh {
 ExitStatus refresh(CommandContext& context) {
   const InlineRefresh refreshed(context);
   const SyncHealthReport& report = *refreshed.cycle().report().value();
-  if (context.wantsJSON) {
-    writeJSONDocument(context.out, report);
-  } else {
-    context.out.write(reportText(report, leftText(report, context), TextStyle(context.out.isColoured())));
-  }
+  writeReport(report, context);
   if (const std::optional<Failure> loss = refreshed.loss()) {
     return reportFailure(context, "The scan was not recorded: " + loss->message);
   }

@@ -4,7 +4,8 @@
 #include <optional>
 #include <span>
 
-// A wait to leave, as a table: where it stands, what happens, and where that takes it. Pure; `docs/leaving.md` draws it.
+// A wait to leave, as a table: where it stands, what happens, and where that takes it. Pure; `docs/leaving.md` draws
+// it.
 
 namespace cirrovane {
 

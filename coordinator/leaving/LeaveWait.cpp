@@ -47,7 +47,7 @@ void LeaveWait::begin(const LeaveWish& wish) {
   began_ = environment_.monotonicClock.sinceBoot();
   sleptBefore_ = timeSlept(environment_.monotonicClock);
   wait_ = std::make_shared<const int>();
-  standing_.set({LeaveState::idle, wish, std::nullopt, ""});
+  standing_.set({.wish = wish});
   take(LeaveEvent::asked);
   setLimit();
   // By a turn of its own, so that whoever asks has seen it begin before it can be over.
@@ -82,9 +82,12 @@ void LeaveWait::look() {
   take(eventOf(trust));
   const bool isYes = trust == YesTrust::full;
   const bool isVouchedFor = vouched_.isVouchedFor(isYes, environment_.folders());
+  if (vouched_.hasLooked()) {
+    showGaps(vouched_.lastReport());
+  }
   if (isVouchedFor) {
     take(LeaveEvent::complete);
-  } else if (vouched_.hasLastingGapsOnly()) {
+  } else if (vouched_.hasLastingGaps()) {
     take(LeaveEvent::lastingGaps);
   }
   // An answer takes one scan and, of a YES, one look at the coverage, however short the time.
@@ -112,6 +115,15 @@ void LeaveWait::take(LeaveEvent event) {
   standing_.set(std::move(next));
   if (edge->to == LeaveState::acting) {
     perform();
+  }
+}
+
+void LeaveWait::showGaps(const std::optional<Shared<CoverageReport>>& report) {
+  const std::int64_t gaps = report ? (*report)->gapCounts.all() : 0;
+  if (gaps != standing_.value().gaps) {
+    LeaveStanding next = standing_.value();
+    next.gaps = gaps;
+    standing_.set(std::move(next));
   }
 }
 

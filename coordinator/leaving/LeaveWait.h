@@ -14,6 +14,7 @@
 #include "platform/PowerGate.h"
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -55,11 +56,13 @@ struct LeaveWish {
 /// A wait to leave as others see it.
 struct LeaveStanding {
   LeaveState state = LeaveState::idle;
-  LeaveWish wish;
+  LeaveWish wish = {};
   /// How the latest wait ended; absent while one goes on, and before the first.
-  std::optional<LeaveOutcome> outcome;
+  std::optional<LeaveOutcome> outcome = {};
   /// The system's reason; empty unless it refused.
-  std::string refusal;
+  std::string refusal = {};
+  /// For how many items the YES does not vouch, as the latest look of the wait found it.
+  std::int64_t gaps = 0;
 
   bool isWaiting() const { return state != LeaveState::idle; }
 
@@ -90,6 +93,7 @@ class LeaveWait {
 
  private:
   void take(LeaveEvent event);
+  void showGaps(const std::optional<Shared<CoverageReport>>& report);
   void perform();
   void setLimit();
   bool isTimeUp() const;

@@ -44,7 +44,7 @@ class VouchedYes {
   /// Whether a look has ended since the verdict became a YES.
   bool hasLooked() const { return report_.has_value(); }
   /// Whether the latest two looks since then found the same, and time alone changes nothing of it.
-  bool hasLastingGapsOnly() const { return isLasting_; }
+  bool hasLastingGaps() const { return isLasting_; }
   /// What the latest look found; absent before the first.
   const std::optional<Shared<CoverageReport>>& lastReport() const { return watch_.report().value(); }
   /// Ends the look under way, and waits for the next YES.

@@ -37,7 +37,7 @@ class PageTest : public DashboardMachine {
     if (!context_) {
       settings_ = std::make_unique<AppSettings>(defaults_, AppSettings::System{.notifications = &permission_});
       context_ = std::make_unique<PageContext>(
-          PageContext::Parts{*dashboard_, *coverage_, timeText_, amountText_, *settings_, tools_});
+          PageContext::Parts{*dashboard_, *coverage_, timeText_, amountText_, *settings_, tools_, nullptr});
     }
     page->setContext(context_.get());
     return page;

@@ -31,9 +31,10 @@ ApplicationWindow {
     property var blockers: null
     property var coverage: null
     property var preferences: null
+    property var question: null
     readonly property bool hasOpenSheet: (guide?.opened ?? false) || (about?.opened ?? false)
                                          || (blockers?.opened ?? false) || (coverage?.opened ?? false)
-                                         || (preferences?.opened ?? false)
+                                         || (preferences?.opened ?? false) || (question?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -72,6 +73,18 @@ ApplicationWindow {
     function showSettings() {
         preferences = preferences ?? settingsComponent.createObject(contentItem);
         preferences.open();
+    }
+
+    Connections {
+        target: window.context.leaving
+        function onChanged() {
+            if (window.context.leaving.canWait) {
+                window.question = window.question ?? questionComponent.createObject(window.contentItem);
+                window.question.open();
+            } else if (!window.context.leaving.isAsked) {
+                window.question?.close();
+            }
+        }
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -212,6 +225,13 @@ ApplicationWindow {
         id: coverageComponent
         CoverageView {
             context: window.context
+        }
+    }
+
+    Component {
+        id: questionComponent
+        LeaveQuestionView {
+            leaving: window.context.leaving
         }
     }
 

@@ -10,6 +10,7 @@ Window {
 
     required property SnapshotViewModel snapshot
     required property AppSettings settings
+    required property LeaveViewModel leaving
     required property MenuCommands commands
     // Whether no menu bar of the desktop takes the keys of the commands.
     required property bool hasMenuBar
@@ -99,6 +100,7 @@ Window {
                 width: flickable.width - 2 * Theme.pagePadding
                 snapshot: panel.snapshot
                 settings: panel.settings
+                leaving: panel.leaving
                 onExportRequested: panel.snapshot.exportProofPacket()
                 onTerminologyRequested: guide.open()
                 onCommandGiven: name => panel.commands.trigger(name)
