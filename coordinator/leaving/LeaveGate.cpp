@@ -9,8 +9,8 @@ class LeaveGate::Announcements final : public PowerGateListener {
  public:
   explicit Announcements(LeaveGate& gate) : gate_(gate), main_(gate.environment_.main), alive_(gate.alive_) {}
 
-  void leaving(PowerAct act, std::chrono::milliseconds /*within*/) override {
-    post([act](LeaveGate& gate) { gate.announced(act); });
+  void leaving(PowerAct act, std::chrono::milliseconds within) override {
+    post([act, within](LeaveGate& gate) { gate.announced(act, within); });
   }
   void stays(PowerAct act) override {
     post([act](LeaveGate& gate) { gate.stays(act); });
@@ -117,7 +117,7 @@ void LeaveGate::look() {
   }
 }
 
-void LeaveGate::announced(PowerAct act) {
+void LeaveGate::announced(PowerAct act, std::chrono::milliseconds within) {
   if (announcer_ == nullptr) {
     return;
   }
@@ -126,7 +126,7 @@ void LeaveGate::announced(PowerAct act) {
     announcer_->letGo();
     return;
   }
-  question_.take(isSafe() ? QuestionEvent::announcedSafe : QuestionEvent::announcedUnsafe);
+  question_.announce(isSafe(), within);
 }
 
 void LeaveGate::stays(PowerAct act) {

@@ -61,7 +61,7 @@ class LeaveGate {
 
   const Published<LeaveStanding>& wait() const { return wait_.standing(); }
   const Published<AwakeStanding>& awake() const { return awake_.standing(); }
-  const Published<QuestionState>& question() const { return question_.state(); }
+  const LeaveQuestion& question() const { return question_; }
   /// Why nobody can be asked before a shutdown, in a sentence for people; absent while one can, or need not be.
   const Published<std::optional<std::string>>& obstacleToAsking() const { return obstacleToAsking_; }
 
@@ -80,7 +80,7 @@ class LeaveGate {
 
   void lookSoon();
   void look();
-  void announced(PowerAct act);
+  void announced(PowerAct act, std::chrono::milliseconds within);
   void stays(PowerAct act);
   /// Whether the verdict, as it is shown, is a YES.
   bool isSafe() const;
@@ -88,6 +88,8 @@ class LeaveGate {
   void ask(bool asks);
 
   LeaveGateEnvironment environment_;
+  /// Gone with this object, by which what is on its way can tell.
+  std::shared_ptr<const int> alive_ = std::make_shared<const int>();
   LeavePreferences preferences_;
   std::unique_ptr<Announcements> announcements_;
   /// For what is done; shared with what is under way.
@@ -100,7 +102,6 @@ class LeaveGate {
   LeaveQuestion question_;
   std::vector<Subscription> subscriptions_;
   bool isLookPosted_ = false;
-  std::shared_ptr<const int> alive_ = std::make_shared<const int>();
 };
 
 }  // namespace cirrovane

@@ -30,6 +30,13 @@ std::span<const QuestionEdge> questionTable() {
   return kTable;
 }
 
+void LeaveQuestion::announce(bool isSafe, std::chrono::milliseconds within) {
+  if (state_.value() == State::calm) {
+    patience_ = std::min<std::chrono::milliseconds>(within, kPatience);
+  }
+  take(isSafe ? Event::announcedSafe : Event::announcedUnsafe);
+}
+
 void LeaveQuestion::take(QuestionEvent event) {
   const auto* const edge = std::ranges::find_if(
       kTable, [&](const QuestionEdge& each) { return each.from == state_.value() && each.event == event; });
@@ -37,7 +44,7 @@ void LeaveQuestion::take(QuestionEvent event) {
     return;
   }
   if (edge->to == State::asked) {
-    alarm_.set(kPatience, [this] { take(Event::silence); });
+    alarm_.set(patience_, [this] { take(Event::silence); });
   } else {
     alarm_.clear();
   }

@@ -54,7 +54,7 @@ std::span<const QuestionEdge> questionTable();
 /// time, and then lets go of nothing by itself.
 class LeaveQuestion {
  public:
-  /// Without an answer in this time the machine goes on.
+  /// Without an answer in this time the machine goes on, or sooner where it does not wait that long.
   static constexpr std::chrono::seconds kPatience{35};
 
   /// `letGo` has the machine go on with what it announced. The alarm is this question's own.
@@ -65,12 +65,17 @@ class LeaveQuestion {
   LeaveQuestion& operator=(const LeaveQuestion&) = delete;
 
   const Published<QuestionState>& state() const { return state_; }
+  /// How long the latest question waits for an answer.
+  std::chrono::milliseconds patience() const { return patience_; }
 
+  /// A shutdown is announced, which waits that long.
+  void announce(bool isSafe, std::chrono::milliseconds within);
   void take(QuestionEvent event);
 
  private:
   Alarm& alarm_;
   std::function<void()> letGo_;
+  std::chrono::milliseconds patience_ = kPatience;
   Published<QuestionState> state_{QuestionState::calm};
 };
 

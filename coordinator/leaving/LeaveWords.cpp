@@ -59,12 +59,14 @@ std::string outcomeSentence(const LeaveStanding& standing) {
   return "";
 }
 
-std::string questionSentence(QuestionState state) {
+std::string questionSentence(QuestionState state, std::chrono::milliseconds patience) {
   switch (state) {
     case QuestionState::calm:
       break;
     case QuestionState::asked:
-      return "Work on this Mac has not reached iCloud Drive. Without an answer it goes on in 35 seconds.";
+      return fmt::format(
+          "Work on this Mac has not reached iCloud Drive. Without an answer, it goes on after {} seconds.",
+          std::chrono::round<std::chrono::seconds>(patience).count());
     case QuestionState::staying:
       return "Goes on by itself as soon as it is safe. The system may not wait that long.";
   }

@@ -3,6 +3,7 @@
 #include "coordinator/leaving/LeaveQuestion.h"
 #include "coordinator/leaving/LeaveWait.h"
 
+#include <chrono>
 #include <string>
 
 // What a wait to leave and the question before a shutdown say to people. Pure functions.
@@ -16,6 +17,6 @@ std::string waitSentence(const LeaveStanding& standing);
 std::string outcomeSentence(const LeaveStanding& standing);
 
 /// What the sheet before a shutdown says besides what is left; empty while nobody is asked.
-std::string questionSentence(QuestionState state);
+std::string questionSentence(QuestionState state, std::chrono::milliseconds patience);
 
 }  // namespace cirrovane

@@ -3,7 +3,7 @@
 # The commands below the one that was typed, which is "" at first.
 _cirrovanectl_commands() {
   case $1 in
-    "") echo "check watch pending metrics coverage explain refresh watchlist history incidents diagnose status export tools version" ;;
+    "") echo "check watch leave pending metrics coverage explain refresh watchlist history incidents diagnose status export tools version" ;;
     coverage) echo "acknowledge forget acknowledged" ;;
     watchlist) echo "list add remove" ;;
     incidents) echo "resolve reopen" ;;
@@ -19,6 +19,7 @@ _cirrovanectl_options() {
     "check ") options+=" --wait --timeout --interval --strict" ;;
     "coverage acknowledge") options+=" --days" ;;
     "watch ") options+=" --timeout" ;;
+    "leave ") options+=" --timeout --then" ;;
     "pending ") options+=" --sort --limit" ;;
     "metrics ") options+=" --textfile" ;;
     "history ") options+=" --limit" ;;
@@ -33,6 +34,7 @@ _cirrovanectl_values() {
     --scope) echo "all active resolved" ;;
     --severity) echo "all warning error" ;;
     --sort) echo "size age name" ;;
+    --then) echo "nothing sleep shutdown" ;;
     diagnose) echo "icloud finder network storage power performance system" ;;
   esac
 }
@@ -43,7 +45,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --days | --textfile) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --then | --days | --textfile) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -61,7 +63,7 @@ _cirrovanectl() {
   case $previous in
     --mac-root) files=-d ;;
     --textfile) files=-f ;;
-    --scope | --severity | --sort) words=$(_cirrovanectl_values "$previous") ;;
+    --scope | --severity | --sort | --then) words=$(_cirrovanectl_values "$previous") ;;
     --timeout | --interval | --limit | --days) ;;
     *)
       if [[ $current == -* ]]; then

@@ -16,6 +16,7 @@ _cirrovanectl() {
       local -a commands=(
         'check:scan folders and say whether it is safe to close'
         'watch:say whether it is safe to close, now and at every change'
+        'leave:wait until it is safe to close, then sleep or shut down'
         'pending:show what is left to upload'
         'metrics:print the state of this machine for Prometheus'
         'coverage:say what the verdict does not vouch for'
@@ -41,6 +42,10 @@ _cirrovanectl() {
           ;;
         watch)
           _arguments $everywhere $json '--timeout[end after so many seconds]:seconds:' '*:folder:_files -/'
+          ;;
+        leave)
+          _arguments $everywhere $json '--timeout[give up after so many seconds]:seconds:' \
+            '--then[what to do once it is safe]:act:(nothing sleep shutdown)'
           ;;
         pending)
           _arguments $everywhere $json '--sort[which first]:order:(size age name)' \

@@ -147,12 +147,14 @@ class Node:
 class Application:
     """A running application, on a desktop and a demo Mac."""
 
-    def __init__(self, desktop, program, mac, arguments=(), environment=None):
+    def __init__(self, desktop, program, mac, arguments=(), environment=None, is_host=False):
+        """On the machine itself, the demo Mac lends its home folder alone."""
         self.desktop, self.mac = desktop, mac
         self.log_file = desktop.folder / f"cirrovane-{mac.root.name}-{len(desktop.logs)}.log"
         desktop.logs.append(self.log_file)
-        command = [program, "--mac-root", mac.root, *arguments]
-        self.process = desktop.spawn(command, environment, log=self.log_file)
+        root = () if is_host else ("--mac-root", mac.root)
+        environment = {**(mac.home_of_the_host() if is_host else {}), **(environment or {})}
+        self.process = desktop.spawn([program, *root, *arguments], environment, log=self.log_file)
 
     @property
     def log(self):

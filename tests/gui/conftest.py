@@ -8,6 +8,7 @@ from pathlib import Path
 import pytest
 from application import Application
 from desktop import Desktop
+from login_service import LoginService
 from mac import DemoMac
 from services import file_manager
 
@@ -31,8 +32,9 @@ class Launcher:
         self.macs.append(mac)
         return mac
 
-    def launch(self, mac, *arguments, **environment):
-        self.applications.append(Application(self._desktop, PROGRAMS / "cirrovane", mac, arguments, environment))
+    def launch(self, mac, *arguments, is_host=False, **environment):
+        program = PROGRAMS / "cirrovane"
+        self.applications.append(Application(self._desktop, program, mac, arguments, environment, is_host))
         return self.applications[-1]
 
     def close(self):
@@ -102,6 +104,13 @@ def mac(launcher):
 def launch(launcher, mac):
     """Starts the application; with arguments and environment, and on another demo Mac, if that is wanted."""
     return lambda *arguments, on=None, **environment: launcher.launch(on or mac, *arguments, **environment)
+
+
+@pytest.fixture
+def logind():
+    """The machine's login service, played on a bus of the test's own."""
+    with LoginService() as service:
+        yield service
 
 
 @pytest.fixture

@@ -29,6 +29,12 @@ class DemoMac:
         """The troubles that it was made with are back: the next scan finds it unsafe."""
         self._demo("unsettle", self.root)
 
+    def cloud_files(self):
+        """Of the watched folders in iCloud Drive, in the order of their paths."""
+        drive = self.root / "Users/demo/Library/Mobile Documents/com~apple~CloudDocs"
+        shown = (path for path in drive.rglob("*") if path.is_file() and ".pages" not in str(path))
+        return sorted(path for path in shown if not any(part.startswith(".") for part in path.relative_to(drive).parts))
+
     def set_file(self, path, **state):
         self._demo("set", path, *(f"{key}={value}" for key, value in state.items()))
 
@@ -52,6 +58,16 @@ class DemoMac:
         """What the command-line tool answers of this Mac."""
         command = [self._programs / "cirrovanectl", "--mac-root", self.root, *arguments, "--json"]
         return json.loads(subprocess.run(command, stdout=subprocess.PIPE, check=False).stdout)
+
+    def home_of_the_host(self):
+        """The environment of a program that takes this Mac's home folder for its user's on the host."""
+        home = self.root / "Users/demo"
+        library = home / "Library"
+        return {
+            "HOME": str(home),
+            "XDG_DATA_HOME": str(library / "Application Support"),
+            "XDG_CONFIG_HOME": str(library / "Preferences"),
+        }
 
     def remove(self):
         shutil.rmtree(self.root, ignore_errors=True)

@@ -16,6 +16,7 @@ TestCase {
         const made = panel.createObject(null, {
             snapshot: null,
             settings: null,
+            leaving: null,
             commands: null,
             hasMenuBar: false
         });

@@ -56,7 +56,15 @@ Sheet {
                 contentHeight: column.implicitHeight
                 boundsBehavior: Flickable.StopAtBounds
 
+                // In the sheet's margin, beside the settings.
                 T.ScrollBar.vertical: ScrollIndicator {
+                    parent: flickable.parent
+                    anchors {
+                        top: flickable.top
+                        bottom: flickable.bottom
+                        left: flickable.right
+                        leftMargin: 4
+                    }
                 }
 
                 ColumnLayout {

@@ -15,7 +15,7 @@ LeaveViewModel::LeaveViewModel(LeaveGate& gate, const DashboardViewModel& dashbo
   subscriptions_.push_back(gate_.wait().afterChange(tell));
   subscriptions_.push_back(gate_.awake().afterChange(tell));
   subscriptions_.push_back(dashboard_.publishedUploads().afterChange(tell));
-  subscriptions_.push_back(gate_.question().afterChange([this](QuestionState state) {
+  subscriptions_.push_back(gate_.question().state().afterChange([this](QuestionState state) {
     emit changed();
     if (state == QuestionState::asked) {
       emit asked();
@@ -40,7 +40,7 @@ QString LeaveViewModel::awakeText() const {
 }
 
 QString LeaveViewModel::question() const {
-  return toQString(questionSentence(gate_.question().value()));
+  return toQString(questionSentence(gate_.question().state().value(), gate_.question().patience()));
 }
 
 QString LeaveViewModel::left() const {

@@ -40,9 +40,9 @@ class LeaveViewModel : public QObject {
   /// "Kept awake since 9:41:07 AM.", or why it is not though it should be; empty otherwise.
   QString awakeText() const;
   /// Whether a shutdown waits for the user, or for a safe moment by the user's wish.
-  bool isAsked() const { return gate_.question().value() != QuestionState::calm; }
+  bool isAsked() const { return gate_.question().state().value() != QuestionState::calm; }
   /// Whether "Wait" is an answer still.
-  bool canWait() const { return gate_.question().value() == QuestionState::asked; }
+  bool canWait() const { return gate_.question().state().value() == QuestionState::asked; }
   QString question() const;
   /// What is left to upload, and how long that takes; else the verdict's own words.
   QString left() const;

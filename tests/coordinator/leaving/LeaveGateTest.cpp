@@ -57,7 +57,7 @@ class LeaveGateTest : public LiveTest {
     ASSERT_EQ(isSafe(), isUploaded);
   }
   void announce(PowerAct act) {
-    power_.listener->leaving(act, 5s);
+    power_.listener->leaving(act, 40s);
     settle();
   }
   void askBeforeShutdown() {
@@ -166,7 +166,7 @@ TEST_F(LeaveGateTest, shutdownWhileSafe_goesOnAtOnce) {
   askBeforeShutdown();
   announce(PowerAct::shutdown);
   EXPECT_EQ(power_.letGo, 1);
-  EXPECT_EQ(gate_->question().value(), QuestionState::calm);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::calm);
 }
 
 TEST_F(LeaveGateTest, shutdownWhileUnsafe_asks) {
@@ -174,7 +174,7 @@ TEST_F(LeaveGateTest, shutdownWhileUnsafe_asks) {
   turn(false);
   announce(PowerAct::shutdown);
   EXPECT_EQ(power_.letGo, 0);
-  EXPECT_EQ(gate_->question().value(), QuestionState::asked);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::asked);
   gate_->answerLeave();
   EXPECT_EQ(power_.letGo, 1);
 }
@@ -184,10 +184,10 @@ TEST_F(LeaveGateTest, shutdownWhileUnsafe_waitedFor_goesOnWhenSafe) {
   turn(false);
   announce(PowerAct::shutdown);
   gate_->answerWait();
-  EXPECT_EQ(gate_->question().value(), QuestionState::staying);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::staying);
   turn(true);
   EXPECT_EQ(power_.letGo, 1);
-  EXPECT_EQ(gate_->question().value(), QuestionState::calm);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::calm);
 }
 
 TEST_F(LeaveGateTest, shutdownThatCanBeCalledOff_isMadeUpForWhenSafe) {
@@ -198,7 +198,7 @@ TEST_F(LeaveGateTest, shutdownThatCanBeCalledOff_isMadeUpForWhenSafe) {
   gate_->answerWait();
   settle();
   EXPECT_EQ(power_.calledOff, 1);
-  EXPECT_EQ(gate_->question().value(), QuestionState::calm);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::calm);
   EXPECT_THAT(power_.acts, IsEmpty());
   turn(true);
   EXPECT_THAT(power_.acts, ElementsAre(PowerAct::shutdown));
@@ -219,7 +219,7 @@ TEST_F(LeaveGateTest, shutdownCalledOff_takesTheQuestionBack) {
   announce(PowerAct::shutdown);
   power_.listener->stays(PowerAct::shutdown);
   settle();
-  EXPECT_EQ(gate_->question().value(), QuestionState::calm);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::calm);
   EXPECT_EQ(power_.letGo, 0);
 }
 
@@ -228,7 +228,7 @@ TEST_F(LeaveGateTest, sleepAnnounced_isHeldUpByNobody) {
   turn(false);
   announce(PowerAct::sleep);
   EXPECT_EQ(power_.letGo, 1);
-  EXPECT_EQ(gate_->question().value(), QuestionState::calm);
+  EXPECT_EQ(gate_->question().state().value(), QuestionState::calm);
 }
 
 TEST_F(LeaveGateTest, askingTurnedOff_answersWhatIsAsked) {

@@ -35,6 +35,15 @@ TEST_F(LeaveQuestionTest, calm_announcedWhileUnsafe_asks) {
   EXPECT_EQ(alarm_.after(), 35s);
 }
 
+TEST_F(LeaveQuestionTest, machineThatWaitsLess_isAnsweredSooner) {
+  question_.announce(/*isSafe=*/false, 5s);
+  EXPECT_EQ(alarm_.after(), 5s);
+  EXPECT_EQ(question_.patience(), 5s);
+  alarm_.ring();
+  question_.announce(/*isSafe=*/false, 40s);
+  EXPECT_EQ(alarm_.after(), 35s);
+}
+
 TEST_F(LeaveQuestionTest, calm_answers_areNone) {
   for (const QuestionEvent event : {QuestionEvent::wait, QuestionEvent::leaveAnyway, QuestionEvent::silence,
                                     QuestionEvent::safe, QuestionEvent::calledOff}) {

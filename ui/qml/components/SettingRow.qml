@@ -18,13 +18,20 @@ ColumnLayout {
     spacing: Theme.rowSpacing
     Layout.fillWidth: true
 
-    RowLayout {
-        spacing: Theme.cardSpacing
+    // Anchors, since a layout of Qt 6.4 leaves the control where it was when the text beside it needs fewer lines.
+    Item {
+        implicitHeight: Math.max(texts.implicitHeight, place.implicitHeight)
         Layout.fillWidth: true
 
         ColumnLayout {
+            id: texts
             spacing: 2
-            Layout.fillWidth: true
+            anchors {
+                left: parent.left
+                right: place.left
+                rightMargin: Theme.cardSpacing
+                verticalCenter: parent.verticalCenter
+            }
 
             AppLabel {
                 text: row.title
@@ -42,7 +49,10 @@ ColumnLayout {
         }
         RowLayout {
             id: place
-            Layout.fillWidth: false
+            anchors {
+                right: parent.right
+                verticalCenter: parent.verticalCenter
+            }
         }
     }
     NoteRow {
