@@ -108,7 +108,7 @@ void LogindGate::letGo() {
 
 Result<std::unique_ptr<PowerHold>> LogindGate::keepAwake(const std::string& reason) {
   using Outcome = Result<std::shared_ptr<HeldLock>>;
-  Outcome held = ask<Outcome>([this, why = displayText(reason)](const auto& answer) {
+  auto held = ask<Outcome>([this, why = displayText(reason)](const auto& answer) {
     if (auto failure = connect()) {
       answer(std::move(*failure));
       return;

@@ -64,7 +64,7 @@ int hand(sd_bus_message* message, void* handler, sd_bus_error* /*failure*/) {
 }
 
 void deleteHandler(void* handler) {
-  delete static_cast<SystemBus::Handler*>(handler);
+  const std::unique_ptr<SystemBus::Handler> owned(static_cast<SystemBus::Handler*>(handler));
 }
 
 /// Has the handler live as long as the connection waits for messages for it.
