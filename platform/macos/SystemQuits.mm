@@ -36,16 +36,16 @@ std::optional<std::uint32_t> quitReason() {
   return reason != nil ? std::optional<std::uint32_t>(reason.enumCodeValue) : std::nullopt;
 }
 
-/// Ends the application in the system's favour.
-void acceptQuit() {
+/// Ends the application in the system's favour, or calls off the logout that its end belongs to.
+void answerQuit(bool goesOn) {
   dispatch_async(dispatch_get_main_queue(), ^{
-    [NSApplication.sharedApplication replyToApplicationShouldTerminate:YES];
+    [NSApplication.sharedApplication replyToApplicationShouldTerminate:goesOn ? YES : NO];
   });
 }
 
 bool asksToWait(QuitHearer& hearer) {
   const std::lock_guard lock(hearer.mutex);
-  return hearer.ask && hearer.ask(acceptQuit);
+  return hearer.ask && hearer.ask(answerQuit);
 }
 
 }  // namespace

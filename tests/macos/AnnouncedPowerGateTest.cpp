@@ -72,7 +72,7 @@ class AnnouncedPowerGateTest : public testing::Test {
     queue_->run();
   }
   bool quit() {
-    const bool waits = askQuit_([this] { ++answers_; });
+    const bool waits = askQuit_([this](bool goesOn) { ++(goesOn ? answers_ : refusals_); });
     queue_->run();
     return waits;
   }
@@ -85,6 +85,7 @@ class AnnouncedPowerGateTest : public testing::Test {
   int notices_ = 0;
   int holds_ = 0;
   int answers_ = 0;
+  int refusals_ = 0;
   std::int32_t error_ = 0;
   std::vector<std::string> reasons_;
   std::vector<PowerAct> acts_;
@@ -186,6 +187,25 @@ TEST_F(AnnouncedPowerGateTest, quitOfTheSystem_notLetGo_isAnsweredWithinFortySec
   EXPECT_EQ(answers_, 0);
   queue_->advance(seconds(2));
   EXPECT_EQ(answers_, 1);
+}
+
+TEST_F(AnnouncedPowerGateTest, quitOfTheSystem_calledOff_isAnsweredOnce) {
+  AnnouncedPowerGate& gate = started();
+  EXPECT_TRUE(quit());
+  EXPECT_TRUE(gate.callOff());
+  EXPECT_EQ(refusals_, 1);
+  gate.letGo();
+  queue_->advance(seconds(40));
+  EXPECT_EQ(answers_, 0);
+  EXPECT_FALSE(gate.callOff());
+  EXPECT_EQ(refusals_, 1);
+}
+
+TEST_F(AnnouncedPowerGateTest, sleep_cannotBeCalledOff) {
+  AnnouncedPowerGate& gate = started();
+  announce(power_message::willSleep);
+  EXPECT_FALSE(gate.callOff());
+  EXPECT_EQ(answers_, 0);
 }
 
 TEST_F(AnnouncedPowerGateTest, sleepAndQuitTogether_areBothAnswered) {

@@ -44,10 +44,12 @@ class AnnouncedPowerGate::State final : public std::enable_shared_from_this<Stat
                [message](State& state, PowerSystem::Proceed go) { state.take(message, std::move(go)); });
         });
     if (system.hearQuits) {
-      quits_ = system.hearQuits([weak = weak_from_this(), queue = queue_](PowerSystem::Proceed proceed) {
-        return post(queue, weak, std::move(proceed), [](State& state, PowerSystem::Proceed go) {
-          state.leave(PowerAct::shutdown, kQuitWaits, std::move(go));
-        });
+      quits_ = system.hearQuits([weak = weak_from_this(), queue = queue_](const PowerSystem::QuitReply& reply) {
+        return post(
+            queue, weak, [reply] { reply(true); },
+            [reply](State& state, PowerSystem::Proceed go) {
+              state.leave(PowerAct::shutdown, kQuitWaits, std::move(go), [reply] { reply(false); });
+            });
       });
     }
     listener_->stands(sleep_ ? std::nullopt
@@ -58,6 +60,19 @@ class AnnouncedPowerGate::State final : public std::enable_shared_from_this<Stat
     for (const Wait& wait : std::exchange(waits_, {})) {
       wait.proceed();
     }
+  }
+
+  bool callOff() {
+    bool isCalledOff = false;
+    std::erase_if(waits_, [&](const Wait& wait) {
+      if (!wait.callOff) {
+        return false;
+      }
+      wait.callOff();
+      isCalledOff = true;
+      return true;
+    });
+    return isCalledOff;
   }
 
   void end() {
@@ -71,6 +86,8 @@ class AnnouncedPowerGate::State final : public std::enable_shared_from_this<Stat
   struct Wait {
     int number;
     PowerSystem::Proceed proceed;
+    /// Empty where it cannot be.
+    std::function<void()> callOff;
   };
 
   /// Has the state take it on the queue, or lets the system go on where there is none any more. Whether it is taken.
@@ -100,14 +117,14 @@ class AnnouncedPowerGate::State final : public std::enable_shared_from_this<Stat
     }
   }
 
-  void leave(PowerAct act, seconds within, PowerSystem::Proceed proceed) {
+  void leave(PowerAct act, seconds within, PowerSystem::Proceed proceed, std::function<void()> callOff = nullptr) {
     const std::shared_ptr<SerialQueue> queue = queue_.lock();
     if (!queue) {
       proceed();
       return;
     }
     const int number = ++lastNumber_;
-    waits_.push_back({number, std::move(proceed)});
+    waits_.push_back({number, std::move(proceed), std::move(callOff)});
     queue->postAfter(within, [weak = weak_from_this(), number] {
       if (const std::shared_ptr<State> state = weak.lock()) {
         state->giveUp(number);
@@ -150,6 +167,12 @@ void AnnouncedPowerGate::start() {
 
 void AnnouncedPowerGate::letGo() {
   queue_->post([state = state_] { state->letGo(); });
+}
+
+bool AnnouncedPowerGate::callOff() {
+  bool isCalledOff = false;
+  queue_->runAndWait([&] { isCalledOff = state_->callOff(); });
+  return isCalledOff;
 }
 
 Result<std::unique_ptr<PowerHold>> AnnouncedPowerGate::keepAwake(const std::string& reason) {

@@ -35,8 +35,10 @@ struct PowerSystem {
   /// Lets the system go on with what it waits for, once. Callable on any thread.
   using Proceed = std::function<void()>;
   using SleepTold = std::function<void(std::uint32_t message, Proceed proceed)>;
-  /// Whether the system has to wait until `proceed` before it ends the program. Returns at once.
-  using QuitAsked = std::function<bool(Proceed proceed)>;
+  /// Has the system go on with the quit, or calls off all that it belongs to, once. Callable on any thread.
+  using QuitReply = std::function<void(bool goesOn)>;
+  /// Whether the system has to wait for `reply` before it ends the program. Returns at once.
+  using QuitAsked = std::function<bool(QuitReply reply)>;
 
   /// Has what the system says of sleep told, on any thread; nullptr when the system refuses.
   std::function<std::unique_ptr<PowerNotices>(SleepTold tell)> hearSleep;
@@ -65,6 +67,8 @@ class AnnouncedPowerGate final : public PowerGate {
 
   void start() override;
   void letGo() override;
+  /// A quit of the system can be called off, and a sleep cannot.
+  bool callOff() override;
   Result<std::unique_ptr<PowerHold>> keepAwake(const std::string& reason) override;
   std::optional<Failure> perform(PowerAct act) override;
 
