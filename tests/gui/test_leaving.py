@@ -36,7 +36,7 @@ def wait_for_line(application, logind, beginning, count=1):
 
 
 def test_sleepWhenSafe_whileUnsafe_staysAwakeUntilTheUploadEnds(on_host, mac, logind):
-    file = make_pending(mac)
+    make_pending(mac)
     application = on_host()
     application.press("push button", "Sleep When Safe", CARD)
     application.node("label", "Sleeps as soon as it is safe.", CARD)
@@ -46,7 +46,7 @@ def test_sleepWhenSafe_whileUnsafe_staysAwakeUntilTheUploadEnds(on_host, mac, lo
         "since when it is kept awake",
     )
     assert logind.count("Suspend") == 0
-    mac.set_file(file, isUploaded="true")
+    mac.upload()
     wait_for_line(application, logind, "Suspend")
     wait_for_line(application, logind, "released idle")
     application.node("push button", "Sleep When Safe", CARD)
@@ -78,11 +78,16 @@ def test_sleepWhenSafe_denied_saysWhy(on_host, mac, logind):
 
 
 def test_sleepWhenSafe_onADescribedMac_isItsOwnPmset(launch, mac):
-    mac.settle()
+    make_pending(mac)
     application = launch(CIRROVANE_DEMO_TAB="overview").ready()
     application.press("push button", "Sleep When Safe", CARD)
     log = mac.root / "var/log/power.log"
-    application.wait_until(lambda: log.exists() and "pmset sleepnow" in log.read_text(), "its sleep")
+    application.wait_until(lambda: log.exists() and "caffeinate -i -w " in log.read_text(), "its caffeinate")
+    assert "pmset" not in log.read_text()
+    mac.upload()
+    application.wait_until(lambda: "pmset sleepnow" in log.read_text(), "its sleep")
+    application.node("push button", "Sleep When Safe", CARD)
+    assert log.read_text().count("pmset sleepnow") == 1
 
 
 def test_panel_sleepsWhenSafeToo(on_host, mac, logind):
