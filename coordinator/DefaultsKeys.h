@@ -17,6 +17,10 @@ inline constexpr std::string_view kLastLaunchedBuildKey = "Cirrovane.lastLaunche
 inline constexpr std::string_view kVisualStyleKey = "visualStyle";
 /// Truth value: whether anything on screen moves by itself.
 inline constexpr std::string_view kMotionEnabledKey = "motionEnabled";
+/// Truth value: whether metrics are written after each refresh.
+inline constexpr std::string_view kMetricsEnabledKey = "metricsEnabled";
+/// Text: the absolute path of the file that they are written to.
+inline constexpr std::string_view kMetricsFileKey = "metricsFile";
 /// Truth value: whether the dashboard explains its terms.
 inline constexpr std::string_view kShowTerminologyOnDashboardKey = "showTerminologyOnDashboard";
 
