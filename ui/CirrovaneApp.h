@@ -4,6 +4,7 @@
 #include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/LiveVerdict.h"
+#include "coordinator/MetricsFile.h"
 #include "platform/Desktop.h"
 #include "platform/Machine.h"
 #include "platform/posix/ThreadExecutor.h"
@@ -15,6 +16,7 @@
 #include "ui/viewmodels/AppSettings.h"
 #include "ui/viewmodels/LoginItemSetting.h"
 #include "ui/viewmodels/MenuCommands.h"
+#include "ui/viewmodels/MetricsSetting.h"
 #include "ui/viewmodels/NotificationPermission.h"
 #include "ui/viewmodels/PageContext.h"
 #include "ui/viewmodels/ScanStatus.h"
@@ -77,6 +79,7 @@ class CirrovaneApp : public QObject {
   ThreadExecutor updatesExecutor_;
   ThreadExecutor coverageExecutor_;
   ThreadExecutor coverageFilesExecutor_;
+  ThreadExecutor metricsExecutor_;
   QtTimer refreshTimer_;
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
@@ -92,9 +95,11 @@ class CirrovaneApp : public QObject {
   LiveVerdict live_;
   DashboardViewModel dashboard_;
   CoverageReview coverage_;
+  MetricsFile metricsFile_;
   AppUpdateService updates_;
   LoginItemSetting loginItem_;
   NotificationPermission notificationPermission_;
+  MetricsSetting metricsSetting_;
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;

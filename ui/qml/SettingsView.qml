@@ -116,6 +116,9 @@ Sheet {
                             onActed: sheet.settings.loginItem.act()
                         }
                     }
+                    MetricsSettings {
+                        metrics: sheet.settings.metrics
+                    }
                 }
             }
         }
