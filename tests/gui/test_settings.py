@@ -8,7 +8,7 @@ from Xlib import X
 
 DIALOG = ("dialog", "Settings")
 CHOICES = ["Liquid Glass", "Classic", "Motion", "Show terminology in dashboard", "Guardrail Notifications",
-           "Open at login"]  # fmt: skip
+           "Open at login", "Write metrics for this Mac"]  # fmt: skip
 REFUSED = "No notifications are shown: allow Cirrovane in your desktop's settings, under Notifications."
 NOT_INSTALLED = "Only an installed application can be opened at login."
 

@@ -1,6 +1,7 @@
 #include "tests/coordinator/ManualDashboard.h"
 #include "ui/viewmodels/MetricsSetting.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <memory>
 #include <optional>
@@ -23,6 +24,18 @@ class MetricsSettingTest : public Dashboard {
     file_.reset();
   }
 
+  /// What a panel needs to open and be answered.
+  static void runPanel() { QCoreApplication::processEvents(); }
+  void switchOn() {
+    setting_->setOn(true);
+    runPanel();
+  }
+
+  // A queued call needs an application object.
+  int argumentCount_ = 1;
+  char name_[6] = "tests";
+  char* arguments_[1] = {name_};
+  QCoreApplication application_{argumentCount_, arguments_};
   std::optional<MetricsFile> file_{std::in_place, dashboard_->cycle(), coverage_->report(),
                                    MetricsFileEnvironment{main_, status_, storage_, defaults_, "v1.2 (45)"}};
   std::unique_ptr<MetricsSetting> setting_ = std::make_unique<MetricsSetting>(*file_, panels_);
@@ -37,7 +50,7 @@ TEST_F(MetricsSettingTest, nobodyChose_isOffWithoutAPlace) {
 TEST_F(MetricsSettingTest, switchedOn_asksForThePlaceOnce) {
   panels_.answer = kPlace;
   const QSignalSpy told(setting_.get(), &MetricsSetting::changed);
-  setting_->setOn(true);
+  switchOn();
   ASSERT_THAT(panels_.savePanels(), SizeIs(1));
   EXPECT_EQ(panels_.savePanels().front().proposedName, "cirrovane.prom");
   EXPECT_EQ(panels_.savePanels().front().kind.suffix, "prom");
@@ -51,17 +64,25 @@ TEST_F(MetricsSettingTest, switchedOn_asksForThePlaceOnce) {
   EXPECT_THAT(panels_.savePanels(), SizeIs(1));
 }
 
-TEST_F(MetricsSettingTest, placeNotChosen_staysOff) {
+TEST_F(MetricsSettingTest, switchedOn_answersBeforeThePanelOpens) {
   setting_->setOn(true);
+  EXPECT_THAT(panels_.savePanels(), SizeIs(0));
+  runPanel();
+  EXPECT_THAT(panels_.savePanels(), SizeIs(1));
+}
+
+TEST_F(MetricsSettingTest, placeNotChosen_staysOff) {
+  switchOn();
   EXPECT_THAT(panels_.savePanels(), SizeIs(1));
   EXPECT_FALSE(setting_->isOn());
 }
 
 TEST_F(MetricsSettingTest, anotherPlace_isWrittenToFromThenOn) {
   panels_.answer = kPlace;
-  setting_->setOn(true);
+  switchOn();
   panels_.answer = "/tmp/other.prom";
   setting_->choosePlace();
+  runPanel();
   EXPECT_EQ(setting_->place(), "/tmp/other.prom");
   cycle();
   EXPECT_FALSE(isWritten(kPlace));
@@ -71,14 +92,14 @@ TEST_F(MetricsSettingTest, anotherPlace_isWrittenToFromThenOn) {
 TEST_F(MetricsSettingTest, goneWhileThePanelIsOpen_doesNothingWithTheAnswer) {
   panels_.answer = kPlace;
   panels_.whileOpen = [this] { setting_.reset(); };
-  setting_->setOn(true);
+  switchOn();
   EXPECT_FALSE(file_->isOn());
 }
 
 TEST_F(MetricsSettingTest, fileThatCannotBeWritten_isSaidUntilItCan) {
   panels_.answer = kPlace;
   storage_.failure = Failure{"The disk is full."};
-  setting_->setOn(true);
+  switchOn();
   cycle();
   const QSignalSpy told(setting_.get(), &MetricsSetting::changed);
   EXPECT_EQ(setting_->note(), "The metrics could not be written. The disk is full.");

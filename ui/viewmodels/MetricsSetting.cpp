@@ -32,14 +32,20 @@ void MetricsSetting::setOn(bool isOn) {
 }
 
 void MetricsSetting::choosePlace() {
-  const QPointer<MetricsSetting> self = this;
-  const std::optional<std::string> place =
-      panels_.chooseFileToSave({"Write Metrics", "cirrovane.prom", {.title = "Prometheus", .suffix = "prom"}});
-  // The panel handles events, and one of them may have ended everything.
-  if (place && self != nullptr) {
-    file_.writeTo(*place);
-    emit changed();
-  }
+  // Whoever called by a screen reader has an answer before the panel opens, and may work in it.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        const QPointer<MetricsSetting> self = this;
+        const std::optional<std::string> place =
+            panels_.chooseFileToSave({"Write Metrics", "cirrovane.prom", {.title = "Prometheus", .suffix = "prom"}});
+        // The panel handles events, and one of them may have ended everything.
+        if (place && self != nullptr) {
+          file_.writeTo(*place);
+          emit changed();
+        }
+      },
+      Qt::QueuedConnection);
 }
 
 }  // namespace cirrovane

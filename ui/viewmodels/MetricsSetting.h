@@ -30,7 +30,7 @@ class MetricsSetting : public QObject {
 
   /// Has the user choose a place where there is none, and stays off without one.
   void setOn(bool isOn);
-  /// Lets the user name the file, and writes to that from then on.
+  /// Lets the user name the file, a turn of the event loop later, and writes to that from then on.
   Q_INVOKABLE void choosePlace();
 
  signals:
