@@ -25,7 +25,7 @@ std::string metricsOf(CommandContext& context) {
   const std::unique_ptr<const ScanHistoryStore> history = context.openHistory();
   const std::unique_ptr<const IncidentStore> incidents = context.openIncidents();
   return fleetMetrics({.report = report,
-                       .coverage = coverage,
+                       .coverage = &coverage,
                        .uploads = uploads,
                        .history = history->snapshots(),
                        .incidents = incidents->records(),

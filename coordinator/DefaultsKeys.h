@@ -23,7 +23,10 @@ inline constexpr std::string_view kKeepAwakeWhilePendingKey = "keepAwakeWhileUpl
 inline constexpr std::string_view kLeastBatteryPercentKey = "keepAwakeLeastBatteryPercent";
 /// Truth value: whether the user is asked before a shutdown while it is not safe.
 inline constexpr std::string_view kAskBeforeShutdownKey = "askBeforeShutdown";
-
+/// Truth value: whether metrics are written after each refresh.
+inline constexpr std::string_view kMetricsEnabledKey = "metricsEnabled";
+/// Text: the absolute path of the file that they are written to.
+inline constexpr std::string_view kMetricsFileKey = "metricsFile";
 /// Truth value: whether the dashboard explains its terms.
 inline constexpr std::string_view kShowTerminologyOnDashboardKey = "showTerminologyOnDashboard";
 

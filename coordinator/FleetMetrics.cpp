@@ -37,10 +37,10 @@ double secondsOf(Time time) {
 
 class MetricsWriter {
  public:
-  /// Begins a family of gauges.
-  void family(std::string_view name, std::string_view help) {
+  /// Begins a family.
+  void family(std::string_view name, std::string_view help, std::string_view type = "gauge") {
     name_ = name;
-    fmt::format_to(std::back_inserter(text_), "# HELP cirrovane_{0} {1}\n# TYPE cirrovane_{0} gauge\n", name, help);
+    fmt::format_to(std::back_inserter(text_), "# HELP cirrovane_{0} {1}\n# TYPE cirrovane_{0} {2}\n", name, help, type);
   }
   void sample(std::int64_t value) { fmt::format_to(std::back_inserter(text_), "cirrovane_{} {}\n", name_, value); }
   void sample(std::string_view label, std::string_view labelValue, std::int64_t value) {
@@ -110,6 +110,8 @@ void writeFiles(const FleetFacts& facts, MetricsWriter& out) {
 }
 
 void writeCoverage(const CoverageReport& coverage, MetricsWriter& out) {
+  out.moment("last_coverage_timestamp_seconds", "When the latest look began at what the verdict leaves out.",
+             coverage.generatedAt);
   out.gauge("coverage_complete", "1 when the verdict leaves nothing out that nobody knows of, else 0.",
             coverage.complete ? 1 : 0);
   out.family("coverage_gaps", "What the verdict does not vouch for, by its kind.");
@@ -120,6 +122,29 @@ void writeCoverage(const CoverageReport& coverage, MetricsWriter& out) {
             std::ssize(coverage.notExamined));
 }
 
+void writeIncidents(std::span<const IncidentRecord> incidents, MetricsWriter& out) {
+  out.family("incidents", "What went wrong and was recorded, by whether it still does.");
+  out.sample("state", "active", activeIncidentCount(incidents));
+  out.sample("state", "resolved", resolvedIncidentCount(incidents));
+}
+
+void writeProbeFailures(const ProbeFailures& failures, MetricsWriter& out) {
+  out.family("failed_probes", "Probes of the latest refresh that told nothing, by what became of them.");
+  out.sample("outcome", "notStarted", failures.notStarted);
+  out.sample("outcome", "outOfTime", failures.outOfTime);
+  out.sample("outcome", "notReached", failures.notReached);
+}
+
+void writeLiveness(const Liveness& liveness, MetricsWriter& out) {
+  out.family("liveness", "1 for how the verdict stands to changes of the files, 0 for the other states.");
+  for (const LivenessState state : {LivenessState::live, LivenessState::catchingUp, LivenessState::notLive}) {
+    out.sample("state", rawValue(state), liveness.state == state ? 1 : 0);
+  }
+  out.family("live_disagreements_total", "Full scans since the application started that found what nobody had told of.",
+             "counter");
+  out.sample(liveness.disagreements);
+}
+
 }  // namespace
 
 std::string fleetMetrics(const FleetFacts& facts) {
@@ -128,10 +153,16 @@ std::string fleetMetrics(const FleetFacts& facts) {
   out.sample("version", facts.version, 1);
   writeVerdict(facts, out);
   writeFiles(facts, out);
-  writeCoverage(facts.coverage, out);
-  out.family("incidents", "What went wrong and was recorded, by whether it still does.");
-  out.sample("state", "active", activeIncidentCount(facts.incidents));
-  out.sample("state", "resolved", resolvedIncidentCount(facts.incidents));
+  if (facts.coverage != nullptr) {
+    writeCoverage(*facts.coverage, out);
+  }
+  writeIncidents(facts.incidents, out);
+  if (facts.probeFailures) {
+    writeProbeFailures(*facts.probeFailures, out);
+  }
+  if (facts.liveness) {
+    writeLiveness(*facts.liveness, out);
+  }
   return out.take();
 }
 

@@ -34,6 +34,7 @@ struct RefreshCycle::Cycle {
   /// Each absent until its stage is over.
   std::optional<CollectedFindings> collected;
   std::optional<SystemStatusSnapshot> status;
+  std::optional<ProbeFailures> probeFailures;
 };
 
 RefreshCycle::RefreshCycle(Services services, const RefreshEnvironment& environment)
@@ -139,6 +140,7 @@ void RefreshCycle::collect(const Shared<SyncHealthReport>& report) {
           {executors.main,
            [found, this] {
              cycle_->status = std::move(found->status);
+             cycle_->probeFailures = found->probes->failures();
              finish();
            }},
       },
@@ -181,6 +183,7 @@ void RefreshCycle::finish() {
     environment_.live->cycleEnded(cycle->report->safeToClose);
   }
   services_.historyStore->record(*cycle->report);
+  probeFailures_ = cycle->probeFailures;
   std::optional<CollectedFindings> collected = std::move(cycle->collected);
   std::vector<FindingKey> notReached;
   if (collected) {

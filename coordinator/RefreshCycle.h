@@ -82,6 +82,8 @@ class RefreshCycle {
   const Published<UploadStanding>& uploads() const { return uploads_.standing(); }
   /// What is remembered of each file that uploads.
   const Published<Shared<UploadRecord>>& uploadRecord() const { return uploads_.record(); }
+  /// Of the latest refresh; absent where its probes have not come back, and before the first.
+  const std::optional<ProbeFailures>& probeFailures() const { return probeFailures_; }
   /// As the store held them after the latest refresh or the user's latest change.
   const Published<std::vector<IncidentRecord>>& incidents() const { return incidents_; }
 
@@ -147,6 +149,7 @@ class RefreshCycle {
   /// Of the published report; absent before the first.
   std::optional<Confirmation> confirmation_;
 
+  std::optional<ProbeFailures> probeFailures_;
   std::optional<Failure> fileCountFailure_;
   UploadTracker uploads_;
 

@@ -11,10 +11,14 @@ ProbeResult ProbeRunner::run(const std::string& executable, const std::vector<st
                              CommandOutput output) {
   const milliseconds time = timeForNext();
   if (time <= milliseconds::zero() || hung_.contains(executable)) {
+    ++failures_.notReached;
     return {.isReached = false, .command = std::nullopt};
   }
   std::optional<CommandResult> result = runner_.run(executable, arguments, output, time);
-  if (result && result->isOutOfTime) {
+  if (!result) {
+    ++failures_.notStarted;
+  } else if (result->isOutOfTime) {
+    ++failures_.outOfTime;
     hung_.insert(executable);
     result.reset();
   }

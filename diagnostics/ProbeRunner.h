@@ -4,6 +4,7 @@
 #include "platform/CommandRunner.h"
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
@@ -27,6 +28,17 @@ struct ProbeResult {
   std::optional<CommandResult> command;
 };
 
+/// How many probes told nothing, by what became of them.
+struct ProbeFailures {
+  /// The system could not start them.
+  std::int64_t notStarted = 0;
+  std::int64_t outOfTime = 0;
+  /// There was no time left to start them.
+  std::int64_t notReached = 0;
+
+  friend bool operator==(const ProbeFailures&, const ProbeFailures&) = default;
+};
+
 /// Runs the commands of one cycle, of diagnostics and status together, so that none that hangs holds a cycle up: an
 /// executable that was not over in time is not started again, and none is when the cycle's time is used up. For one
 /// thread after the other.
@@ -37,6 +49,9 @@ class ProbeRunner {
 
   /// Runs the program at an absolute path within what time there is.
   ProbeResult run(const std::string& executable, const std::vector<std::string>& arguments, CommandOutput output);
+
+  /// So far.
+  const ProbeFailures& failures() const { return failures_; }
 
   /// Whether there is an executable file at the path.
   bool isExecutable(const std::string& path) const { return runner_.isExecutable(path); }
@@ -51,6 +66,7 @@ class ProbeRunner {
   /// When the first probe began.
   std::optional<std::chrono::nanoseconds> began_;
   std::set<std::string> hung_;
+  ProbeFailures failures_;
 };
 
 }  // namespace cirrovane

@@ -12,10 +12,18 @@ struct FolderPanel {
   std::string prompt;
 };
 
-/// What a panel says in which the user names a JSON file to be written.
+/// A kind of files, by what people call it and what their names end with.
+struct FileKind {
+  std::string title;
+  /// Without the dot.
+  std::string suffix;
+};
+
+/// What a panel says in which the user names a file to be written.
 struct SavePanel {
   std::string title;
   std::string proposedName;
+  FileKind kind = {.title = "JSON", .suffix = "json"};
 };
 
 /// The system's file panels. Main thread only; each call returns when the user has answered, and events are handled
@@ -25,7 +33,7 @@ class Panels {
   virtual ~Panels() = default;
   /// Absolute path of the folder; absent when the user cancels, or the panel yields none.
   virtual std::optional<std::string> chooseFolder(const FolderPanel& panel) = 0;
-  /// Absolute path of the file, which the user agrees to overwrite if it exists; absent as above.
+  /// Absolute path of the file, of the panel's kind, which the user agrees to overwrite if it exists; absent as above.
   virtual std::optional<std::string> chooseFileToSave(const SavePanel& panel) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/LiveVerdict.h"
+#include "coordinator/MetricsFile.h"
 #include "coordinator/leaving/LeaveGate.h"
 #include "platform/Desktop.h"
 #include "platform/Machine.h"
@@ -18,6 +19,7 @@
 #include "ui/viewmodels/LeavingSetting.h"
 #include "ui/viewmodels/LoginItemSetting.h"
 #include "ui/viewmodels/MenuCommands.h"
+#include "ui/viewmodels/MetricsSetting.h"
 #include "ui/viewmodels/NotificationPermission.h"
 #include "ui/viewmodels/PageContext.h"
 #include "ui/viewmodels/ScanStatus.h"
@@ -82,6 +84,7 @@ class CirrovaneApp : public QObject {
   ThreadExecutor coverageFilesExecutor_;
   ThreadExecutor leaveLooksExecutor_;
   ThreadExecutor powerExecutor_;
+  ThreadExecutor metricsExecutor_;
   QtTimer refreshTimer_;
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
@@ -102,10 +105,12 @@ class CirrovaneApp : public QObject {
   DashboardViewModel dashboard_;
   CoverageReview coverage_;
   LeaveGate leaveGate_;
+  MetricsFile metricsFile_;
   AppUpdateService updates_;
   LoginItemSetting loginItem_;
   NotificationPermission notificationPermission_;
   LeavingSetting leavingSetting_;
+  MetricsSetting metricsSetting_;
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;

@@ -12,22 +12,29 @@
 namespace cirrovane {
 namespace {
 
-bool isJSON(const QString& file) {
-  return file.endsWith(".json", Qt::CaseInsensitive);
+/// What the names of a kind's files end with.
+QString endingOf(const FileKind& kind) {
+  return "." + QString::fromStdString(kind.suffix);
 }
 
-/// A panel that names JSON files only, as the Mac's does: whatever else a name ends with, ".json" follows.
-class JSONFileDialog final : public QFileDialog {
+/// A panel that names files of one kind only, as the Mac's does: whatever else a name ends with, the ending follows.
+class KindOfFileDialog final : public QFileDialog {
  public:
+  explicit KindOfFileDialog(QString ending) : ending_(std::move(ending)) {}
+
   void accept() override {
     const QStringList files = selectedFiles();
     // Not selectFile(), which leaves alone what the user is typing. A desktop's own panel has no such child.
     auto* name = findChild<QLineEdit*>("fileNameEdit");
-    if (name != nullptr && files.size() == 1 && !isJSON(files.front()) && !QFileInfo(files.front()).isDir()) {
-      name->setText(name->text() + ".json");
+    if (name != nullptr && files.size() == 1 && !files.front().endsWith(ending_, Qt::CaseInsensitive) &&
+        !QFileInfo(files.front()).isDir()) {
+      name->setText(name->text() + ending_);
     }
     QFileDialog::accept();
   }
+
+ private:
+  QString ending_;
 };
 
 }  // namespace
@@ -43,28 +50,29 @@ std::optional<std::string> QtPanels::chooseFolder(const FolderPanel& panel) {
 }
 
 std::optional<std::string> QtPanels::chooseFileToSave(const SavePanel& panel) {
-  JSONFileDialog dialog;
+  KindOfFileDialog dialog(endingOf(panel.kind));
   dialog.setWindowTitle(QString::fromStdString(panel.title));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontUseNativeDialog, !mayBeNative());
-  dialog.setNameFilter("JSON (*.json)");
-  dialog.setDefaultSuffix("json");
+  dialog.setNameFilter(QString::fromStdString(panel.kind.title + " (*." + panel.kind.suffix + ")"));
+  dialog.setDefaultSuffix(QString::fromStdString(panel.kind.suffix));
   dialog.selectFile(QString::fromStdString(panel.proposedName));
   const auto file = ask(dialog);
-  return file ? asJSONFile(*file, panel.title) : std::nullopt;
+  return file ? asFileOfKind(*file, panel) : std::nullopt;
 }
 
-std::optional<std::string> QtPanels::asJSONFile(const std::string& file, const std::string& title) {
+std::optional<std::string> QtPanels::asFileOfKind(const std::string& file, const SavePanel& panel) {
   const QString path = QString::fromStdString(file);
-  if (isJSON(path)) {
+  const QString ending = endingOf(panel.kind);
+  if (path.endsWith(ending, Qt::CaseInsensitive)) {
     return file;
   }
   // The desktop's own panel took the name as it was typed, and asked about that one.
-  const QString wanted = path + ".json";
+  const QString wanted = path + ending;
   const auto answer =
       QFileInfo::exists(wanted)
-          ? QMessageBox::question(nullptr, QString::fromStdString(title),
+          ? QMessageBox::question(nullptr, QString::fromStdString(panel.title),
                                   QFileInfo(wanted).fileName() + " already exists.\nDo you want to replace it?")
           : QMessageBox::Yes;
   return answer == QMessageBox::Yes ? std::optional(wanted.toStdString()) : std::nullopt;

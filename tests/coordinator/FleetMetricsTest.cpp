@@ -2,6 +2,7 @@
 #include "tests/coordinator/Builders.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,11 +25,13 @@ class FleetMetricsTest : public testing::Test {
   }
   std::string metrics() const {
     return fleetMetrics({.report = report_,
-                         .coverage = coverage_,
+                         .coverage = isCoverageKnown_ ? &coverage_ : nullptr,
                          .uploads = uploads_,
                          .history = history_,
                          .incidents = incidents_,
-                         .version = version_});
+                         .version = version_,
+                         .probeFailures = probeFailures_,
+                         .liveness = liveness_});
   }
   void addBlocker(BlockerReason reason, const std::string& path) {
     SyncBlocker blocker;
@@ -43,6 +46,9 @@ class FleetMetricsTest : public testing::Test {
   std::vector<ScanSnapshot> history_;
   std::vector<IncidentRecord> incidents_;
   std::string version_ = "v1.2 (45)";
+  bool isCoverageKnown_ = true;
+  std::optional<ProbeFailures> probeFailures_;
+  std::optional<Liveness> liveness_;
 };
 
 TEST_F(FleetMetricsTest, verdict_isTold) {
@@ -83,6 +89,33 @@ TEST_F(FleetMetricsTest, gaps_areCountedByKind) {
   EXPECT_THAT(metrics(), HasSubstr("\ncirrovane_coverage_gaps{kind=\"excluded\"} 1\n"));
   EXPECT_THAT(metrics(), HasSubstr("\ncirrovane_coverage_gaps{kind=\"filesLost\"} 0\n"));
   EXPECT_THAT(metrics(), HasSubstr("\ncirrovane_coverage_complete 0\n"));
+}
+
+TEST_F(FleetMetricsTest, coverage_thatNobodyLookedAt_isAbsent) {
+  coverage_.generatedAt = Time(std::chrono::seconds(1794767000));
+  EXPECT_THAT(metrics(), HasSubstr("\ncirrovane_last_coverage_timestamp_seconds 1794767000.000\n"));
+  isCoverageKnown_ = false;
+  EXPECT_THAT(metrics(), Not(HasSubstr("coverage")));
+}
+
+TEST_F(FleetMetricsTest, probes_areToldByWhatBecameOfThem) {
+  EXPECT_THAT(metrics(), Not(HasSubstr("probes")));
+  probeFailures_ = {.notStarted = 1, .outOfTime = 2, .notReached = 3};
+  EXPECT_THAT(metrics(), HasSubstr("# TYPE cirrovane_failed_probes gauge\n"
+                                   "cirrovane_failed_probes{outcome=\"notStarted\"} 1\n"
+                                   "cirrovane_failed_probes{outcome=\"outOfTime\"} 2\n"
+                                   "cirrovane_failed_probes{outcome=\"notReached\"} 3\n"));
+}
+
+TEST_F(FleetMetricsTest, liveness_isToldByWhoFollowsTheFiles) {
+  EXPECT_THAT(metrics(), Not(HasSubstr("live")));
+  liveness_ = {.state = LivenessState::catchingUp, .reason = "/Users/anna changed", .disagreements = 2};
+  EXPECT_THAT(metrics(), HasSubstr("\ncirrovane_liveness{state=\"live\"} 0\n"
+                                   "cirrovane_liveness{state=\"catchingUp\"} 1\n"
+                                   "cirrovane_liveness{state=\"notLive\"} 0\n"));
+  EXPECT_THAT(metrics(), HasSubstr("# TYPE cirrovane_live_disagreements_total counter\n"
+                                   "cirrovane_live_disagreements_total 2\n"));
+  EXPECT_THAT(metrics(), Not(HasSubstr("anna")));
 }
 
 TEST_F(FleetMetricsTest, version_isEscaped) {

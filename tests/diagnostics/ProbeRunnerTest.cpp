@@ -118,6 +118,16 @@ TEST_F(Probes, executableThatFailed_isStartedAgain) {
   EXPECT_EQ(starts("/bin/missing"), 2);
 }
 
+TEST_F(Probes, failures_areCountedByWhatBecameOfThem) {
+  EXPECT_EQ(probes_.failures(), ProbeFailures());
+  commands_.answer({"/bin/other"}, "text");
+  hang("/bin/tool");
+  for (const char* executable : {"/bin/tool", "/bin/tool", "/bin/missing", "/bin/missing", "/bin/other"}) {
+    run(executable);
+  }
+  EXPECT_EQ(probes_.failures(), (ProbeFailures{.notStarted = 2, .outOfTime = 1, .notReached = 1}));
+}
+
 TEST_F(Probes, cycle_hasThirtySecondsFromItsFirstProbe) {
   monotonicClock_.advance(std::chrono::hours(1));
   timed_.slow("/bin/tool", milliseconds(9'500));

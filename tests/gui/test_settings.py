@@ -9,7 +9,7 @@ from Xlib import X
 DIALOG = ("dialog", "Settings")
 CHOICES = ["Liquid Glass", "Classic", "Motion", "Show terminology in dashboard", "Guardrail Notifications",
            "Keep awake while uploads are pending", "20%", "30%", "50%", "80%",
-           "Ask before shutting down while it is not safe", "Open at login"]  # fmt: skip
+           "Ask before shutting down while it is not safe", "Open at login", "Write metrics for this Mac"]  # fmt: skip
 REFUSED = "No notifications are shown: allow Cirrovane in your desktop's settings, under Notifications."
 NOT_INSTALLED = "Only an installed application can be opened at login."
 

@@ -187,8 +187,20 @@ TEST_F(QtPanelsTest, panels_areTheDesktopsOwnUnlessAScreenReaderRuns) {
 }
 
 TEST_F(QtPanelsTest, nameThatADesktopsPanelLetPass_becomesAJSONFile) {
-  EXPECT_EQ(QtPanels::asJSONFile(folder / "a.JSON", "Export"), folder / "a.JSON");
-  EXPECT_EQ(QtPanels::asJSONFile(folder / "a.txt", "Export"), folder / "a.txt.json");
+  EXPECT_EQ(QtPanels::asFileOfKind(folder / "a.JSON", {"Export", ""}), folder / "a.JSON");
+  EXPECT_EQ(QtPanels::asFileOfKind(folder / "a.txt", {"Export", ""}), folder / "a.txt.json");
+}
+
+TEST_F(QtPanelsTest, anotherKindOfFile_hasItsOwnEnding) {
+  const SavePanel panel = {"Metrics", "a", {.title = "Prometheus", .suffix = "prom"}};
+  EXPECT_EQ(QtPanels::asFileOfKind(folder / "a.prom", panel), folder / "a.prom");
+  EXPECT_EQ(QtPanels::asFileOfKind(folder / "a.json", panel), folder / "a.json.prom");
+  const User user({[](QDialog& dialog) {
+    EXPECT_EQ(dynamic_cast<QFileDialog&>(dialog).nameFilters(), QStringList("Prometheus (*.prom)"));
+    click(dialog, "Save");
+  }});
+  EXPECT_EQ(panels.chooseFileToSave(panel), folder / "a.prom");
+  EXPECT_TRUE(user.isDone());
 }
 
 TEST_F(QtPanelsTest, nameThatBecomesAnExistingFile_isAskedAboutAgain) {
@@ -196,7 +208,7 @@ TEST_F(QtPanelsTest, nameThatBecomesAnExistingFile_isAskedAboutAgain) {
   for (const auto& [button, answer] :
        {std::pair("No", std::optional<std::string>()), std::pair("Yes", std::optional(folder / "a.json"))}) {
     const User user({[&button = button](QDialog& question) { click(question, button); }});
-    EXPECT_EQ(QtPanels::asJSONFile(folder / "a", "Export"), answer);
+    EXPECT_EQ(QtPanels::asFileOfKind(folder / "a", {"Export", ""}), answer);
     EXPECT_TRUE(user.isDone());
   }
 }

@@ -127,6 +127,9 @@ Sheet {
                             onActed: sheet.settings.loginItem.act()
                         }
                     }
+                    MetricsSettings {
+                        metrics: sheet.settings.metrics
+                    }
                 }
             }
         }

@@ -6,6 +6,7 @@
 #include "ui/viewmodels/LeavingSetting.h"
 #include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/LoginItemSetting.h"
+#include "ui/viewmodels/MetricsSetting.h"
 #include "ui/viewmodels/NotificationPermission.h"
 
 #include <QObject>
@@ -32,6 +33,7 @@ class AppSettings : public QObject {
   Q_PROPERTY(cirrovane::NotificationPermission* notificationPermission READ notificationPermission CONSTANT)
   Q_PROPERTY(cirrovane::LoginItemSetting* loginItem READ loginItem CONSTANT)
   Q_PROPERTY(cirrovane::LeavingSetting* leaving READ leaving CONSTANT)
+  Q_PROPERTY(cirrovane::MetricsSetting* metrics READ metrics CONSTANT)
 
  public:
   /// What the system has to say to the user's choices.
@@ -41,6 +43,7 @@ class AppSettings : public QObject {
     NotificationPermission* notifications = nullptr;
     LoginItemSetting* loginItem = nullptr;
     LeavingSetting* leaving = nullptr;
+    MetricsSetting* metrics = nullptr;
   };
 
   /// `userDefaults` and what `system` names outlive the settings.
@@ -61,10 +64,11 @@ class AppSettings : public QObject {
   QString motionNote() const;
   bool showTerminologyOnDashboard() const { return showTerminologyOnDashboard_; }
   bool notificationsEnabled() const { return notificationsEnabled_; }
-  /// nullptr where the system has none, as for the next two.
+  /// nullptr where the system has none, as for the next ones.
   NotificationPermission* notificationPermission() const { return system_.notifications; }
   LoginItemSetting* loginItem() const { return system_.loginItem; }
   LeavingSetting* leaving() const { return system_.leaving; }
+  MetricsSetting* metrics() const { return system_.metrics; }
 
   void setVisualStyle(const QString& style);
   void setMotionEnabled(bool enabled);
