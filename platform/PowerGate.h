@@ -40,7 +40,8 @@ class PowerHold {
 };
 
 /// What a program may do about the machine's sleep and its end. However the program ends, the system holds nothing for
-/// it any more. Callable on any thread; a member may take as long as the system's answer, which is some seconds at most.
+/// it any more. Callable on any thread; a member may take as long as the system's answer, which is some seconds at
+/// most.
 class PowerGate {
  public:
   /// Lets go of everything. No call of the listener comes or goes on after it. Holds may outlive it.

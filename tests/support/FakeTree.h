@@ -129,8 +129,8 @@ class ChangeSource {
   virtual std::optional<std::vector<FolderChange>> take() = 0;
 };
 
-/// The watch of a FakeTree: tells of the folders that walks told it of, as a system would, by their paths. The walk of a
-/// mirror of the tree may tell it on several threads at once.
+/// The watch of a FakeTree: tells of the folders that walks told it of, as a system would, by their paths. The walk of
+/// a mirror of the tree may tell it on several threads at once.
 class FakeTreeWatch final : public ChangeSource, public ListingObserver {
  public:
   /// Becomes the tree's listener.
