@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -161,10 +162,17 @@ EvidenceMaker evidenceOf(const ProofPacket& packet, std::string home) {
 
 EvidenceMaker evidenceFrom(ByteSource source) {
   return [source = std::move(source)](const EvidenceForm& form) -> std::optional<Failure> {
-    JSONStream stream(source);
+    std::optional<Failure> unreadable;
+    JSONStream stream([&](std::span<char> space) {
+      Result<std::size_t> count = source(space);
+      if (!count) {
+        unreadable = Failure{count.message()};
+      }
+      return count;
+    });
     EvidencePass pass(form, {});
     if (!readParts(stream, pass)) {
-      return Failure{"This is no proof packet: " + stream.problem() + "."};
+      return unreadable ? unreadable : std::optional(Failure{"This is no proof packet: " + stream.problem() + "."});
     }
     return pass.finish(form.packet) ? std::nullopt : std::optional(Failure{kRefused});
   };
@@ -172,16 +180,23 @@ EvidenceMaker evidenceFrom(ByteSource source) {
 
 std::optional<Failure> saveEvidence(const EvidenceMaker& make, Redaction redaction, const EvidenceFiles& files,
                                     const FileStorage& storage) {
+  const auto put = [&](const std::string& path, const ByteProducer& produce) -> std::optional<Failure> {
+    if (path == "-") {
+      produce(files.output);
+      return std::nullopt;
+    }
+    return storage.writeAtomically(path, FileAccess::asUsual, produce);
+  };
   PageContent page;
   EvidenceForm form{.redaction = redaction, .packet = nullptr, .page = files.page ? &page : nullptr};
   std::optional<Failure> failure;
   if (files.packet) {
-    const auto notWritten = storage.writeAtomically(*files.packet, FileAccess::asUsual, [&](const ByteSink& sink) {
+    const auto notWritten = put(*files.packet, [&](const ByteSink& sink) {
       form.packet = sink;
       failure = make(form);
       return !failure;
     });
-    // What the disk has to say of itself is worth more than that the packet could not be written.
+    // Why the place takes no more is the place's to say.
     failure = failure && failure->message != kRefused ? failure : notWritten;
   } else {
     failure = make(form);
@@ -189,8 +204,7 @@ std::optional<Failure> saveEvidence(const EvidenceMaker& make, Redaction redacti
   if (failure || !files.page) {
     return failure;
   }
-  return storage.writeAtomically(*files.page, FileAccess::asUsual,
-                                 [&](const ByteSink& sink) { return writePage(page, sink); });
+  return put(*files.page, [&](const ByteSink& sink) { return writePage(page, sink); });
 }
 
 std::string packetPreview(const ProofPacket& packet, const std::string& home, Redaction redaction,

@@ -30,11 +30,11 @@ EvidenceMaker evidenceOf(const ProofPacket& packet, std::string home);
 /// Of a packet that somebody may have sent. Can be used once.
 EvidenceMaker evidenceFrom(ByteSource source);
 
-/// Where evidence goes.
+/// Where evidence goes: absolute paths, absent for what is not wanted. "-" is the output, whose reader may go early.
 struct EvidenceFiles {
-  /// Absolute paths; absent for what is not wanted.
   std::optional<std::string> packet;
   std::optional<std::string> page;
+  ByteSink output = nullptr;
 };
 
 /// Puts the files in place, each whole or, on failure, not at all. Without the packet there is no page either.

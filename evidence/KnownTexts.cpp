@@ -68,7 +68,6 @@ constexpr auto kFindings = std::to_array<KnownFinding>({
 
     {"CPU load average", {"1m {} · 5m {} · 15m {}"}},
     {"CPU usage sample", {"CPU usage: {}% user, {}% sys, {}% idle"}, true},
-    {"CPU usage sample", {"CPU usage: {}% user, {}% sys, {}% idle "}, true},
     {"Temperature probe", {"osx-cpu-temp detected for exact temperature readings."}},
     {"Temperature probe", {"Exact CPU temperature unavailable by default. Install osx-cpu-temp from Tools tab."}},
     {"Thermal state", {"Nominal"}},

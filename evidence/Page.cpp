@@ -180,7 +180,7 @@ class PageWriter {
   }
 
   void writeTimeline() {
-    beginSection("Timeline");
+    beginSection("Timeline", "timeline");
     const auto& history = content_.history().shown;
     if (history.empty()) {
       add("<p class=\"dim\">No scan is recorded.</p>\n");

@@ -25,9 +25,9 @@ p{margin:6px 0}
 .scores{display:flex;flex-wrap:wrap;gap:8px 32px;margin:12px 0 0;padding:0;list-style:none}
 .scores b{font-size:22px;margin-right:6px}
 .checks{list-style:none;margin:0;padding:0}
-.checks li{display:grid;grid-template-columns:80px 1fr;gap:10px;padding:7px 0;border-top:1px solid var(--line)}
+.checks li{display:grid;grid-template-columns:100px 1fr;gap:10px;padding:7px 0;border-top:1px solid var(--line)}
 .checks li:first-child{border-top:0}
-.sign{font-weight:600}
+.sign{font-weight:600}.checks .sign{white-space:nowrap}
 table{border-collapse:collapse;width:100%;table-layout:fixed}
 th,td{text-align:left;vertical-align:top;padding:7px 10px 7px 0;border-top:1px solid var(--line);
 overflow-wrap:anywhere}
@@ -52,7 +52,7 @@ border-radius:8px;padding:6px 10px;min-width:0}
 .key.turned{transform:rotate(45deg);background:var(--bad)}
 @media (max-width:680px){
 main{padding:10px 8px 32px}section,header{padding:14px;border-radius:12px}
-h1 span{display:block;margin:4px 0 0;white-space:normal}
+h1 span{display:block;margin:4px 0 0;white-space:normal}.timeline text{font-size:20px}
 .checks li{grid-template-columns:1fr;gap:0}
 table,tbody{display:block}thead{position:absolute;clip-path:inset(50%);height:1px;overflow:hidden}
 tr{display:block;padding:9px 0;border-top:1px solid var(--line)}tbody tr:first-child{border-top:0}
@@ -60,13 +60,13 @@ td{display:block;width:auto;border:0;padding:1px 0}
 td[data-label]::before{content:attr(data-label) ": ";color:var(--dim);font-size:13px}}
 @media print{:root{color-scheme:light;--ground:#fff;--card:#fff;--text:#000;--dim:#444;--line:#bbb;--good:#137333;
 --bad:#b3261e;--warn:#8a5a00;--note:#0b5cad;--tint:#f6e5e3}
-body{font-size:10.5pt}main{max-width:none;padding:0}
+body{font-size:9.5pt}.path,.small,th{font-size:8pt!important}#timeline{break-inside:avoid}main{max-width:none;padding:0}
 section,header{border:0;border-radius:0;padding:0 0 8pt;margin:0 0 10pt}
 .filter{display:none}tr,li,svg,h2{break-inside:avoid}h2{break-after:avoid}thead{display:table-header-group}
 *{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )css";
 
-inline constexpr std::string_view kPageStyleHash = "sha256-nkOZGpe4yffgS/PLa+Yr+RniAB/3CSIwjHEs93tvzdQ=";
+inline constexpr std::string_view kPageStyleHash = "sha256-bW9+j3L0cd/W3raAm2RYxlX00i8KNS60Pmzl56A2Q0M=";
 
 inline constexpr std::string_view kPageScript = R"js(
 (function () {

@@ -15,7 +15,7 @@ namespace {
 // The picture's own measures, which the page scales.
 constexpr double kWidth = 720;
 constexpr double kHeight = 210;
-constexpr double kLeft = 34;
+constexpr double kLeft = 44;
 constexpr double kRight = 708;
 constexpr double kTop = 12;
 constexpr double kBottom = 178;
@@ -52,7 +52,10 @@ std::string timelinePicture(std::span<const ScanSnapshot> snapshots) {
   // Newest first, they come in reverse.
   std::ranges::reverse(scans);
   std::ranges::stable_sort(scans, {}, &ScanSnapshot::timestamp);
-  const auto seconds = [](Time time) { return std::chrono::duration<double>(time.time_since_epoch()).count(); };
+  // In whole seconds, as a packet's file has them.
+  const auto seconds = [](Time time) {
+    return static_cast<double>(std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count());
+  };
   const double first = seconds(scans.front()->timestamp);
   const double span = seconds(scans.back()->timestamp) - first;
   const auto xOf = [&](const ScanSnapshot& scan) {

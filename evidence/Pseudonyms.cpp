@@ -99,6 +99,10 @@ void Pseudonyms::appendPath(std::string_view path, std::string& out) {
   const std::string_view home = homeOf(path);
   if (!home.empty()) {
     appendHome(home, out);
+    if (home_.empty() && home.starts_with('/')) {
+      // Known from now on, wherever it lies.
+      home_ = home;
+    }
     path.remove_prefix(home.size());
     if (isAtOrBelow(path, kICloudDriveSubpath)) {
       out += kICloudDriveSubpath;

@@ -10,6 +10,11 @@
 namespace cirrovane {
 namespace {
 
+/// The text without the white space that a tool may print after its words.
+std::string_view withoutEnd(std::string_view text, const KnownFinding& known) {
+  return known.isToolsOwn ? text.substr(0, text.find_last_not_of(" \t\r\n") + 1) : text;
+}
+
 constexpr auto kThermalStates = std::to_array<std::string_view>({"Nominal", "Fair", "Serious", "Critical", "Unknown"});
 
 }  // namespace
@@ -74,7 +79,7 @@ void Redactor::redactFinding(std::string& title, std::string& detail) {
       continue;
     }
     isTitleKnown = true;
-    const auto found = known.isToolsOwn && isStrict_ ? std::nullopt : findName(known.detail, detail);
+    const auto found = known.isToolsOwn && isStrict_ ? std::nullopt : findName(known.detail, withoutEnd(detail, known));
     if (found) {
       rewrite(*found, detail);
       return;

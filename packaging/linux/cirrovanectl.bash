@@ -22,6 +22,7 @@ _cirrovanectl_options() {
     "pending ") options+=" --sort --limit" ;;
     "metrics ") options+=" --textfile" ;;
     "history ") options+=" --limit" ;;
+    "export ") options+=" --html --redact --from" ;;
     "incidents ") options+=" --scope --severity" ;;
   esac
   echo "$options"
@@ -33,6 +34,7 @@ _cirrovanectl_values() {
     --scope) echo "all active resolved" ;;
     --severity) echo "all warning error" ;;
     --sort) echo "size age name" ;;
+    --redact) echo "names strict" ;;
     diagnose) echo "icloud finder network storage power performance system" ;;
   esac
 }
@@ -43,7 +45,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --days | --textfile) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --days | --textfile | --html | --redact | --from) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -60,8 +62,8 @@ _cirrovanectl() {
   local words="" files=""
   case $previous in
     --mac-root) files=-d ;;
-    --textfile) files=-f ;;
-    --scope | --severity | --sort) words=$(_cirrovanectl_values "$previous") ;;
+    --textfile | --html | --from) files=-f ;;
+    --scope | --severity | --sort | --redact) words=$(_cirrovanectl_values "$previous") ;;
     --timeout | --interval | --limit | --days) ;;
     *)
       if [[ $current == -* ]]; then

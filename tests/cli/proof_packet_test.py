@@ -96,6 +96,29 @@ class RealPackets(PacketTest):
             mac.demo("process", mac.root, process, "off")
         self.expect_valid(mac.packet())
 
+    def test_redactedPackets_areValid_andNothingOfOursIsWithheld(self):
+        mac = DemoMac(self.addCleanup)
+        states = [
+            lambda: None,
+            lambda: mac.demo("network", mac.root, "off"),
+            lambda: mac.demo("process", mac.root, "bird", "off"),
+            lambda: mac.demo("settle", mac.root),
+        ]
+        for change in states:
+            change()
+            whole = mac.root.parent / "whole.json"
+            mac.ctl("export", whole)
+            for how in ("names", "strict"):
+                packet = json.loads(mac.ctl("export", "--from", whole, "--redact", how, "-"))
+                self.expect_valid(packet)
+                withheld = {
+                    record.get("title", record.get("reason"))
+                    for record in objects(packet)
+                    if "(withheld)" in record.values()
+                }
+                tools = {"CPU usage sample", "Swap usage", "uploadError", "downloadError"}
+                self.assertLessEqual(withheld, tools if how == "strict" else set())
+
     def test_history_of51_isValidAndCut(self):
         mac = DemoMac(self.addCleanup)
         mac.ctl("refresh")
@@ -144,6 +167,10 @@ def objects_in(value, path=()):
     elif isinstance(value, list):
         for index, inner in enumerate(value):
             yield from objects_in(inner, (*path, index))
+
+
+def objects(document):
+    return [at(document, path) for path in objects_in(document)]
 
 
 def at(document, path):

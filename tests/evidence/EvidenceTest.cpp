@@ -179,7 +179,7 @@ TEST(SentPacket, inPiecesOfAnySize_isTheSame) {
 
 TEST(SentPacket, thatCannotBeRead_isAFailure) {
   const ByteSource source = [](std::span<char>) -> Result<std::size_t> { return Failure{"The disk is gone"}; };
-  EXPECT_EQ(packetText(evidenceFrom(source), Redaction::names), "Failed: This is no proof packet: The disk is gone.");
+  EXPECT_EQ(packetText(evidenceFrom(source), Redaction::names), "Failed: The disk is gone");
 }
 
 TEST(SavedEvidence, bothFiles_areOfOnePass) {

@@ -71,6 +71,12 @@ TEST_F(PseudonymsTest, homes_areATilde_andTheWayToTheDriveStays) {
   EXPECT_EQ(path("/export/carl" + std::string(kDrive) + "2/x"), "/name-4/name-5/name-3/name-6/name-7/name-8");
 }
 
+TEST_F(PseudonymsTest, homeThatTheDriveTellsOf_isKnownFromThenOn) {
+  EXPECT_EQ(path("/export/carl/Desktop"), "/name-1/name-2/name-3");
+  EXPECT_EQ(path("/export/carl" + std::string(kDrive)), "~/Library/Mobile Documents/com~apple~CloudDocs");
+  EXPECT_EQ(path("/export/carl/Desktop"), "~/name-3");
+}
+
 TEST_F(PseudonymsTest, knownHome_isATildeWhereverItLies) {
   Pseudonyms known(true, "/root/");
   std::string out;
