@@ -161,10 +161,9 @@ constexpr auto kSystemSentences = std::to_array<KnownText>({
 
 /// Takes a number away from the beginning of a text: digits, with a sign and a point where there are any.
 bool takeNumber(std::string_view& text) {
-  constexpr std::string_view kDigits = "0123456789";
   std::string_view rest = text;
   const auto takeDigits = [&rest] {
-    const std::size_t count = std::min(rest.find_first_not_of(kDigits), rest.size());
+    const std::size_t count = std::min(rest.find_first_not_of("0123456789"), rest.size());
     rest.remove_prefix(count);
     return count > 0;
   };

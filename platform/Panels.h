@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -12,10 +13,14 @@ struct FolderPanel {
   std::string prompt;
 };
 
-/// What a panel says in which the user names a JSON file to be written.
+/// What a file to be written holds.
+enum class SaveKind : std::uint8_t { json, html };
+
+/// What a panel says in which the user names such a file to be written.
 struct SavePanel {
   std::string title;
   std::string proposedName;
+  SaveKind kind = SaveKind::json;
 };
 
 /// The system's file panels. Main thread only; each call returns when the user has answered, and events are handled

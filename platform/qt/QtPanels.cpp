@@ -12,22 +12,32 @@
 namespace cirrovane {
 namespace {
 
-bool isJSON(const QString& file) {
-  return file.endsWith(".json", Qt::CaseInsensitive);
+/// What the names of such files end with, in small letters.
+QString endingOf(SaveKind kind) {
+  return kind == SaveKind::json ? QStringLiteral(".json") : QStringLiteral(".html");
 }
 
-/// A panel that names JSON files only, as the Mac's does: whatever else a name ends with, ".json" follows.
-class JSONFileDialog final : public QFileDialog {
+bool hasEnding(const QString& file, SaveKind kind) {
+  return file.endsWith(endingOf(kind), Qt::CaseInsensitive);
+}
+
+/// A panel that names files of one kind only, as the Mac's does: whatever else a name ends with, its ending follows.
+class KindFileDialog final : public QFileDialog {
  public:
+  explicit KindFileDialog(SaveKind kind) : kind_(kind) {}
+
   void accept() override {
     const QStringList files = selectedFiles();
     // Not selectFile(), which leaves alone what the user is typing. A desktop's own panel has no such child.
     auto* name = findChild<QLineEdit*>("fileNameEdit");
-    if (name != nullptr && files.size() == 1 && !isJSON(files.front()) && !QFileInfo(files.front()).isDir()) {
-      name->setText(name->text() + ".json");
+    if (name != nullptr && files.size() == 1 && !hasEnding(files.front(), kind_) && !QFileInfo(files.front()).isDir()) {
+      name->setText(name->text() + endingOf(kind_));
     }
     QFileDialog::accept();
   }
+
+ private:
+  SaveKind kind_;
 };
 
 }  // namespace
@@ -43,28 +53,28 @@ std::optional<std::string> QtPanels::chooseFolder(const FolderPanel& panel) {
 }
 
 std::optional<std::string> QtPanels::chooseFileToSave(const SavePanel& panel) {
-  JSONFileDialog dialog;
+  KindFileDialog dialog(panel.kind);
   dialog.setWindowTitle(QString::fromStdString(panel.title));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontUseNativeDialog, !mayBeNative());
-  dialog.setNameFilter("JSON (*.json)");
-  dialog.setDefaultSuffix("json");
+  dialog.setNameFilter(panel.kind == SaveKind::json ? "JSON (*.json)" : "HTML (*.html)");
+  dialog.setDefaultSuffix(endingOf(panel.kind).mid(1));
   dialog.selectFile(QString::fromStdString(panel.proposedName));
   const auto file = ask(dialog);
-  return file ? asJSONFile(*file, panel.title) : std::nullopt;
+  return file ? withEnding(*file, panel) : std::nullopt;
 }
 
-std::optional<std::string> QtPanels::asJSONFile(const std::string& file, const std::string& title) {
+std::optional<std::string> QtPanels::withEnding(const std::string& file, const SavePanel& panel) {
   const QString path = QString::fromStdString(file);
-  if (isJSON(path)) {
+  if (hasEnding(path, panel.kind)) {
     return file;
   }
   // The desktop's own panel took the name as it was typed, and asked about that one.
-  const QString wanted = path + ".json";
+  const QString wanted = path + endingOf(panel.kind);
   const auto answer =
       QFileInfo::exists(wanted)
-          ? QMessageBox::question(nullptr, QString::fromStdString(title),
+          ? QMessageBox::question(nullptr, QString::fromStdString(panel.title),
                                   QFileInfo(wanted).fileName() + " already exists.\nDo you want to replace it?")
           : QMessageBox::Yes;
   return answer == QMessageBox::Yes ? std::optional(wanted.toStdString()) : std::nullopt;

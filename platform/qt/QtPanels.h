@@ -28,9 +28,9 @@ class QtPanels final : public Panels {
   std::optional<std::string> chooseFolder(const FolderPanel& panel) override;
   std::optional<std::string> chooseFileToSave(const SavePanel& panel) override;
 
-  /// The JSON file for a name that any panel let pass: the user is asked again where ".json" makes another file of it
-  /// that exists. Absent when the user would rather keep that.
-  static std::optional<std::string> asJSONFile(const std::string& file, const std::string& title);
+  /// The file of the panel's kind for a name that any panel let pass: the user is asked again where the kind's ending
+  /// makes another file of it that exists. Absent when the user would rather keep that.
+  static std::optional<std::string> withEnding(const std::string& file, const SavePanel& panel);
 
  private:
   /// Whether a panel may be the desktop's own.

@@ -187,8 +187,8 @@ TEST_F(QtPanelsTest, panels_areTheDesktopsOwnUnlessAScreenReaderRuns) {
 }
 
 TEST_F(QtPanelsTest, nameThatADesktopsPanelLetPass_becomesAJSONFile) {
-  EXPECT_EQ(QtPanels::asJSONFile(folder / "a.JSON", "Export"), folder / "a.JSON");
-  EXPECT_EQ(QtPanels::asJSONFile(folder / "a.txt", "Export"), folder / "a.txt.json");
+  EXPECT_EQ(QtPanels::withEnding(folder / "a.JSON", {"Export", {}}), folder / "a.JSON");
+  EXPECT_EQ(QtPanels::withEnding(folder / "a.txt", {"Export", {}}), folder / "a.txt.json");
 }
 
 TEST_F(QtPanelsTest, nameThatBecomesAnExistingFile_isAskedAboutAgain) {
@@ -196,7 +196,7 @@ TEST_F(QtPanelsTest, nameThatBecomesAnExistingFile_isAskedAboutAgain) {
   for (const auto& [button, answer] :
        {std::pair("No", std::optional<std::string>()), std::pair("Yes", std::optional(folder / "a.json"))}) {
     const User user({[&button = button](QDialog& question) { click(question, button); }});
-    EXPECT_EQ(QtPanels::asJSONFile(folder / "a", "Export"), answer);
+    EXPECT_EQ(QtPanels::withEnding(folder / "a", {"Export", {}}), answer);
     EXPECT_TRUE(user.isDone());
   }
 }

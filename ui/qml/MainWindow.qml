@@ -31,9 +31,10 @@ ApplicationWindow {
     property var blockers: null
     property var coverage: null
     property var preferences: null
+    property var evidence: null
     readonly property bool hasOpenSheet: (guide?.opened ?? false) || (about?.opened ?? false)
                                          || (blockers?.opened ?? false) || (coverage?.opened ?? false)
-                                         || (preferences?.opened ?? false)
+                                         || (preferences?.opened ?? false) || (evidence?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -72,6 +73,11 @@ ApplicationWindow {
     function showSettings() {
         preferences = preferences ?? settingsComponent.createObject(contentItem);
         preferences.open();
+    }
+
+    function showExport() {
+        evidence = evidence ?? exportComponent.createObject(contentItem);
+        evidence.open();
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -183,6 +189,7 @@ ApplicationWindow {
         context: window.context
         onTerminologyRequested: window.showGuide()
         onBlockersRequested: folder => window.showBlockers(folder)
+        onExportRequested: window.showExport()
     }
 
     Component {
@@ -211,6 +218,13 @@ ApplicationWindow {
     Component {
         id: coverageComponent
         CoverageView {
+            context: window.context
+        }
+    }
+
+    Component {
+        id: exportComponent
+        ExportView {
             context: window.context
         }
     }
