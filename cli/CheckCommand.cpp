@@ -3,9 +3,8 @@
 #include "cli/Command.h"
 #include "cli/CoverageText.h"
 #include "cli/LiveSession.h"
-#include "cli/ReportText.h"
-#include "cli/StrictWait.h"
 #include "cli/UploadLine.h"
+#include "cli/WaitOptions.h"
 #include "cli/WatchLine.h"
 
 #include <algorithm>
@@ -21,12 +20,8 @@
 namespace cirrovane {
 namespace {
 
-using Seconds = std::chrono::duration<double>;
-
-/// Beyond this a number of seconds means "for ever", and would not fit the clock's arithmetic.
-constexpr Seconds kLongestTime{1e9};
 /// Scans follow each other no faster, whatever the user asks for: the machine has other things to do.
-constexpr Seconds kShortestInterval{0.01};
+constexpr std::chrono::duration<double> kShortestInterval{0.01};
 /// How often the state of uploads is shown anew, since a pause in them is a change too.
 constexpr std::chrono::seconds kUploadsShown{1};
 
@@ -47,21 +42,6 @@ struct WatchOptions {
   std::optional<double> timeout;
 };
 
-std::optional<std::chrono::nanoseconds> asDuration(std::optional<double> seconds) {
-  if (!seconds) {
-    return std::nullopt;
-  }
-  return std::chrono::duration_cast<std::chrono::nanoseconds>(std::min(Seconds(*seconds), kLongestTime));
-}
-
-void writeReport(const SyncHealthReport& report, CommandContext& context) {
-  if (context.wantsJSON) {
-    writeJSONDocument(context.out, report);
-  } else {
-    context.out.write(reportText(report, leftText(report, context), TextStyle(context.out.isColoured())));
-  }
-}
-
 ExitStatus statusOf(const SyncHealthReport& report) {
   return report.safeToClose ? ExitStatus::done : ExitStatus::notSafe;
 }
@@ -80,9 +60,9 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   if (context.err.isErasable()) {
     session.lookEvery(kUploadsShown);
   }
-  std::optional<StrictWait> strict;
+  std::unique_ptr<VouchedYes> strict;
   if (options.isStrict) {
-    strict.emplace(session);
+    strict = session.waitForCoverage();
   }
   bool isVouchedFor = false;
   session.run(asDuration(options.timeout), [&] {
@@ -91,7 +71,7 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
       return false;
     }
     const SyncHealthReport& report = **last;
-    isVouchedFor = strict ? strict->isVouchedFor(report.safeToClose) : report.safeToClose;
+    isVouchedFor = strict ? strict->isVouchedFor(report.safeToClose, session.verdict().folders()) : report.safeToClose;
     // An answer takes one look at the coverage, as it takes one scan.
     const bool hasAnswer = !strict || !report.safeToClose || strict->hasLooked();
     const bool isOver = isVouchedFor || (session.isTimeUp() && hasAnswer);
@@ -120,12 +100,6 @@ ExitStatus waitUntilSafe(const CheckOptions& options, CommandContext& context) {
   return status;
 }
 
-// The parser's own ranges let "nan" pass, which is no time to wait, and name their limits with hundreds of digits.
-
-std::string complaintAboutTimeout(const std::string& text) {
-  return numberOf(text) >= 0.0 ? "" : text + " is no number of seconds from 0 on";
-}
-
 std::string complaintAboutInterval(const std::string& text) {
   return numberOf(text) > 0.0 ? "" : text + " is no number of seconds above 0";
 }
@@ -149,7 +123,8 @@ ExitStatus watch(const WatchOptions& options, CommandContext& context) {
   limitHeaps();
   LiveSession session(context, options.folders, {.isWaiting = true, .interval = std::nullopt});
   std::optional<WatchLine> last;
-  session.endOnSignalsAndClosedOutput();
+  session.endOnSignals();
+  session.endOnClosedOutput();
   session.run(asDuration(options.timeout), [&] {
     const std::optional<Shared<SyncHealthReport>>& report = session.verdict().report().value();
     if (!report || !session.verdict().hasWatchAnswered()) {

@@ -4,6 +4,7 @@
 #include "cli/Arguments.h"
 #include "cli/FolderArgument.h"
 #include "cli/ProgressLine.h"
+#include "cli/ReportText.h"
 #include "coordinator/UploadWords.h"
 
 #include <cstdint>
@@ -67,6 +68,14 @@ std::string leftText(const SyncHealthReport& report, const CommandContext& conte
   const UploadRecord record = context.uploads()->recordAfter(report);
   const PendingUploads uploads = pendingTotals(record, pending, report.generatedAt);
   return fmt::format("{}, {}", amountText(uploads), timeLeftText(uploads, quietFor(record, uploads.generatedAt)));
+}
+
+void writeReport(const SyncHealthReport& report, CommandContext& context) {
+  if (context.wantsJSON) {
+    writeJSONDocument(context.out, report);
+  } else {
+    context.out.write(reportText(report, leftText(report, context), TextStyle(context.out.isColoured())));
+  }
 }
 
 ExitStatus reportFailure(CommandContext& context, std::string_view message) {

@@ -70,6 +70,7 @@ void addStatusCommand(CLI::App& app, ChosenCommand& chosen);
 void addRefreshCommand(CLI::App& app, ChosenCommand& chosen);
 void addExplainCommand(CLI::App& app, ChosenCommand& chosen);
 void addExportCommand(CLI::App& app, ChosenCommand& chosen);
+void addLeaveCommand(CLI::App& app, ChosenCommand& chosen);
 void addPendingCommand(CLI::App& app, ChosenCommand& chosen);
 void addMetricsCommand(CLI::App& app, ChosenCommand& chosen);
 void addToolsCommand(CLI::App& app, ChosenCommand& chosen);
@@ -89,6 +90,9 @@ std::string complaintAboutCount(const std::string& text);
 
 /// What is left to upload by a report, in words; empty for nothing. Records nothing.
 std::string leftText(const SyncHealthReport& report, const CommandContext& context);
+
+/// Writes a report as the answer: as text for people, or as one JSON document.
+void writeReport(const SyncHealthReport& report, CommandContext& context);
 
 /// Says why a command could not do what it was asked for; names in the message are made harmless.
 ExitStatus reportFailure(CommandContext& context, std::string_view message);

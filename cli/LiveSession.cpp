@@ -69,6 +69,7 @@ LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>
       alarm_(loop_.makeAlarm()),
       timeout_(loop_.makeAlarm()),
       tick_(loop_.makeAlarm()),
+      nextLook_(loop_.makeAlarm()),
       verdict_({*context.machine.fileSystem, *context.machine.clock, &progress_},
                {{loop_, scan_, updates_},
                 *context.machine.clock,
@@ -89,8 +90,17 @@ LiveSession::LiveSession(CommandContext& context, const std::vector<std::string>
 
 LiveSession::~LiveSession() = default;
 
-void LiveSession::endOnSignalsAndClosedOutput() {
+std::unique_ptr<VouchedYes> LiveSession::waitForCoverage() {
+  return std::make_unique<VouchedYes>(makeCoverageKeeper(context_.machine),
+                                      VouchingEnvironment{loop_, looks_, *context_.machine.monotonicClock, *nextLook_},
+                                      [this] { lookSoon(); });
+}
+
+void LiveSession::endOnSignals() {
   quits_.emplace(loop_);
+}
+
+void LiveSession::endOnClosedOutput() {
   loop_.watchForClosing(STDOUT_FILENO, [this] { loop_.quit(); });
 }
 
@@ -122,8 +132,12 @@ void LiveSession::lookEvery(std::chrono::nanoseconds interval) {
 
 void LiveSession::leave(ExitStatus status) const {
   if (scan_.isBusy() || updates_.isBusy() || looks_.isBusy()) {
-    std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
+    endAtOnce(status);
   }
+}
+
+void LiveSession::endAtOnce(ExitStatus status) const {
+  std::_Exit(static_cast<int>(statusAfterWriting(status, context_.out, context_.err)));
 }
 
 std::vector<WatchFolder> LiveSession::currentFolders() const {

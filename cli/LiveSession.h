@@ -3,6 +3,7 @@
 #include "cli/Command.h"
 #include "cli/ProgressLine.h"
 #include "coordinator/LiveVerdict.h"
+#include "coordinator/leaving/VouchedYes.h"
 #include "core/ScanProgress.h"
 #include "platform/WakeNotice.h"
 #include "platform/posix/EventLoop.h"
@@ -34,10 +35,14 @@ class LiveSession {
   EventLoop& loop() { return loop_; }
   /// For looks at the coverage, which nothing else waits for.
   Executor& looks() { return looks_; }
+  /// What looks at the coverage beside the verdict, and has `look` called at what it finds. One at a time.
+  std::unique_ptr<VouchedYes> waitForCoverage();
   bool isTimeUp() const { return isTimeUp_; }
 
-  /// Also ends when a signal asks for it, or nobody reads the answer any more.
-  void endOnSignalsAndClosedOutput();
+  /// Also ends when a signal asks for it.
+  void endOnSignals();
+  /// Also ends when nobody reads the answer any more.
+  void endOnClosedOutput();
   /// Has `look` called once all that changes at one stroke has changed.
   void lookSoon();
   /// Runs until `look`, which is called after every change and when the time is up, says that it is over.
@@ -47,6 +52,8 @@ class LiveSession {
 
   /// Ends the process with the status if work is under way that would hold up its end.
   void leave(ExitStatus status) const;
+  /// Ends it whatever is under way.
+  [[noreturn]] void endAtOnce(ExitStatus status) const;
 
  private:
   class WatchlistFollower;
@@ -68,6 +75,7 @@ class LiveSession {
   std::unique_ptr<Alarm> alarm_;
   std::unique_ptr<Alarm> timeout_;
   std::unique_ptr<Alarm> tick_;
+  std::unique_ptr<Alarm> nextLook_;
   WakeNotice wakeNotice_;
   LiveVerdict verdict_;
   std::unique_ptr<WatchlistFollower> follower_;

@@ -1,8 +1,6 @@
 #include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/InlineRefresh.h"
-#include "cli/ReportText.h"
-#include "cli/TextStyle.h"
 
 #include <optional>
 
@@ -12,11 +10,7 @@ namespace {
 ExitStatus refresh(CommandContext& context) {
   const InlineRefresh refreshed(context);
   const SyncHealthReport& report = *refreshed.cycle().report().value();
-  if (context.wantsJSON) {
-    writeJSONDocument(context.out, report);
-  } else {
-    context.out.write(reportText(report, leftText(report, context), TextStyle(context.out.isColoured())));
-  }
+  writeReport(report, context);
   if (const std::optional<Failure> loss = refreshed.loss()) {
     return reportFailure(context, "The scan was not recorded: " + loss->message);
   }

@@ -24,14 +24,15 @@ class StatusPage {
   const TextStyle& style_;
 };
 
-std::string memoryUsedText(const SystemStatusSnapshot& status) {
-  const std::string used = byteCountText(status.memoryUsedBytes);
+std::string memoryUsedText(const AmountText& amounts, const SystemStatusSnapshot& status) {
+  const std::string used = byteCountText(amounts, status.memoryUsedBytes);
   const std::optional<double> ratio = memoryUsageRatio(status);
   return ratio ? fmt::format("{} ({:.0f}%)", used, *ratio * 100) : used;
 }
 
 void print(const SystemStatusSnapshot& status, CommandContext& context) {
   const TextStyle style(context.out.isColoured());
+  const AmountText& amounts = *context.machine.amountText;
   StatusPage page(context.out, style);
   page.row("Captured", localTimeText(status.capturedAt));
   page.heading("CPU");
@@ -40,16 +41,16 @@ void print(const SystemStatusSnapshot& status, CommandContext& context) {
   page.row("Thermal State", status.thermalState);
   page.row("Temperature", temperatureText(status));
   page.heading("Memory");
-  page.row("Used", memoryUsedText(status));
-  page.row("Total", byteCountText(status.memoryTotalBytes));
+  page.row("Used", memoryUsedText(amounts, status));
+  page.row("Total", byteCountText(amounts, std::optional(status.memoryTotalBytes)));
   page.heading("Storage");
-  page.row("Free", byteCountText(status.diskFreeBytes));
-  page.row("Total", byteCountText(status.diskTotalBytes));
+  page.row("Free", byteCountText(amounts, status.diskFreeBytes));
+  page.row("Total", byteCountText(amounts, status.diskTotalBytes));
   page.heading("Power");
   page.row("Battery", batteryText(status));
   page.row("Charging", chargingText(status));
   page.row("Low Power Mode", lowPowerModeText(status));
-  page.row("Uptime", durationText(status.uptimeSeconds));
+  page.row("Uptime", amounts.duration(status.uptimeSeconds));
   page.heading("Network");
   page.row("iCloud Reachability", reachabilityText(status));
 }

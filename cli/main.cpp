@@ -76,6 +76,7 @@ ExitStatus runCommandLine(int argumentCount, char** arguments) {
   addExplainCommand(app, chosen);
   addRefreshCommand(app, chosen);
   addWatchCommand(app, chosen);
+  addLeaveCommand(app, chosen);
   addPendingCommand(app, chosen);
   addMetricsCommand(app, chosen);
   addCoverageCommand(app, chosen);

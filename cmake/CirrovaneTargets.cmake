@@ -130,7 +130,7 @@ function(cirrovane_test name)
   if(NOT arg_LABEL)
     set(arg_LABEL unit)
   endif()
-  cirrovane_program(${name} SOURCES ${arg_SOURCES} USES ${arg_USES} cirrovane_test_support GTest::gmock GTest::gtest_main)
+  cirrovane_program(${name} SOURCES ${arg_SOURCES} USES ${arg_USES} cirrovane_test_support cirrovane_no_system_bus GTest::gmock GTest::gtest_main)
   # What is measured and shipped is optimised; a test is compiled more often than it is run.
   target_compile_options(${name} PRIVATE -O0)
   # Most of its time goes to templates that the tests beside it need too.

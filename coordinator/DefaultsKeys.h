@@ -17,6 +17,13 @@ inline constexpr std::string_view kLastLaunchedBuildKey = "Cirrovane.lastLaunche
 inline constexpr std::string_view kVisualStyleKey = "visualStyle";
 /// Truth value: whether anything on screen moves by itself.
 inline constexpr std::string_view kMotionEnabledKey = "motionEnabled";
+/// Truth value: whether the machine is kept awake while uploads are pending.
+inline constexpr std::string_view kKeepAwakeWhilePendingKey = "keepAwakeWhileUploadsPend";
+/// Text: the charge in percent below which it is not, on battery power.
+inline constexpr std::string_view kLeastBatteryPercentKey = "keepAwakeLeastBatteryPercent";
+/// Truth value: whether the user is asked before a shutdown while it is not safe.
+inline constexpr std::string_view kAskBeforeShutdownKey = "askBeforeShutdown";
+
 /// Truth value: whether the dashboard explains its terms.
 inline constexpr std::string_view kShowTerminologyOnDashboardKey = "showTerminologyOnDashboard";
 

@@ -297,14 +297,21 @@ std::optional<Uptime> LiveVerdict::scanWantedAt() const {
   if (wantsYes_) {
     takeEarlier(due, scanDue(ScanCause::turnToYes, lastScan_));
   }
-  if (pace_.isWaiting && lastScan_.end) {
-    const bool isLive = currentLiveness().state != LivenessState::notLive;
+  const bool isLive = currentLiveness().state != LivenessState::notLive;
+  // Where cycles run, they scan often enough for a verdict that is live.
+  if (lastScan_.end && (pace_.isWaiting || (isWaitedFor_ && !isLive))) {
     takeEarlier(due, scanDue(isLive ? ScanCause::waitingLive : ScanCause::waitingNotLive, lastScan_));
     if (pace_.interval) {
       takeEarlier(due, *lastScan_.end + *pace_.interval);
     }
   }
   return due;
+}
+
+void LiveVerdict::setWaitedFor(bool isWaitedFor) {
+  if (std::exchange(isWaitedFor_, isWaitedFor) != isWaitedFor) {
+    proceed();
+  }
 }
 
 void LiveVerdict::startScan() {

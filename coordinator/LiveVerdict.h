@@ -92,6 +92,9 @@ class LiveVerdict {
   void cycleBegan();
   void cycleEnded(bool isSafe);
 
+  /// Whether somebody waits for the verdict, besides whoever made this.
+  void setWaitedFor(bool isWaitedFor);
+
   /// To be told when the machine wakes or its clock is set.
   void wake() { proceed(); }
 
@@ -208,6 +211,7 @@ class LiveVerdict {
   /// Whether the watch has stood ever since the index was made, so that the index knows what it was told.
   bool isIndexFollowed_ = false;
   bool isScanning_ = false;
+  bool isWaitedFor_ = false;
   bool wantsScan_ = false;
   bool wantsYes_ = false;
   bool hasSlept_ = false;

@@ -53,10 +53,10 @@ CoverageReport withAcknowledged(CoverageReport report, const CoverageGap& gap) {
   return report;
 }
 
-bool mayBecomeComplete(const CoverageReport& report) {
-  return report.notExamined.empty() && std::ranges::all_of(kAllGapKinds, [&](GapKind kind) {
-           return canClose(kind) || report.gapCounts.of(kind) == 0;
-         });
+bool hasLastingGapsOnly(const CoverageReport& report) {
+  return !report.complete && std::ranges::all_of(kAllGapKinds, [&](GapKind kind) {
+    return !canClose(kind) || report.gapCounts.of(kind) == 0;
+  });
 }
 
 }  // namespace cirrovane

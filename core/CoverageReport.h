@@ -111,7 +111,7 @@ struct CoverageReport {
 /// acknowledged. Lost files are acknowledged by themselves, and count no more.
 CoverageReport withAcknowledged(CoverageReport report, const CoverageGap& gap);
 
-/// Whether time alone may make the coverage complete.
-bool mayBecomeComplete(const CoverageReport& report);
+/// Whether the coverage is not complete, and time alone changes nothing of that.
+bool hasLastingGapsOnly(const CoverageReport& report);
 
 }  // namespace cirrovane

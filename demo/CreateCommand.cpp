@@ -48,7 +48,8 @@ void addCreateCommand(CLI::App& app, Action& chosen) {
       app, "create", "Make a Mac whose files have not all reached iCloud",
       "DIR is made when it does not exist. It may be empty, or a demo Mac, which is then made anew: everything in it\n"
       "is removed. Any other folder is left alone. It must lie on a file system with extended attributes.\n\n"
-      "Besides files it holds a Mac's commands: DIR/usr/bin/pgrep and the like, and a brew that installs.\n\n"
+      "Besides files it holds a Mac's commands: DIR/usr/bin/pgrep and the like, and a brew that installs. What would\n"
+      "put the Mac to sleep, shut it down or keep it awake writes a line each time into DIR/var/log/power.log.\n\n"
       "Example:\n"
       "  cirrovane-demo-mac create ~/demo-mac\n"
       "  cirrovanectl --mac-root ~/demo-mac check",

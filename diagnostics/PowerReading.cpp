@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace cirrovane {
 namespace {
@@ -23,6 +24,23 @@ BatteryStatus batteryStatus(const std::vector<PowerSource>& sources) {
     }
   }
   return {};
+}
+
+PowerSupply powerSupply(const std::vector<PowerSource>& sources) {
+  const auto says = [&](std::optional<bool> PowerSource::*member, bool value) {
+    return std::ranges::find(sources, value, member) != sources.end();
+  };
+  PowerSupply supply;
+  if (const auto percent = batteryStatus(sources).percent) {
+    constexpr std::int64_t kBeyond = std::numeric_limits<int>::max();
+    supply.batteryPercent = static_cast<int>(std::clamp(*percent, -kBeyond, kBeyond));
+  }
+  if (says(&PowerSource::isOnMains, false)) {
+    supply.isOnMains = false;
+  } else if (!says(&PowerSource::isOnMains, true)) {
+    supply.isOnMains = !supply.batteryPercent || says(&PowerSource::isCharging, true);
+  }
+  return supply;
 }
 
 std::string_view thermalStateName(std::optional<ThermalState> state) {

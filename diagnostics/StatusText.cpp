@@ -1,9 +1,7 @@
 #include "diagnostics/StatusText.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
-#include <utility>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -11,14 +9,6 @@ namespace cirrovane {
 namespace {
 
 constexpr const char* kUnknown = "Unknown";
-
-std::string withoutTrailingZeros(std::string number) {
-  number.erase(number.find_last_not_of('0') + 1);
-  if (number.ends_with('.')) {
-    number.pop_back();
-  }
-  return number;
-}
 
 /// A text for a truth value that may be absent.
 std::string choose(std::optional<bool> value, const char* ifSo, const char* otherwise) {
@@ -31,51 +21,13 @@ std::string loadPart(std::optional<double> load) {
 
 }  // namespace
 
-std::string byteCountText(std::uint64_t bytes) {
-  // Up to here a number of megabytes does not round to 1000.
-  constexpr std::uint64_t kMostMegabytes = 999'949'999;
-  if (bytes == 0) {
-    return "Zero KB";
-  }
-  const auto size = static_cast<double>(bytes);
-  return bytes <= kMostMegabytes ? withoutTrailingZeros(fmt::format("{:.1f}", size / 1e6)) + " MB"
-                                 : withoutTrailingZeros(fmt::format("{:.2f}", size / 1e9)) + " GB";
+std::string byteCountText(const AmountText& text, std::optional<std::int64_t> bytes) {
+  return bytes ? text.byteCount(*bytes) : kUnknown;
 }
 
-std::string byteCountText(std::optional<std::uint64_t> bytes) {
-  return bytes ? byteCountText(*bytes) : kUnknown;
-}
-
-std::string byteCountText(std::optional<std::int64_t> bytes) {
-  if (!bytes) {
-    return kUnknown;
-  }
-  const auto magnitude = static_cast<std::uint64_t>(*bytes);
-  return *bytes < 0 ? "-" + byteCountText(0 - magnitude) : byteCountText(magnitude);
-}
-
-std::string durationText(double seconds) {
-  constexpr double kLongest = 1e15;
-  constexpr std::int64_t kMinutesInHour = 60;
-  constexpr std::int64_t kMinutesInDay = 24 * kMinutesInHour;
-  // Written so that what is no number counts as nothing.
-  auto minutes = seconds > 0 ? static_cast<std::int64_t>(std::min(seconds, kLongest)) / 60 : 0;
-  if (minutes > kMinutesInDay && minutes % kMinutesInDay >= kMinutesInHour && minutes % kMinutesInHour != 0) {
-    // Only two units are shown, so the minutes round the hours.
-    minutes = (minutes + kMinutesInHour / 2) / kMinutesInHour * kMinutesInHour;
-  }
-  const std::array<std::pair<std::int64_t, char>, 3> units = {{
-      {minutes / kMinutesInDay, 'd'},
-      {minutes % kMinutesInDay / kMinutesInHour, 'h'},
-      {minutes % kMinutesInHour, 'm'},
-  }};
-  std::string text;
-  for (const auto& [count, unit] : units) {
-    if (count > 0) {
-      text += fmt::format("{}{}{}", text.empty() ? "" : " ", count, unit);
-    }
-  }
-  return text.empty() ? "0m" : text;
+std::string byteCountText(const AmountText& text, std::optional<std::uint64_t> bytes) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::int64_t>::max();
+  return bytes ? text.byteCount(static_cast<std::int64_t>(std::min(*bytes, kMost))) : kUnknown;
 }
 
 std::string loadText(const SystemStatusSnapshot& status) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagnostics/SystemStatusSnapshot.h"
+#include "platform/AmountText.h"
 
 #include <cstdint>
 #include <optional>
@@ -8,17 +9,13 @@
 
 namespace cirrovane {
 
-// The values of a status sample as texts for people, on every surface the same. Numbers have a decimal point whatever
-// the user's locale.
+// The values of a status sample as texts for people, on every surface the same. Numbers that no system writes have
+// a decimal point whatever the user's locale.
 
-/// Megabytes or gigabytes, in powers of 1000: "0.5 MB", "17.18 GB", and "Zero KB" for nothing.
-std::string byteCountText(std::uint64_t bytes);
-/// The same for a size that may be absent: "Unknown".
-std::string byteCountText(std::optional<std::uint64_t> bytes);
-std::string byteCountText(std::optional<std::int64_t> bytes);
-
-/// Days, hours and minutes, the two largest that are not zero: "3d 4h", "1h", "0m".
-std::string durationText(double seconds);
+/// A size that may be absent: "17.18 GB", or "Unknown".
+std::string byteCountText(const AmountText& text, std::optional<std::int64_t> bytes);
+/// What is more than a file can hold is told as that much.
+std::string byteCountText(const AmountText& text, std::optional<std::uint64_t> bytes);
 
 /// "1.52 / 1.31 / 1.20", with "-" in the place of an absent one.
 std::string loadText(const SystemStatusSnapshot& status);

@@ -42,7 +42,8 @@ class Desktop {
 };
 
 /// The desktop that the user is at; each system has its own implementation. Needs an application object; the machine
-/// outlives the desktop.
+/// outlives the desktop. Where the system asks applications alone before a shutdown, gates to the machine's power that
+/// are made after this hear of it.
 std::unique_ptr<Desktop> makeDesktop(Machine& machine);
 
 }  // namespace cirrovane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "platform/AmountText.h"
 #include "platform/Bundle.h"
 #include "platform/Clock.h"
 #include "platform/Collation.h"
@@ -31,6 +32,7 @@ struct Machine {
   std::unique_ptr<const MonotonicClock> monotonicClock;
   std::unique_ptr<const Collation> collation;
   std::unique_ptr<const TimeText> timeText;
+  std::unique_ptr<const AmountText> amountText;
   std::unique_ptr<const Bundle> bundle;
   std::unique_ptr<UserDefaults> userDefaults;
   std::unique_ptr<LoginItem> loginItem;

@@ -51,6 +51,8 @@ class PowerGate {
   virtual void start() = 0;
   /// Has the machine go on with what it announced. Does nothing where nothing waits.
   virtual void letGo() = 0;
+  /// Calls off what was announced; false where a program may not, and the machine goes on waiting.
+  virtual bool callOff() { return false; }
   /// Fails with the system's reason, in words for people. The system shows `reason` to whoever asks what holds it.
   virtual Result<std::unique_ptr<PowerHold>> keepAwake(const std::string& reason) = 0;
   /// Has the machine sleep or shut down, and returns when the system has agreed; a failure says why it does not, in

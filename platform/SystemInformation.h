@@ -25,7 +25,7 @@ struct PowerSource {
   std::optional<std::int64_t> maximumCapacity;
   std::optional<bool> isCharging;
   /// Whether the mains supply it, so that nothing is drawn from it.
-  std::optional<bool> isOnMains;
+  std::optional<bool> isOnMains = std::nullopt;
 };
 
 /// The machine's condition beyond its files. Every call observes afresh; callable on any thread.

@@ -66,23 +66,43 @@ CirrovaneApp::CirrovaneApp(Machine& machine, Desktop& desktop, const AppTab& fir
                 {{mainExecutor_, coverageExecutor_, *machine.monotonicClock, &coverageAlarm_},
                  coverageFilesExecutor_,
                  *machine.clock}),
+      leaveGate_({.main = mainExecutor_,
+                  .looking = leaveLooksExecutor_,
+                  .acting = powerExecutor_,
+                  .clock = *machine.clock,
+                  .monotonicClock = *machine.monotonicClock,
+                  .alarms = {leaveLookAlarm_, leaveLimitAlarm_, powerAlarm_, questionAlarm_},
+                  .live = live_,
+                  .coverage = makeCoverageKeeper(machine),
+                  .makeGate = machine.makePowerGate,
+                  .supply = [&system = *machine.systemInformation] { return powerSupply(system.powerSources()); }}),
       updates_(*machine.bundle, *machine.userDefaults, desktop.workspace(), *machine.timeText, *machine.clock,
                [&desktop] { return desktop.makeUpdater(); }),
       loginItem_(*machine.loginItem),
       notificationPermission_(desktop.notificationCenter(), *machine.bundle, desktop.workspace()),
-      settings_(*machine.userDefaults, {desktop.motionPreference(), &notificationPermission_, &loginItem_}),
+      leavingSetting_(*machine.userDefaults, leaveGate_),
+      settings_(*machine.userDefaults,
+                {desktop.motionPreference(), &notificationPermission_, &loginItem_, &leavingSetting_}),
       shell_(dashboard_, updates_, clipboard_, desktop.workspace(), firstTab),
       snapshot_(dashboard_, updates_, coverage_, *machine.timeText),
       scan_(dashboard_, scanProgress_, scanSteps_),
+      leaving_(leaveGate_, dashboard_, *machine.timeText),
       toolInstalls_(makeToolInstaller(machine), mainExecutor_),
       tools_{toolInstalls_, clipboard_, desktop.workspace(), mainExecutor_},
-      pageContext_({dashboard_, coverage_, *machine.timeText, settings_, tools_}) {
+      pageContext_({dashboard_, coverage_, *machine.timeText, *machine.amountText, settings_, tools_, &leaving_}) {
   desktop_.onWake([this] {
     live_.wake();
     staleAlarm_.ring();
     coverageAlarm_.ring();
     uploadsAlarm_.ring();
+    leaveGate_.wake();
+    leaveLookAlarm_.ring();
+    leaveLimitAlarm_.ring();
+    powerAlarm_.ring();
+    questionAlarm_.ring();
   });
+  // Whoever is to answer has to see the question first.
+  connect(&leaving_, &LeaveViewModel::asked, this, &CirrovaneApp::showWindow);
   const auto& folders = dashboard_.watchlist().publishedFolders();
   desktop_.setWatching(!folders.value().empty());
   watchlistSubscription_ = folders.afterChange([this](const std::vector<WatchFolder>& now) {
@@ -175,7 +195,7 @@ void CirrovaneApp::makeIcons() {
   if (!hasCommonMenuBar()) {
     QGuiApplication::setWindowIcon(applicationIcon());
   }
-  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, scan_, desktop_);
+  trayIcon_ = std::make_unique<TrayIcon>(snapshot_, scan_, leaving_, desktop_);
   connect(trayIcon_.get(), &TrayIcon::clicked, this, &CirrovaneApp::togglePanel);
   connect(trayIcon_.get(), &TrayIcon::panelRequested, this, &CirrovaneApp::showPanel);
   connect(trayIcon_.get(), &TrayIcon::windowRequested, this, &CirrovaneApp::showWindow);
@@ -247,6 +267,7 @@ void CirrovaneApp::makePanel() {
   QObject* made =
       component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
                                              {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
+                                             {QStringLiteral("leaving"), QVariant::fromValue(&leaving_)},
                                              {QStringLiteral("commands"), QVariant::fromValue(&commands_)},
                                              {QStringLiteral("context"), QVariant::fromValue(&pageContext_)},
                                              {QStringLiteral("hasMenuBar"), !hasCommonMenuBar()}});

@@ -4,6 +4,7 @@
 #include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
 #include "coordinator/LiveVerdict.h"
+#include "coordinator/leaving/LeaveGate.h"
 #include "platform/Desktop.h"
 #include "platform/Machine.h"
 #include "platform/posix/ThreadExecutor.h"
@@ -13,6 +14,8 @@
 #include "platform/qt/QtTimer.h"
 #include "ui/TrayIcon.h"
 #include "ui/viewmodels/AppSettings.h"
+#include "ui/viewmodels/LeaveViewModel.h"
+#include "ui/viewmodels/LeavingSetting.h"
 #include "ui/viewmodels/LoginItemSetting.h"
 #include "ui/viewmodels/MenuCommands.h"
 #include "ui/viewmodels/NotificationPermission.h"
@@ -77,6 +80,8 @@ class CirrovaneApp : public QObject {
   ThreadExecutor updatesExecutor_;
   ThreadExecutor coverageExecutor_;
   ThreadExecutor coverageFilesExecutor_;
+  ThreadExecutor leaveLooksExecutor_;
+  ThreadExecutor powerExecutor_;
   QtTimer refreshTimer_;
   QtTimer cycleLimit_;
   QtAlarm staleAlarm_;
@@ -85,6 +90,10 @@ class CirrovaneApp : public QObject {
   QtAlarm exportNoteAlarm_;
   QtAlarm removalAlarm_;
   QtAlarm coverageAlarm_;
+  QtAlarm leaveLookAlarm_;
+  QtAlarm leaveLimitAlarm_;
+  QtAlarm powerAlarm_;
+  QtAlarm questionAlarm_;
   QtPanels panels_;
   QtClipboard clipboard_;
   QtTimer scanSteps_;
@@ -92,13 +101,16 @@ class CirrovaneApp : public QObject {
   LiveVerdict live_;
   DashboardViewModel dashboard_;
   CoverageReview coverage_;
+  LeaveGate leaveGate_;
   AppUpdateService updates_;
   LoginItemSetting loginItem_;
   NotificationPermission notificationPermission_;
+  LeavingSetting leavingSetting_;
   AppSettings settings_;
   ShellViewModel shell_;
   SnapshotViewModel snapshot_;
   ScanStatus scan_;
+  LeaveViewModel leaving_;
   MenuCommands commands_;
   ToolInstalls toolInstalls_;
   ToolsEnvironment tools_;

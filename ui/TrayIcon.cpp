@@ -7,8 +7,9 @@
 
 namespace cirrovane {
 
-TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const Desktop& desktop, QObject* parent)
-    : QObject(parent), snapshot_(snapshot), scan_(scan), desktop_(desktop) {
+TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const LeaveViewModel& leaving,
+                   const Desktop& desktop, QObject* parent)
+    : QObject(parent), snapshot_(snapshot), scan_(scan), leaving_(leaving), desktop_(desktop) {
   connect(menu_.addAction(QStringLiteral("Open Cirrovane")), &QAction::triggered, this, &TrayIcon::windowRequested);
   connect(menu_.addAction(QStringLiteral("Show Panel")), &QAction::triggered, this, &TrayIcon::panelRequested);
   menu_.addSeparator();
@@ -26,6 +27,7 @@ TrayIcon::TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const De
   });
   connect(&snapshot_, &SnapshotViewModel::reportChanged, this, &TrayIcon::update);
   connect(&scan_, &ScanStatus::changed, this, &TrayIcon::updateToolTip);
+  connect(&leaving_, &LeaveViewModel::changed, this, &TrayIcon::updateToolTip);
   connect(&snapshot_, &SnapshotViewModel::uploadsChanged, this, &TrayIcon::updateToolTip);
   update();
   icon_.show();
@@ -57,8 +59,10 @@ const QIcon& TrayIcon::drawn(const Sign& sign) {
 }
 
 void TrayIcon::updateToolTip() {
-  const QString scan = scan_.text();
-  const QString toolTip = scan.isEmpty() ? snapshot_.toolTip() : snapshot_.toolTip() + QLatin1Char('\n') + scan;
+  QString toolTip = snapshot_.toolTip();
+  for (const QString& more : {leaving_.waitText(), leaving_.awakeText(), scan_.text()}) {
+    toolTip += more.isEmpty() ? more : QLatin1Char('\n') + more;
+  }
   if (icon_.toolTip() != toolTip) {
     icon_.setToolTip(toolTip);
   }

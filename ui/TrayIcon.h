@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "ui/viewmodels/LeaveViewModel.h"
 #include "ui/viewmodels/ScanStatus.h"
 #include "ui/viewmodels/SnapshotViewModel.h"
 #include "ui/viewmodels/Tone.h"
@@ -22,7 +23,8 @@ class TrayIcon : public QObject {
 
  public:
   /// The arguments outlive the icon.
-  TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const Desktop& desktop, QObject* parent = nullptr);
+  TrayIcon(SnapshotViewModel& snapshot, const ScanStatus& scan, const LeaveViewModel& leaving, const Desktop& desktop,
+           QObject* parent = nullptr);
 
   /// Where the icon is on screen; empty where the desktop does not tell.
   QRect geometry() const;
@@ -44,6 +46,7 @@ class TrayIcon : public QObject {
 
   SnapshotViewModel& snapshot_;
   const ScanStatus& scan_;
+  const LeaveViewModel& leaving_;
   const Desktop& desktop_;
   QMenu menu_;
   /// Each drawn once, since Qt remembers the pictures of every icon that was ever shown.

@@ -6,10 +6,13 @@
 #include "platform/linux/host/ICUCollation.h"
 #include "platform/linux/host/ICUTimeText.h"
 #include "platform/linux/host/LinuxUserDefaults.h"
+#include "platform/linux/host/LogindGate.h"
+#include "platform/linux/host/PlainAmountText.h"
 #include "platform/linux/macroot/MacRoot.h"
 #include "platform/linux/macroot/RootBundle.h"
 #include "platform/linux/macroot/RootDisk.h"
 #include "platform/linux/macroot/RootLoginItem.h"
+#include "platform/linux/macroot/RootPowerGate.h"
 #include "platform/linux/macroot/RootSystemInformation.h"
 #include "platform/linux/walk/LinuxFileSystem.h"
 #include "platform/linux/watch/InotifyWatch.h"
@@ -31,6 +34,7 @@ Machine machineOfThisSystem() {
   machine.monotonicClock = std::make_unique<SystemMonotonicClock>();
   machine.collation = std::make_unique<ICUCollation>();
   machine.timeText = std::make_unique<ICUTimeText>();
+  machine.amountText = std::make_unique<PlainAmountText>();
   machine.makeFolderWatch = [](FolderWatchListener& listener) { return std::make_unique<InotifyWatch>(listener); };
   return machine;
 }
@@ -68,10 +72,14 @@ Result<Machine> makeMachine(const std::string& path) {
         std::make_unique<AutostartLoginItem>(hostFolders().preferences, runningProgram, *machine.fileStorage);
     useFolders(machine, hostFolders(), std::move(volume));
     machine.commandRunner = std::make_unique<PosixCommandRunner>();
+    machine.makePowerGate = [](PowerGateListener& listener) { return std::make_unique<LogindGate>(listener); };
   } else {
     machine.loginItem = std::make_unique<RootLoginItem>(root, *machine.fileStorage);
     useFolders(machine, foldersOf(root), std::move(volume));
     machine.commandRunner = commandRunnerOf(root);
+    machine.makePowerGate = [root](PowerGateListener& listener) {
+      return std::make_unique<RootPowerGate>(listener, root);
+    };
   }
   return machine;
 }

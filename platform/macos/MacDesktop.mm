@@ -3,6 +3,8 @@
 #include "platform/macos/MacSymbolSource.h"
 #include "platform/macos/MacWorkspace.h"
 #include "platform/macos/StandardUpdater.h"
+#include "platform/macos/SystemPower.h"
+#include "platform/macos/SystemQuits.h"
 #include "platform/macos/WorkspaceNotice.h"
 
 #import <AppKit/AppKit.h>
@@ -60,7 +62,14 @@ class WatchingActivity {
 
 class MacDesktop final : public Desktop {
  public:
-  explicit MacDesktop(const Bundle& bundle) : notificationCenter_(bundle) {}
+  explicit MacDesktop(Machine& machine) : notificationCenter_(*machine.bundle) {
+    // Gates that are made from now on hear of the system's quits as well.
+    machine.makePowerGate = [quits = std::make_shared<const SystemQuits>()](PowerGateListener& listener) {
+      PowerSystem system = systemPower();
+      system.hearQuits = [quits](PowerSystem::QuitAsked ask) { return quits->hear(std::move(ask)); };
+      return makeSystemPowerGate(listener, std::move(system));
+    };
+  }
 
   NotificationCenter& notificationCenter() override { return notificationCenter_; }
   void onNotificationActivated(std::function<void()> activated) override {
@@ -101,7 +110,7 @@ class MacDesktop final : public Desktop {
 }  // namespace
 
 std::unique_ptr<Desktop> makeDesktop(Machine& machine) {
-  return std::make_unique<MacDesktop>(*machine.bundle);
+  return std::make_unique<MacDesktop>(machine);
 }
 
 }  // namespace cirrovane

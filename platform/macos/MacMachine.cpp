@@ -1,5 +1,6 @@
 #include "platform/Machine.h"
 #include "platform/macos/FSEventsWatch.h"
+#include "platform/macos/MacAmountText.h"
 #include "platform/macos/MacBundle.h"
 #include "platform/macos/MacCollation.h"
 #include "platform/macos/MacFileSystem.h"
@@ -7,6 +8,7 @@
 #include "platform/macos/MacSystemInformation.h"
 #include "platform/macos/MacTimeText.h"
 #include "platform/macos/MacUserDefaults.h"
+#include "platform/macos/SystemPower.h"
 #include "platform/macos/SystemWalkCalls.h"
 #include "platform/macos/plain/AlternativePlaces.h"
 #include "platform/posix/PosixCommandRunner.h"
@@ -52,12 +54,14 @@ Result<Machine> makeMachine(const std::string& path) {
   machine.monotonicClock = std::make_unique<SystemMonotonicClock>();
   machine.collation = std::make_unique<MacCollation>();
   machine.timeText = std::make_unique<MacTimeText>();
+  machine.amountText = std::make_unique<MacAmountText>();
   machine.bundle = std::make_unique<MacBundle>();
   machine.userDefaults = std::make_unique<MacUserDefaults>();
   machine.loginItem = std::make_unique<MacLoginItem>(*machine.bundle);
   machine.notificationAuthorization = [] { return std::optional<std::string>(); };
   machine.makeFolderWatch = [&files = *machine.fileSystem, &storage = *machine.fileStorage](
                                 FolderWatchListener& listener) { return makeWatch(listener, files, storage); };
+  machine.makePowerGate = [](PowerGateListener& listener) { return makeSystemPowerGate(listener, systemPower()); };
   return machine;
 }
 

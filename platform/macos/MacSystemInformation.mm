@@ -26,6 +26,8 @@ NSString* frameworkKey(PowerKey key) {
       return @kIOPSMaxCapacityKey;
     case PowerKey::isCharging:
       return @kIOPSIsChargingKey;
+    case PowerKey::state:
+      return @kIOPSPowerSourceStateKey;
   }
 }
 
@@ -41,6 +43,12 @@ class IOKitPowerDescription final : public PowerDescription {
   std::optional<bool> boolean(PowerKey key) const override {
     NSNumber* found = numberOf(key);
     return found != nil ? std::optional<bool>(found.boolValue) : std::nullopt;
+  }
+
+  std::optional<std::string> text(PowerKey key) const override {
+    id found = values_[frameworkKey(key)];
+    return [found isKindOfClass:[NSString class]] ? std::optional(bytesOf(static_cast<NSString*>(found)))
+                                                  : std::nullopt;
   }
 
  private:

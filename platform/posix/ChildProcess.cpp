@@ -2,7 +2,6 @@
 
 #include "base/FileDescriptor.h"
 #include "platform/Clock.h"
-#include "platform/posix/LimitedChild.h"
 
 #include <algorithm>
 #include <array>
@@ -370,6 +369,16 @@ std::optional<CommandResult> runChild(const std::string& executable, const std::
   }
   const std::optional<pid_t> child = startIn(ProcessGroup::ours);
   return child ? waitForEver(*child, text) : std::nullopt;
+}
+
+std::unique_ptr<LimitedChild> startChild(const std::string& executable, const std::vector<std::string>& arguments,
+                                         const std::optional<Environment>& environment) {
+  if (holdsNUL(executable) || std::ranges::any_of(arguments, holdsNUL)) {
+    return nullptr;
+  }
+  auto child = std::make_unique<LimitedChild>(
+      [&] { return start(executable, arguments, nullptr, environment, ProcessGroup::own); });
+  return child->isStarted() ? std::move(child) : nullptr;
 }
 
 bool isExecutableFile(const std::string& path) {

@@ -250,15 +250,20 @@ TEST_F(CoverageScanTest, stopAskedFor_givesNothing) {
   EXPECT_EQ(CoverageScan(tree_, clock_).look(request_, stop).has_value(), false);
 }
 
-TEST(CoverageReport, onlyWhatIsOnItsWay_mayBecomeComplete) {
+TEST(CoverageReport, gapsThatTimeDoesNotClose_lastOnceNoOtherIsLeft) {
   CoverageReport report;
   report.gapCounts.add(GapKind::pendingHidden);
-  EXPECT_TRUE(mayBecomeComplete(report));
+  EXPECT_FALSE(hasLastingGapsOnly(report));
   report.gapCounts.add(GapKind::notInICloud);
-  EXPECT_FALSE(mayBecomeComplete(report));
+  EXPECT_FALSE(hasLastingGapsOnly(report));
+  report.gapCounts.remove(GapKind::pendingHidden);
+  EXPECT_TRUE(hasLastingGapsOnly(report));
   report.gapCounts = {};
   report.notExamined = {"/x"};
-  EXPECT_FALSE(mayBecomeComplete(report));
+  EXPECT_TRUE(hasLastingGapsOnly(report));
+  report.notExamined = {};
+  report.complete = true;
+  EXPECT_FALSE(hasLastingGapsOnly(report));
 }
 
 TEST(CoverageReport, json_hasItsKeysSorted) {

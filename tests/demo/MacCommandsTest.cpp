@@ -47,6 +47,8 @@ class MacCommandsTest : public DemoMacTest {
 
   void takeOffNetwork() const { writeFile(root() + "/network.txt", "off\n"); }
 
+  std::string powerLog() const { return root() + "/var/log/power.log"; }
+
   void expectAnswer(const ChildResult& result, int exitStatus, const std::string& out,
                     const std::string& err = "") const {
     EXPECT_EQ(result.exitStatus, exitStatus);
@@ -83,9 +85,10 @@ class MacCommandsTest : public DemoMacTest {
 };
 
 TEST_F(MacCommandsTest, create_newFolder_writesThemForEverybodyToRun) {
-  for (const std::string path : {"/usr/bin/pgrep", "/usr/sbin/route", "/usr/sbin/scutil", "/usr/bin/dscacheutil",
-                                 "/usr/sbin/sysctl", "/usr/bin/which", "/usr/bin/top", "/usr/bin/vm_stat",
-                                 "/opt/homebrew/bin/osx-cpu-temp", "/opt/homebrew/bin/brew", "/opt/homebrew/bin/jq"}) {
+  for (const std::string path :
+       {"/usr/bin/pgrep", "/usr/sbin/route", "/usr/sbin/scutil", "/usr/bin/dscacheutil", "/usr/sbin/sysctl",
+        "/usr/bin/which", "/usr/bin/top", "/usr/bin/vm_stat", "/usr/bin/pmset", "/usr/bin/caffeinate", "/sbin/shutdown",
+        "/opt/homebrew/bin/osx-cpu-temp", "/opt/homebrew/bin/brew", "/opt/homebrew/bin/jq"}) {
     EXPECT_TRUE(std::filesystem::is_regular_file(root() + path)) << path;
     EXPECT_EQ(permissions(root() + path) & 0700u, 0700u) << path;
     EXPECT_THAT(readFile(root() + path), StartsWith("#!/bin/sh\n")) << path;
@@ -256,6 +259,31 @@ TEST_F(MacCommandsTest, osxCPUTemp_asked_printsDegrees) {
   expectAnswer(onMac("/opt/homebrew/bin/osx-cpu-temp", {}), 0, "61.8\u00b0C\n");
 }
 
+TEST_F(MacCommandsTest, powerCommands_eachCall_isALineInTheLog) {
+  expectAnswer(onMac("/usr/bin/pmset", {"sleepnow"}), 0, "");
+  expectAnswer(onMac("/sbin/shutdown", {"-h", "now"}), 0, "");
+  expectAnswer(onMac("/usr/bin/pmset", {"sleepnow"}), 0, "");
+  EXPECT_EQ(readFile(powerLog()), "pmset sleepnow\nshutdown -h now\npmset sleepnow\n");
+}
+
+TEST_F(MacCommandsTest, caffeinate_runsUntilTheProcessEnds) {
+  // Whoever reads a fifo waits until something is written.
+  const ChildResult result =
+      runProgram("/bin/sh", {"-c",
+                             "mkdir -p \"$1/var/log\" && mkfifo \"$1/go\" \"$1/var/log/power.log\" || exit;"
+                             " read -r word <\"$1/go\" & \"$1/usr/bin/caffeinate\" -i -w $! &"
+                             " read -r line <\"$1/var/log/power.log\"; echo \"$line\";"
+                             " kill -0 $! && echo awake; echo >\"$1/go\"; wait $! && echo over",
+                             "sh", root()});
+  EXPECT_THAT(result.out, MatchesRegex("caffeinate -i -w [0-9]+\nawake\nover\n"));
+}
+
+TEST_F(MacCommandsTest, create_anew_emptiesThePowerLog) {
+  expectAnswer(onMac("/usr/bin/pmset", {"sleepnow"}), 0, "");
+  succeed("create");
+  EXPECT_FALSE(exists(powerLog()));
+}
+
 TEST_F(MacCommandsTest, wrongUsage_anyCommand_saysWhatIsRight) {
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{}, {"-x"}, {"-x", ""}, {"bird"}, {"-f", "bird"}, {"-x", "bird", "cloudd"}}) {
@@ -267,6 +295,13 @@ TEST_F(MacCommandsTest, wrongUsage_anyCommand_saysWhatIsRight) {
   expectMisuse("/usr/sbin/sysctl", {}, 1);
   expectMisuse("/usr/bin/which", {}, 1);
   expectMisuse("/usr/bin/top", {}, 1);
+  expectMisuse("/usr/bin/pmset", {"displaysleepnow"}, 64);
+  expectMisuse("/sbin/shutdown", {"-r", "now"}, 64);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{}, {"-i"}, {"-i", "-w", ""}, {"-i", "-w", "1x"}, {"-d", "-w", "1"}, {"-i", "-w 1"}}) {
+    expectMisuse("/usr/bin/caffeinate", arguments, 64);
+  }
+  EXPECT_FALSE(exists(powerLog()));
 }
 
 TEST_F(MacCommandsTest, root_oddName_isFound) {
@@ -300,6 +335,8 @@ TEST_F(MacCommandsTest, path_leadsNowhere_everyCommandWorks) {
            {"/usr/sbin/sysctl", {"vm.swapusage"}},
            {"/usr/bin/top", {"-l", "1", "-n", "0"}},
            {"/usr/bin/vm_stat", {}},
+           {"/usr/bin/pmset", {"sleepnow"}},
+           {"/sbin/shutdown", {"-h", "now"}},
            {"/opt/homebrew/bin/osx-cpu-temp", {}}}) {
     const ChildResult result = onMac(path, arguments, nowhere);
     EXPECT_EQ(result.exitStatus, 0) << path;

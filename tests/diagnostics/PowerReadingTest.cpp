@@ -59,6 +59,39 @@ TEST(BatteryStatus, chargeBeyondAllIntegers_isStillANumber) {
   EXPECT_LT(batteryStatus({{-std::numeric_limits<double>::max(), 1, {}}}).percent, -1'000'000);
 }
 
+PowerSource battery(std::optional<bool> isOnMains, std::optional<bool> isCharging = {}) {
+  return {.currentCapacity = 40, .maximumCapacity = 80, .isCharging = isCharging, .isOnMains = isOnMains};
+}
+
+TEST(PowerSupply, noBattery_isOnMains) {
+  EXPECT_EQ(powerSupply({}), (PowerSupply{true, std::nullopt}));
+  EXPECT_EQ(powerSupply({{50, std::nullopt, std::nullopt, std::nullopt}}), (PowerSupply{true, std::nullopt}));
+}
+
+TEST(PowerSupply, battery_thatSaysWhetherItIsDrawnFrom_isBelieved) {
+  EXPECT_EQ(powerSupply({battery(true, false)}), (PowerSupply{true, 50}));
+  EXPECT_EQ(powerSupply({battery(false, true)}), (PowerSupply{false, 50}));
+}
+
+TEST(PowerSupply, batteryThatDoesNotSay_isOnMainsWhileItCharges) {
+  EXPECT_EQ(powerSupply({battery(std::nullopt, true)}), (PowerSupply{true, 50}));
+  EXPECT_EQ(powerSupply({battery(std::nullopt, false)}), (PowerSupply{false, 50}));
+  EXPECT_EQ(powerSupply({battery(std::nullopt)}), (PowerSupply{false, 50}));
+}
+
+TEST(PowerSupply, oneOfTwoBatteries_drawnFrom_isNotOnMains) {
+  EXPECT_EQ(powerSupply({battery(true), battery(false)}), (PowerSupply{false, 50}));
+  EXPECT_EQ(powerSupply({battery(std::nullopt), battery(true)}), (PowerSupply{true, 50}));
+}
+
+TEST(PowerSupply, sourceWithoutACapacity_thatIsDrawnFrom_isNotOnMains) {
+  EXPECT_EQ(powerSupply({{50, std::nullopt, std::nullopt, false}}), (PowerSupply{false, std::nullopt}));
+}
+
+TEST(PowerSupply, percentBeyondAllIntegers_isStillANumber) {
+  EXPECT_GT(powerSupply({{std::numeric_limits<double>::max(), 1, {}, {}}}).batteryPercent, 1'000'000);
+}
+
 TEST(ThermalStateName, everyState_hasItsName) {
   EXPECT_EQ(thermalStateName(ThermalState::nominal), "Nominal");
   EXPECT_EQ(thermalStateName(ThermalState::fair), "Fair");

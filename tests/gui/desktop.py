@@ -172,6 +172,8 @@ class Desktop:
             "GSETTINGS_BACKEND": "memory",
             # Comes before any other that a program would open a page with.
             "PATH": self._make_browser() + os.pathsep + os.environ["PATH"],
+            # No test may put the machine itself to sleep.
+            "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus",
             "GIO_USE_VFS": "local",
             "NO_AT_BRIDGE": "1",
         }
@@ -527,7 +529,11 @@ class Desktop:
         xtest.fake_input(self.display, X.ButtonRelease, button)
         self.display.sync()
 
+    def point(self, x, y):
+        """Moves the pointer there and lets it rest."""
+        xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
+        self.display.sync()
+
     def park_pointer(self):
         """Moves the pointer where nothing reacts to it."""
-        xtest.fake_input(self.display, X.MotionNotify, x=WIDTH - 1, y=0)
-        self.display.sync()
+        self.point(WIDTH - 1, 0)

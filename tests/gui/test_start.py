@@ -107,3 +107,35 @@ def test_scanThatTakesItsTime_saysHowFarItHasCome(launch, held):
     held.let_go()
     application.wait_scanned()
     assert not any(node.name.startswith("Scanning ") for node in application.all("label"))
+
+
+# In the third of the five watched folders.
+LATE_FILE = "Timetable.ics"
+ACCENT = (0x3D, 0x9B, 0xFF)
+
+
+def bar(application):
+    """How much of the window's width the bar below the tabs fills, 0 to 1."""
+    x, y, width, height = application.desktop.geometry(application.wait_for_window())
+    picture = application.desktop.picture(x, y, width, height // 4)
+
+    def filled(row):
+        end = 0
+        while end < width and all(abs(one - other) < 8 for one, other in zip(picture.pixel(end, row), ACCENT)):
+            end += 1
+        return end
+
+    return max(filled(row) for row in range(picture.height)) / width
+
+
+def test_nextScanThatTakesItsTime_fillsABarAsFarAsItHasCome(launch, held):
+    application = launch(CIRROVANE_TEST_GATED_ITEM=LATE_FILE, **held.environment).ready()
+    held.let_go()
+    application.wait_scanned()
+    assert bar(application) == 0
+    held.hold_again()
+    application.all("push button", "Rescan")[0].press()
+    application.wait_until(lambda: 0 < bar(application) < 1, "a bar that is partly filled")
+    held.let_go()
+    application.wait_until(lambda: not application.is_scanning(), "the end of the scan")
+    application.wait_until(lambda: bar(application) == 0, "the bar to go")

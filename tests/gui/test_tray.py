@@ -137,6 +137,17 @@ def test_panelAtTheStart_opensAloneAndTellsTheState(launch, mac, held):
     application.node("label", "Upload Trust 100 · Local 100")
 
 
+def test_iconPointedAt_whileAScanTakesItsTime_saysHowFarItHasCome(launch, desktop, held):
+    application = launch(**held.environment).ready()
+    application.wait_until(lambda: len(desktop.tray_icons()) == 1, "the tray icon")
+    x, y, width, height = desktop.geometry(desktop.tray_icons()[0])
+    desktop.point(x + width // 2, y + height // 2)
+    application.wait_until(
+        lambda: any("Scanning " in node.name and " files" in node.name for node in application.all("tool tip")),
+        "how far the scan has come",
+    )
+
+
 def test_panel_openedAgain_scansAgain(launch, mac):
     mac.settle()
     application = launch("--panel")

@@ -1,6 +1,7 @@
 #include "platform/macos/plain/PowerDescription.h"
 
 #include <optional>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,7 @@ class FakeDescription final : public PowerDescription {
   std::optional<double> current;
   std::optional<double> maximum;
   std::optional<bool> isCharging;
+  std::optional<std::string> state;
 
   std::optional<double> number(PowerKey key) const override {
     switch (key) {
@@ -20,14 +22,19 @@ class FakeDescription final : public PowerDescription {
       case PowerKey::maximumCapacity:
         return maximum;
       case PowerKey::isCharging:
+      case PowerKey::state:
         break;
     }
-    ADD_FAILURE() << "the charging flag is no number";
+    ADD_FAILURE() << "this is no number";
     return std::nullopt;
   }
   std::optional<bool> boolean(PowerKey key) const override {
     EXPECT_EQ(key, PowerKey::isCharging);
     return isCharging;
+  }
+  std::optional<std::string> text(PowerKey key) const override {
+    EXPECT_EQ(key, PowerKey::state);
+    return state;
   }
 };
 
@@ -47,6 +54,17 @@ TEST(PowerSourceOf, keysWithoutAnswer_areHandedOnAsAbsent) {
   EXPECT_EQ(source.currentCapacity, std::nullopt);
   EXPECT_EQ(source.maximumCapacity, std::nullopt);
   EXPECT_EQ(source.isCharging, std::nullopt);
+  EXPECT_EQ(source.isOnMains, std::nullopt);
+}
+
+TEST(PowerSourceOf, state_saysWhetherItIsDrawnFrom) {
+  FakeDescription description;
+  description.state = "AC Power";
+  EXPECT_EQ(powerSourceOf(description).isOnMains, true);
+  description.state = "Battery Power";
+  EXPECT_EQ(powerSourceOf(description).isOnMains, false);
+  description.state = "Off Line";
+  EXPECT_EQ(powerSourceOf(description).isOnMains, std::nullopt);
 }
 
 TEST(PowerSourceOf, maximumThatIsNoWholeNumber_isAbsent) {

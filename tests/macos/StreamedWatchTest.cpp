@@ -1,4 +1,5 @@
 #include "platform/macos/plain/StreamedWatch.h"
+#include "tests/macos/ManualSerialQueue.h"
 #include "tests/support/NotedFolderNews.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -26,42 +27,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 using testing::UnorderedElementsAre;
-
-/// A queue whose time the test moves on.
-class ManualSerialQueue final : public SerialQueue {
- public:
-  void post(std::function<void()> task) override { tasks_.push_back(std::move(task)); }
-  void postAfter(seconds delay, std::function<void()> task) override { later_.emplace(now_ + delay, std::move(task)); }
-  void runAndWait(std::function<void()> task) override {
-    run();
-    task();
-  }
-
-  void run() {
-    while (!tasks_.empty()) {
-      const auto task = std::move(tasks_.front());
-      tasks_.pop_front();
-      task();
-    }
-  }
-  void advance(seconds time) {
-    const seconds end = now_ + time;
-    run();
-    while (!later_.empty() && later_.begin()->first <= end) {
-      now_ = later_.begin()->first;
-      const auto task = std::move(later_.begin()->second);
-      later_.erase(later_.begin());
-      task();
-      run();
-    }
-    now_ = end;
-  }
-
- private:
-  seconds now_{0};
-  std::deque<std::function<void()>> tasks_;
-  std::multimap<seconds, std::function<void()>> later_;
-};
 
 /// A system whose stream tells what the test says, and of each cookie unless it died.
 class FakeStreamSystem {

@@ -45,9 +45,13 @@ class BundleFilesTest(unittest.TestCase):
         target = (TREE / "tests" / "macos" / "type_check.py").read_text(encoding="utf-8")
         self.assertIn(f'"arm64-apple-macos{self.info["LSMinimumSystemVersion"].removesuffix(".0")}"', target)
 
-    def test_entitlements_are_no_more_than_the_engine_needs(self):
+    def test_request_to_send_events_is_explained(self):
+        self.assertIn("Cirrovane puts this Mac to sleep", self.info["NSAppleEventsUsageDescription"])
+
+    def test_entitlements_are_no_more_than_the_engine_and_the_gate_need(self):
         self.assertEqual(read(TREE / "packaging" / "macos" / "Cirrovane.entitlements"),
-                         {"com.apple.security.cs.allow-jit": True})
+                         {"com.apple.security.automation.apple-events": True,
+                          "com.apple.security.cs.allow-jit": True})
 
 
 if __name__ == "__main__":

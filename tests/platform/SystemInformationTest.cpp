@@ -119,6 +119,18 @@ TEST(DescribedMachine, integers_writtenAsDecimals_count) {
   EXPECT_EQ(machine.information().physicalMemory(), 17179869184U);
 }
 
+TEST(DescribedMachine, powerSource_saysByItsStateWhetherItIsDrawnFrom) {
+  const Described machine(R"({"powerSources": [{"Power Source State": "AC Power"},
+    {"Power Source State": "Battery Power"}, {"Power Source State": "Off Line"}, {"Power Source State": 1}, {}]})");
+  const std::vector<PowerSource> sources = machine.information().powerSources();
+  ASSERT_EQ(sources.size(), 5U);
+  EXPECT_EQ(sources[0].isOnMains, true);
+  EXPECT_EQ(sources[1].isOnMains, false);
+  EXPECT_EQ(sources[2].isOnMains, std::nullopt);
+  EXPECT_EQ(sources[3].isOnMains, std::nullopt);
+  EXPECT_EQ(sources[4].isOnMains, std::nullopt);
+}
+
 TEST(DescribedMachine, description_changed_showsAtTheNextQuestion) {
   const Described machine(R"({"thermalState": "nominal"})");
   EXPECT_EQ(machine.information().thermalState(), ThermalState::nominal);
@@ -187,6 +199,19 @@ TEST_F(HostPowerTest, battery_withEnergyOrCharge_hasThatUnit) {
   EXPECT_EQ(sources()[0].isCharging, std::nullopt);
   EXPECT_EQ(sources()[1].maximumCapacity, 4000);
   EXPECT_EQ(sources()[1].isCharging, false);
+}
+
+TEST_F(HostPowerTest, battery_saysByItsStatusWhetherItIsDrawnFrom) {
+  const auto isOnMains = [&](const std::string& status) {
+    addDevice("BAT0", {{"type", "Battery"}, {"capacity", "63"}, {"status", status}});
+    return sources().at(0).isOnMains;
+  };
+  EXPECT_EQ(isOnMains("Discharging"), false);
+  for (const char* const status : {"Charging", "Full", "Not charging"}) {
+    EXPECT_EQ(isOnMains(status), true) << status;
+  }
+  EXPECT_EQ(isOnMains("Unknown"), std::nullopt);
+  EXPECT_EQ(isOnMains(""), std::nullopt);
 }
 
 TEST_F(HostPowerTest, battery_ofAMouse_isNotTheMachines) {

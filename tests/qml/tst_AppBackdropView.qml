@@ -101,6 +101,18 @@ Item {
             verify(backdrop.orbOnePhase < 0.01 && backdrop.orbTwoPhase < 0.01);
         }
 
+        function test_backdrop_paintedByTheProcessor_movesInFewSteps() {
+            compare(timer(make({isPaintedByProcessor: true})).interval, 250);
+        }
+
+        function test_backdrop_paintedByAGraphicsCard_movesSmoothly() {
+            verify(timer(make({isPaintedByProcessor: false})).interval <= 34);
+        }
+
+        function test_backdrop_byTheTestsOwnPainter_isPaintedByTheProcessor() {
+            verify(make().isPaintedByProcessor);
+        }
+
         function test_backdrop_turnedClassic_stands() {
             const backdrop = make();
             backdrop.isClassic = true;

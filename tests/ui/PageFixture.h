@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/coordinator/DashboardFixture.h"
+#include "tests/support/FakeAmountText.h"
 #include "tests/support/ManualExecutor.h"
 #include "tests/support/NotedClipboard.h"
 #include "ui/viewmodels/PageContext.h"
@@ -35,8 +36,8 @@ class PageTest : public DashboardMachine {
   std::unique_ptr<ViewModel> openWith(std::unique_ptr<ViewModel> page) {
     if (!context_) {
       settings_ = std::make_unique<AppSettings>(defaults_, AppSettings::System{.notifications = &permission_});
-      context_ =
-          std::make_unique<PageContext>(PageContext::Parts{*dashboard_, *coverage_, timeText_, *settings_, tools_});
+      context_ = std::make_unique<PageContext>(
+          PageContext::Parts{*dashboard_, *coverage_, timeText_, amountText_, *settings_, tools_, nullptr});
     }
     page->setContext(context_.get());
     return page;
@@ -50,6 +51,7 @@ class PageTest : public DashboardMachine {
   char name_[6] = "tests";
   char* arguments_[1] = {name_};
   QCoreApplication application_{argumentCount_, arguments_};
+  FakeAmountText amountText_;
   NotedClipboard clipboard_;
   /// Tasks that would run at the same time, each on a thread of its own.
   std::vector<std::function<void()>> background_;

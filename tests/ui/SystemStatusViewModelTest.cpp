@@ -36,10 +36,10 @@ TEST_F(SystemStatusViewModelTest, beforeTheFirstSample_allIsUnknown) {
   EXPECT_THAT(rowsOf(*page_->cpu()),
               ElementsAre(row("Usage", "Unknown"), row("Load", "- / - / -"), row("Thermal State", "Unknown"),
                           row("Temperature", "Unknown (optional sensor required)")));
-  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "Unknown"), row("Total", "Zero KB")));
+  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "Unknown"), row("Total", "0 bytes")));
   EXPECT_THAT(rowsOf(*page_->storage()), ElementsAre(row("Free", "Unknown"), row("Total", "Unknown")));
   EXPECT_THAT(rowsOf(*page_->power()), ElementsAre(row("Battery", "Unknown"), row("Charging", "Unknown"),
-                                                   row("Low Power Mode", "Off"), row("Uptime", "0m")));
+                                                   row("Low Power Mode", "Off"), row("Uptime", "0 seconds")));
   EXPECT_THAT(rowsOf(*page_->network()), ElementsAre(row("iCloud Reachability", "Unknown")));
   EXPECT_THAT(rowsOf(*page_->live()),
               ElementsAre(row("State", "Not live"), row("Reason", "None"), row("Verdict Confirmed", "Not scanned yet"),
@@ -84,10 +84,12 @@ TEST_F(SystemStatusViewModelTest, fullSample_isToldWhole) {
   publish(status);
   EXPECT_THAT(rowsOf(*page_->cpu()), ElementsAre(row("Usage", "7.2%"), row("Load", "1.52 / 1.31 / 1.20"),
                                                  row("Thermal State", "Nominal"), row("Temperature", "61.8 C")));
-  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "8.59 GB"), row("Total", "17.18 GB")));
-  EXPECT_THAT(rowsOf(*page_->storage()), ElementsAre(row("Free", "212.5 GB"), row("Total", "494.38 GB")));
+  EXPECT_THAT(rowsOf(*page_->memory()),
+              ElementsAre(row("Used", "8589934592 bytes"), row("Total", "17179869184 bytes")));
+  EXPECT_THAT(rowsOf(*page_->storage()),
+              ElementsAre(row("Free", "212500000000 bytes"), row("Total", "494384795648 bytes")));
   EXPECT_THAT(rowsOf(*page_->power()), ElementsAre(row("Battery", "87%"), row("Charging", "Yes"),
-                                                   row("Low Power Mode", "On"), row("Uptime", "3d 4h")));
+                                                   row("Low Power Mode", "On"), row("Uptime", "273600 seconds")));
   EXPECT_THAT(rowsOf(*page_->network()), ElementsAre(row("iCloud Reachability", "Not Reachable")));
   EXPECT_EQ(page_->memoryUsageText(), "50%");
 }
@@ -114,7 +116,7 @@ TEST_F(SystemStatusViewModelTest, memoryTone_atItsBounds) {
 TEST_F(SystemStatusViewModelTest, noTotalMemory_noGaugeAndNoDivision) {
   publishMemory(1'000'000, 0);
   EXPECT_FALSE(page_->hasMemoryGauge());
-  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "1 MB"), row("Total", "Zero KB")));
+  EXPECT_THAT(rowsOf(*page_->memory()), ElementsAre(row("Used", "1000000 bytes"), row("Total", "0 bytes")));
 }
 
 TEST_F(SystemStatusViewModelTest, refresh_duringACycle_changesNothing) {

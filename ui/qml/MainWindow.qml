@@ -32,9 +32,11 @@ ApplicationWindow {
     property var coverage: null
     property var preferences: null
     property var evidence: null
+    property var question: null
     readonly property bool hasOpenSheet: (guide?.opened ?? false) || (about?.opened ?? false)
                                          || (blockers?.opened ?? false) || (coverage?.opened ?? false)
                                          || (preferences?.opened ?? false) || (evidence?.opened ?? false)
+                                         || (question?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -78,6 +80,18 @@ ApplicationWindow {
     function showExport() {
         evidence = evidence ?? exportComponent.createObject(contentItem);
         evidence.open();
+    }
+
+    Connections {
+        target: window.context.leaving
+        function onChanged() {
+            if (window.context.leaving.canWait) {
+                window.question = window.question ?? questionComponent.createObject(window.contentItem);
+                window.question.open();
+            } else if (!window.context.leaving.isAsked) {
+                window.question?.close();
+            }
+        }
     }
 
     onVisibleChanged: if (visible) arrival.restart()
@@ -226,6 +240,13 @@ ApplicationWindow {
         id: exportComponent
         ExportView {
             context: window.context
+        }
+    }
+
+    Component {
+        id: questionComponent
+        LeaveQuestionView {
+            leaving: window.context.leaving
         }
     }
 

@@ -10,6 +10,7 @@ Window {
 
     required property SnapshotViewModel snapshot
     required property AppSettings settings
+    required property LeaveViewModel leaving
     required property MenuCommands commands
     // For the sheet of an export; none in a test of the panel alone.
     property PageContext context: null
@@ -113,6 +114,7 @@ Window {
                 width: flickable.width - 2 * Theme.pagePadding
                 snapshot: panel.snapshot
                 settings: panel.settings
+                leaving: panel.leaving
                 onExportRequested: panel.showExport()
                 onTerminologyRequested: guide.open()
                 onCommandGiven: name => panel.commands.trigger(name)

@@ -8,6 +8,7 @@ ColumnLayout {
 
     required property SnapshotViewModel snapshot
     required property AppSettings settings
+    required property LeaveViewModel leaving
 
     signal exportRequested
     signal terminologyRequested
@@ -102,6 +103,7 @@ ColumnLayout {
             font.pixelSize: Theme.captionSize
             color: Theme.secondaryText
             Layout.fillWidth: true
+            Layout.alignment: Qt.AlignVCenter
         }
         ActionButton {
             text: "Review"
@@ -143,6 +145,10 @@ ColumnLayout {
             visible: text.length > 0
             text: view.snapshot.lastFailedReason
         }
+    }
+    LeavingSection {
+        leaving: view.leaving
+        textSize: Theme.captionSize
     }
     Divider {
         Layout.topMargin: Theme.tightSpacing

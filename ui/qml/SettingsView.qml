@@ -102,6 +102,9 @@ Sheet {
                             onActed: sheet.settings.notificationPermission.act()
                         }
                     }
+                    LeavingSettings {
+                        leaving: sheet.settings.leaving
+                    }
                     SettingsSection {
                         heading: "Login"
 

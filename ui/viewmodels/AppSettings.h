@@ -3,6 +3,7 @@
 #include "platform/MotionPreference.h"
 #include "platform/UserDefaults.h"
 #include "ui/viewmodels/ChoiceRow.h"
+#include "ui/viewmodels/LeavingSetting.h"
 #include "ui/viewmodels/ListModel.h"
 #include "ui/viewmodels/LoginItemSetting.h"
 #include "ui/viewmodels/NotificationPermission.h"
@@ -30,6 +31,7 @@ class AppSettings : public QObject {
                  notificationsEnabledChanged)
   Q_PROPERTY(cirrovane::NotificationPermission* notificationPermission READ notificationPermission CONSTANT)
   Q_PROPERTY(cirrovane::LoginItemSetting* loginItem READ loginItem CONSTANT)
+  Q_PROPERTY(cirrovane::LeavingSetting* leaving READ leaving CONSTANT)
 
  public:
   /// What the system has to say to the user's choices.
@@ -38,6 +40,7 @@ class AppSettings : public QObject {
     MotionPreference* motion = nullptr;
     NotificationPermission* notifications = nullptr;
     LoginItemSetting* loginItem = nullptr;
+    LeavingSetting* leaving = nullptr;
   };
 
   /// `userDefaults` and what `system` names outlive the settings.
@@ -58,9 +61,10 @@ class AppSettings : public QObject {
   QString motionNote() const;
   bool showTerminologyOnDashboard() const { return showTerminologyOnDashboard_; }
   bool notificationsEnabled() const { return notificationsEnabled_; }
-  /// nullptr where the system has none, as for the next one.
+  /// nullptr where the system has none, as for the next two.
   NotificationPermission* notificationPermission() const { return system_.notifications; }
   LoginItemSetting* loginItem() const { return system_.loginItem; }
+  LeavingSetting* leaving() const { return system_.leaving; }
 
   void setVisualStyle(const QString& style);
   void setMotionEnabled(bool enabled);

@@ -2,8 +2,10 @@
 
 #include "coordinator/CoverageReview.h"
 #include "coordinator/DashboardViewModel.h"
+#include "platform/AmountText.h"
 #include "platform/TimeText.h"
 #include "ui/viewmodels/AppSettings.h"
+#include "ui/viewmodels/LeaveViewModel.h"
 
 #include <QObject>
 #include <QtQmlIntegration>
@@ -32,14 +34,18 @@ class PageContext : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by the application")
+  Q_PROPERTY(cirrovane::LeaveViewModel* leaving READ leaving CONSTANT)
 
  public:
   struct Parts {
     DashboardViewModel& dashboard;
     CoverageReview& coverage;
     const TimeText& timeText;
+    const AmountText& amountText;
     AppSettings& settings;
     const ToolsEnvironment& tools;
+    /// For the pages in QML alone.
+    LeaveViewModel* leaving = nullptr;
   };
 
   explicit PageContext(const Parts& parts, QObject* parent = nullptr) : QObject(parent), parts_(parts) {}
@@ -49,6 +55,9 @@ class PageContext : public QObject {
   /// The coverage, to read.
   const CoverageReview& coverage() const { return parts_.coverage; }
   const TimeText& timeText() const { return parts_.timeText; }
+  const AmountText& amountText() const { return parts_.amountText; }
+  /// What both surfaces show and do about leaving.
+  LeaveViewModel* leaving() const { return parts_.leaving; }
 
   // The dashboard, to act on:
 

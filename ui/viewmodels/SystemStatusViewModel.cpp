@@ -34,16 +34,19 @@ void SystemStatusViewModel::begin() {
 
 void SystemStatusViewModel::update() {
   status_ = dashboard().systemStatus();
+  const AmountText& amounts = context()->amountText();
   show(cpu_, {{"Usage", cpuUsageText(status_)},
               {"Load", loadText(status_)},
               {"Thermal State", status_.thermalState},
               {"Temperature", temperatureText(status_)}});
-  show(memory_, {{"Used", byteCountText(status_.memoryUsedBytes)}, {"Total", byteCountText(status_.memoryTotalBytes)}});
-  show(storage_, {{"Free", byteCountText(status_.diskFreeBytes)}, {"Total", byteCountText(status_.diskTotalBytes)}});
+  show(memory_, {{"Used", byteCountText(amounts, status_.memoryUsedBytes)},
+                 {"Total", byteCountText(amounts, std::optional(status_.memoryTotalBytes))}});
+  show(storage_, {{"Free", byteCountText(amounts, status_.diskFreeBytes)},
+                  {"Total", byteCountText(amounts, status_.diskTotalBytes)}});
   show(power_, {{"Battery", batteryText(status_)},
                 {"Charging", chargingText(status_)},
                 {"Low Power Mode", lowPowerModeText(status_)},
-                {"Uptime", durationText(status_.uptimeSeconds)}});
+                {"Uptime", amounts.duration(status_.uptimeSeconds)}});
   show(network_, {{"iCloud Reachability", reachabilityText(status_)}});
   showLive();
 }

@@ -28,14 +28,13 @@ std::optional<std::int64_t> numericAttribute(const fs::path& device, std::string
   return error == std::errc() && !text.empty() ? std::optional(value) : std::nullopt;
 }
 
-std::optional<bool> isCharging(const fs::path& device) {
-  const std::string status = attribute(device, "status");
-  return status.empty() || status == "Unknown" ? std::nullopt : std::optional(status == "Charging");
-}
-
 PowerSource describe(const fs::path& device) {
   PowerSource source;
-  source.isCharging = isCharging(device);
+  const std::string status = attribute(device, "status");
+  if (!status.empty() && status != "Unknown") {
+    source.isCharging = status == "Charging";
+    source.isOnMains = status != "Discharging";
+  }
   // A battery gives a percentage, or energy, or charge, by its driver's choice.
   if (const auto percent = numericAttribute(device, "capacity")) {
     source.currentCapacity = static_cast<double>(*percent);

@@ -41,4 +41,9 @@ std::unique_ptr<const CommandRunner> commandRunnerOf(const MacRoot& root) {
                                               [root] { return childEnvironment(root); });
 }
 
+std::unique_ptr<LimitedChild> startCommandOf(const MacRoot& root, const std::string& path,
+                                             const std::vector<std::string>& arguments) {
+  return startChild(root.realPath(path), arguments, childEnvironment(root));
+}
+
 }  // namespace cirrovane

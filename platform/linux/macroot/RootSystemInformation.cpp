@@ -21,6 +21,14 @@ constexpr std::array<std::pair<std::string_view, ThermalState>, 4> kThermalState
     {"critical", ThermalState::critical},
 }};
 
+std::optional<bool> isOnMains(const json& description) {
+  const auto state = description.find("Power Source State");
+  if (state != description.end() && *state == "AC Power") {
+    return true;
+  }
+  return state != description.end() && *state == "Battery Power" ? std::optional(false) : std::nullopt;
+}
+
 }  // namespace
 
 bool RootSystemInformation::hasUbiquityIdentityToken() const {
@@ -71,7 +79,7 @@ std::vector<PowerSource> RootSystemInformation::powerSources() const {
   std::vector<PowerSource> sources;
   for (const json& description : root_.facts().value("powerSources", json::array())) {
     sources.push_back({numericFact(description, "Current Capacity"), integerFact(description, "Max Capacity"),
-                       booleanFact(description, "Is Charging")});
+                       booleanFact(description, "Is Charging"), isOnMains(description)});
   }
   return sources;
 }

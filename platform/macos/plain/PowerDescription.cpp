@@ -11,6 +11,12 @@ PowerSource powerSourceOf(const PowerDescription& description) {
     source.maximumCapacity = wholeNumberOf(*capacity);
   }
   source.isCharging = description.boolean(PowerKey::isCharging);
+  const std::optional<std::string> state = description.text(PowerKey::state);
+  if (state == "AC Power") {
+    source.isOnMains = true;
+  } else if (state == "Battery Power") {
+    source.isOnMains = false;
+  }
   return source;
 }
 

@@ -3,11 +3,12 @@
 #include "platform/SystemInformation.h"
 
 #include <optional>
+#include <string>
 
 namespace cirrovane {
 
 /// What is asked of the system about each source of power.
-enum class PowerKey { currentCapacity, maximumCapacity, isCharging };
+enum class PowerKey { currentCapacity, maximumCapacity, isCharging, state };
 
 /// The system's description of one source of power. A value that is missing, or of another type than the key's, is
 /// absent.
@@ -16,6 +17,7 @@ class PowerDescription {
   virtual ~PowerDescription() = default;
   virtual std::optional<double> number(PowerKey key) const = 0;
   virtual std::optional<bool> boolean(PowerKey key) const = 0;
+  virtual std::optional<std::string> text(PowerKey key) const = 0;
 };
 
 PowerSource powerSourceOf(const PowerDescription& description);

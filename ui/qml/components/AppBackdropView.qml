@@ -8,6 +8,7 @@ Item {
 
     required property bool isClassic
     required property bool motionEnabled
+    property bool isPaintedByProcessor: GraphicsInfo.api === GraphicsInfo.Software
 
     Accessible.ignored: true
     clip: true
@@ -53,13 +54,13 @@ Item {
         }
     }
 
-    // So slow a drift needs few pictures a second, and each costs a repaint of the whole window.
+    // Where the processor paints, each picture costs a repaint of the whole window, and so slow a drift needs few.
     Timer {
         id: drift
 
         property real elapsed: 0
 
-        interval: 250
+        interval: backdrop.isPaintedByProcessor ? 250 : 33
         repeat: true
         running: backdrop.visible && backdrop.motionEnabled && !backdrop.isClassic
                  && backdrop.Window.visibility !== Window.Hidden && backdrop.Window.visibility !== Window.Minimized

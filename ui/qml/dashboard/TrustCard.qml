@@ -107,6 +107,9 @@ PremiumCard {
     UploadsSection {
         context: card.context
     }
+    LeavingSection {
+        leaving: card.context.leaving
+    }
     RowLayout {
         spacing: Theme.rowSpacing
         Layout.fillWidth: true

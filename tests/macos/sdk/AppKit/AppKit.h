@@ -19,8 +19,24 @@ static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat w, CGFloat h) {
 
 typedef NS_ENUM(NSUInteger, NSCompositingOperation) { NSCompositingOperationSourceOver = 2 };
 
+@class NSApplication;
+
+typedef NS_ENUM(NSUInteger, NSApplicationTerminateReply) {
+  NSTerminateCancel = 0,
+  NSTerminateNow = 1,
+  NSTerminateLater = 2
+};
+
+@protocol NSApplicationDelegate <NSObject>
+@optional
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender;
+- (void)applicationWillTerminate:(NSNotification*)notification;
+@end
+
 @interface NSApplication : NSObject
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+@property(nullable, weak) id<NSApplicationDelegate> delegate;
+- (void)replyToApplicationShouldTerminate:(BOOL)shouldTerminate;
 - (void)activateIgnoringOtherApps:(BOOL)flag;
 @end
 

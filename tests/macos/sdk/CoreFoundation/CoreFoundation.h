@@ -12,6 +12,8 @@ typedef long CFIndex;
 typedef unsigned char Boolean;
 typedef const struct __attribute__((objc_bridge(NSArray))) __CFArray* CFArrayRef;
 typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* CFDictionaryRef;
+typedef const struct __attribute__((objc_bridge(NSString))) __CFString* CFStringRef;
+#define CFSTR(text) ((CFStringRef)__builtin___CFStringMakeConstantString("" text ""))
 
 SDK_EXTERN void CFRelease(CFTypeRef cf);
 SDK_EXTERN CFTypeID CFGetTypeID(CFTypeRef cf);

@@ -18,6 +18,58 @@ typedef const void* _Nullable (*CFAllocatorRetainCallBack)(const void* _Null_uns
 typedef void (*CFAllocatorReleaseCallBack)(const void* _Null_unspecified info);
 typedef CFTypeRef _Nullable (*CFAllocatorCopyDescriptionCallBack)(const void* _Null_unspecified info);
 
+typedef int SInt32;
+typedef short SInt16;
+typedef SInt32 OSStatus;
+typedef SInt16 OSErr;
+typedef UInt32 OSType;
+typedef long Size;
+enum : SInt16 { noErr = 0 };
+
+typedef struct ProcessSerialNumber {
+  UInt32 highLongOfPSN;
+  UInt32 lowLongOfPSN;
+} ProcessSerialNumber;
+enum : UInt32 { kNoProcess = 0, kSystemProcess = 1, kCurrentProcess = 2 };
+
+typedef OSType DescType;
+typedef UInt32 AEKeyword;
+typedef UInt32 AEEventClass;
+typedef UInt32 AEEventID;
+typedef SInt16 AEReturnID;
+typedef SInt32 AETransactionID;
+typedef SInt32 AESendMode;
+typedef struct OpaqueAEDataStorageType* AEDataStorageType;
+typedef struct AEDesc {
+  DescType descriptorType;
+  AEDataStorageType _Nullable* _Nullable dataHandle;
+} AEDesc;
+typedef AEDesc AEAddressDesc;
+typedef AEDesc AppleEvent;
+
+enum : UInt32 {
+  kCoreEventClass = 'aevt',
+  typeNull = 'null',
+  typeProcessSerialNumber = 'psn ',
+  kAEQuitReason = 'why?',
+  kAELogOut = 'logo',
+  kAEReallyLogOut = 'rlgo',
+  kAEShowRestartDialog = 'rrst',
+  kAEShowShutdownDialog = 'rsdn',
+  kAERestart = 'rest',
+  kAEShutDown = 'shut',
+  kAESleep = 'slep',
+};
+enum : SInt16 { kAutoGenerateReturnID = -1 };
+enum : SInt32 { kAnyTransactionID = 0, kAENoReply = 0x00000001, kAEDefaultTimeout = -1 };
+
+SDK_EXTERN OSErr AECreateDesc(DescType typeCode, const void* _Nullable dataPtr, Size dataSize, AEDesc* result);
+SDK_EXTERN OSErr AEDisposeDesc(AEDesc* theAEDesc);
+SDK_EXTERN OSErr AECreateAppleEvent(AEEventClass theAEEventClass, AEEventID theAEEventID, const AEAddressDesc* target,
+                                    AEReturnID returnID, AETransactionID transactionID, AppleEvent* result);
+SDK_EXTERN OSStatus AESendMessage(const AppleEvent* event, AppleEvent* _Nullable reply, AESendMode sendMode,
+                                  long timeOutInTicks);
+
 typedef UInt32 FSEventStreamCreateFlags;
 enum : FSEventStreamCreateFlags {
   kFSEventStreamCreateFlagNoDefer = 0x00000002,

@@ -35,6 +35,7 @@ typedef unsigned short unichar;
 - (BOOL)isEqual:(nullable id)object;
 - (Class)class;
 - (BOOL)isKindOfClass:(Class)aClass;
+- (BOOL)respondsToSelector:(SEL)aSelector;
 @end
 
 __attribute__((objc_root_class))
@@ -42,6 +43,7 @@ __attribute__((objc_root_class))
 - (instancetype)init;
 + (instancetype)alloc;
 + (Class)class;
+- (nullable id)forwardingTargetForSelector:(SEL)aSelector;
 @end
 
 #endif
@@ -140,6 +142,36 @@ typedef NS_ENUM(NSUInteger, NSDateFormatterStyle) {
 - (void)setLocalizedDateFormatFromTemplate:(NSString*)dateFormatTemplate;
 @end
 
+typedef NS_OPTIONS(NSUInteger, NSByteCountFormatterUnits) {
+  NSByteCountFormatterUseMB = 1UL << 2,
+  NSByteCountFormatterUseGB = 1UL << 3,
+};
+typedef NS_ENUM(NSInteger, NSByteCountFormatterCountStyle) {
+  NSByteCountFormatterCountStyleFile = 0,
+};
+
+@interface NSByteCountFormatter : NSObject
+@property NSByteCountFormatterUnits allowedUnits;
+@property NSByteCountFormatterCountStyle countStyle;
+- (NSString*)stringFromByteCount:(long long)byteCount;
+@end
+
+typedef NS_OPTIONS(NSUInteger, NSCalendarUnit) {
+  NSCalendarUnitDay = 1UL << 4,
+  NSCalendarUnitHour = 1UL << 5,
+  NSCalendarUnitMinute = 1UL << 6,
+};
+typedef NS_ENUM(NSInteger, NSDateComponentsFormatterUnitsStyle) {
+  NSDateComponentsFormatterUnitsStyleAbbreviated = 1,
+};
+
+@interface NSDateComponentsFormatter : NSObject
+@property NSCalendarUnit allowedUnits;
+@property NSInteger maximumUnitCount;
+@property NSDateComponentsFormatterUnitsStyle unitsStyle;
+- (nullable NSString*)stringFromTimeInterval:(NSTimeInterval)ti;
+@end
+
 typedef NSString* NSURLResourceKey __attribute__((swift_wrapper(struct)));
 typedef NSString* NSURLUbiquitousItemDownloadingStatus __attribute__((swift_wrapper(enum)));
 
@@ -215,6 +247,16 @@ typedef NS_OPTIONS(uint64_t, NSActivityOptions) {
 @end
 
 typedef NSString* NSNotificationName;
+
+@interface NSAppleEventDescriptor : NSObject
+@property(readonly) uint32_t enumCodeValue;
+- (nullable NSAppleEventDescriptor*)attributeDescriptorForKeyword:(uint32_t)keyword;
+@end
+
+@interface NSAppleEventManager : NSObject
++ (NSAppleEventManager*)sharedAppleEventManager;
+@property(nullable, readonly, strong) NSAppleEventDescriptor* currentAppleEvent;
+@end
 
 @interface NSOperationQueue : NSObject
 @property(class, readonly, strong) NSOperationQueue* mainQueue;

@@ -5,3 +5,4 @@
 #define kIOPSCurrentCapacityKey "Current Capacity"
 #define kIOPSMaxCapacityKey "Max Capacity"
 #define kIOPSIsChargingKey "Is Charging"
+#define kIOPSPowerSourceStateKey "Power Source State"
