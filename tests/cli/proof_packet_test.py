@@ -7,7 +7,9 @@ PROGRAMS has cirrovanectl and cirrovane-demo-mac; FOLDER may be filled, and has 
 attributes.
 """
 
+import base64
 import copy
+import hashlib
 import json
 import os
 import re
@@ -118,6 +120,15 @@ class RealPackets(PacketTest):
                 }
                 tools = {"CPU usage sample", "Swap usage", "uploadError", "downloadError"}
                 self.assertLessEqual(withheld, tools if how == "strict" else set())
+
+    def test_page_namesItsOwnScriptAndStyleByTheirHash(self):
+        page = DemoMac(self.addCleanup).ctl("export", "--html", "-")
+        policy = re.search(r'Content-Security-Policy" content="([^"]+)"', page)[1]
+        self.assertTrue(policy.startswith("default-src 'none'; "))
+        for tag in ("script", "style"):
+            [content] = re.findall(rf"<{tag}>(.*?)</{tag}>", page, re.S)
+            digest = base64.b64encode(hashlib.sha256(content.encode()).digest()).decode()
+            self.assertIn(f"{tag}-src 'sha256-{digest}'", policy)
 
     def test_history_of51_isValidAndCut(self):
         mac = DemoMac(self.addCleanup)
