@@ -4,8 +4,7 @@ namespace cirrovane {
 
 void PageContent::element(const SyncBlocker& blocker) {
   ++counts_.at(static_cast<std::size_t>(blocker.reason));
-  blockerText_ += blocker.filePath.size() + blocker.folderName.size() + blocker.details.size();
-  blockers_.add(blocker, blockerText_ <= kMaximumText ? kMaximumRows : 0);
+  blockers_.add(blocker);
 }
 
 void PageContent::value(std::string_view key, const Time& time) {

@@ -5,7 +5,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace cirrovane {
@@ -16,17 +19,22 @@ class PageContent {
  public:
   /// The most elements of a list that a page shows.
   static constexpr std::size_t kMaximumRows = 1000;
-  /// What the texts of all shown blockers may come to, in bytes; very long paths make it fewer blockers.
+  /// What the texts of a list may come to, in bytes; very long paths make it fewer blockers.
   static constexpr std::size_t kMaximumText = 400'000;
 
   template <class Record>
   struct List {
     std::vector<Record> shown;
     std::size_t total = 0;
+    std::size_t text = 0;
 
     void add(const Record& record, std::size_t most = kMaximumRows) {
       ++total;
-      if (shown.size() < most) {
+      if (shown.size() == most || text > kMaximumText) {
+        return;
+      }
+      text += textSize(record);
+      if (text <= kMaximumText) {
         shown.push_back(record);
       }
     }
@@ -65,10 +73,26 @@ class PageContent {
   const List<ScanSnapshot>& history() const { return history_; }
 
  private:
+  /// The bytes of a record's texts.
+  template <JSONRecord Record>
+  static std::size_t textSize(const Record& record) {
+    std::size_t size = 0;
+    forEachField<Record>([&](const auto& field) {
+      using Value = std::remove_cvref_t<decltype(record.*field.member)>;
+      if constexpr (std::is_same_v<Value, std::string>) {
+        size += (record.*field.member).size();
+      } else if constexpr (std::is_same_v<Value, std::optional<std::string>>) {
+        size += (record.*field.member) ? (record.*field.member)->size() : 0;
+      } else if constexpr (JSONRecord<Value>) {
+        size += textSize(record.*field.member);
+      }
+    });
+    return size;
+  }
+
   Time exportedAt_;
   SyncHealthReport report_;
   List<SyncBlocker> blockers_;
-  std::size_t blockerText_ = 0;
   std::array<std::size_t, kAllBlockerReasons.size()> counts_{};
   List<FolderHealth> folders_;
   List<RecommendedAction> actions_;

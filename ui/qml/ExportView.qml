@@ -93,8 +93,8 @@ Sheet {
         Rectangle {
             radius: Theme.controlRadius
             color: Theme.controlFill
-            border.width: 1
-            border.color: Theme.controlOutline
+            border.width: flickable.activeFocus ? 2 : 1
+            border.color: flickable.activeFocus ? Theme.focusRing : Theme.controlOutline
             Layout.fillWidth: true
             Layout.fillHeight: true
             Layout.minimumHeight: 80
@@ -127,9 +127,6 @@ Sheet {
                     wrapMode: TextEdit.WrapAnywhere
                     onTextChanged: flickable.contentY = 0
                 }
-            }
-            FocusRing {
-                target: flickable
             }
         }
         RowLayout {

@@ -55,7 +55,7 @@ ExportViewModel::ExportViewModel(QObject* parent) : PageViewModel(parent) {
 }
 
 QString ExportViewModel::form() const {
-  return forms_.rows().at(static_cast<std::size_t>(form_)).value;
+  return forms_.row(static_cast<int>(form_)).value;
 }
 
 void ExportViewModel::setForm(const QString& form) {
