@@ -5,6 +5,8 @@
 #include "bench/MacAnswers.h"
 #include "bench/SampleRecords.h"
 #include "coordinator/RefreshCycle.h"
+#include "evidence/Evidence.h"
+#include "evidence/Page.h"
 #include "platform/Machine.h"
 #include "platform/posix/DurableWriter.h"
 #include "platform/posix/PosixFileStorage.h"
@@ -18,6 +20,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <malloc.h>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -131,6 +134,62 @@ void measureExport(const std::string& folder, int repetitions) {
   std::filesystem::remove(path);
 }
 
+/// What is made of a large packet besides the packet itself: names hidden, from memory and from a file, and the page.
+void measureEvidence(const std::string& folder, int repetitions) {
+  const std::string path = folder + "/packet.json";
+  const CallsWithoutSync withoutSync;
+  {
+    ProofPacket packet;
+    packet.report = Shared<SyncHealthReport>(largeReport(SystemClock().now()));
+    expect(!saveProofPacket(packet, PosixFileStorage(withoutSync), path), "the packet was not written");
+    std::vector<double> pages;
+    std::vector<double> sizes;
+    std::vector<double> redactions;
+    for (int repetition = 0; repetition < repetitions; ++repetition) {
+      std::size_t size = 0;
+      pages.push_back(secondsOf([&] {
+        PageContent page;
+        expect(!evidenceOf(packet, {})({.redaction = Redaction::none, .page = &page}), "the page was not made");
+        writePage(page, [&size](std::string_view piece) {
+          size += piece.size();
+          return true;
+        });
+      }));
+      sizes.push_back(static_cast<double>(size));
+      redactions.push_back(secondsOf([&] {
+        const auto keep = [](std::string_view) { return true; };
+        expect(!evidenceOf(packet, "/Users/demo")({.redaction = Redaction::names, .packet = keep}), "names are shown");
+      }));
+    }
+    print("evidence", "page", pages);
+    print("evidence", "page bytes", sizes);
+    print("evidence", "redaction from memory", redactions);
+  }
+  malloc_trim(0);
+  print("evidence", "bytes", {static_cast<double>(std::filesystem::file_size(path))});
+  for (const auto& [how, redaction] : {std::pair{"copy", Redaction::none}, {"redaction", Redaction::names}}) {
+    std::vector<double> seconds;
+    std::vector<double> peaks;
+    for (int repetition = 0; repetition < repetitions; ++repetition) {
+      forgetPeak();
+      const double before = memory("VmRSS:");
+      seconds.push_back(secondsOf([&, as = redaction] {
+        Result<ByteSource> source = openByteSource(path);
+        expect(static_cast<bool>(source), "the packet cannot be read");
+        const auto failure = saveEvidence(evidenceFrom(std::move(*source)), as, {folder + "/other.json", std::nullopt},
+                                          PosixFileStorage(withoutSync));
+        expect(!failure, "names are shown");
+      }));
+      peaks.push_back(memory("VmHWM:") - before);
+      malloc_trim(0);
+    }
+    print("evidence", fmt::format("{} of a file", how), seconds);
+    print("evidence", fmt::format("{} of a file, peak", how), peaks);
+  }
+  std::filesystem::remove(path);
+  std::filesystem::remove(folder + "/other.json");
+}
+
 class RefreshBench {
  public:
   RefreshBench(Machine& machine, std::string folder) : machine_(machine), folder_(std::move(folder)) {}
@@ -208,8 +267,9 @@ class RefreshBench {
 int main(int argumentCount, char** arguments) {
   const std::string what = argumentCount == 4 ? arguments[1] : "";
   const int repetitions = argumentCount == 4 ? std::atoi(arguments[3]) : 0;
-  if (repetitions < 1 || (what != "export" && what != "refresh")) {
-    std::fprintf(stderr, "Usage: dashboard_bench export|refresh MAC_ROOT REPETITIONS\nWrites into MAC_ROOT/bench.\n");
+  if (repetitions < 1 || (what != "export" && what != "evidence" && what != "refresh")) {
+    std::fprintf(stderr,
+                 "Usage: dashboard_bench export|evidence|refresh MAC_ROOT REPETITIONS\nWrites into MAC_ROOT/bench.\n");
     return 2;
   }
   try {
@@ -218,6 +278,10 @@ int main(int argumentCount, char** arguments) {
     std::filesystem::create_directories(folder);
     if (what == "export") {
       cirrovane::measureExport(folder, repetitions);
+      return 0;
+    }
+    if (what == "evidence") {
+      cirrovane::measureEvidence(folder, repetitions);
       return 0;
     }
     auto machine = cirrovane::makeMachine(root);

@@ -81,22 +81,32 @@ void DashboardViewModel::restoreRemovedFolders() {
 }
 
 void DashboardViewModel::exportProofPacket() {
+  exportEvidence("Export Proof Packet", jsonFiles(),
+                 [](const ProofPacket& packet, const std::string& path, const FileStorage& storage) {
+                   const std::optional<Failure> failure = saveProofPacket(packet, storage, path);
+                   return failure ? Result<std::string>(*failure)
+                                  : "Proof packet exported to " + std::string(lastPathComponent(path)) + ".";
+                 });
+}
+
+void DashboardViewModel::exportEvidence(const std::string& title, const FileKind& kind, const EvidenceSaver& save) {
   const std::weak_ptr owner = alive_;
-  const std::string proposedName = "cirrovane-proof-" + environment_.timeText.fileNameStamp(clock_.now()) + ".json";
-  const auto path = environment_.panels.chooseFileToSave({"Export Proof Packet", proposedName});
+  const std::string proposedName =
+      "cirrovane-proof-" + environment_.timeText.fileNameStamp(clock_.now()) + "." + kind.suffix;
+  const auto path = environment_.panels.chooseFileToSave({title, proposedName, kind});
   if (!path || owner.expired()) {
     return;
   }
-  const std::optional<Failure> failure = cycle_.exportProofPacket(*path);
-  if (failure) {
+  const Result<std::string> note = save(cycle_.proofPacket(), *path, cycle_.fileStorage());
+  if (!note) {
     // Stays until the next export, since the user has to do something about it.
     environment_.exportNoteAlarm.clear();
     exportedFile_.reset();
-    exportNote_.set("Export failed: " + failure->message);
+    exportNote_.set("Export failed: " + note.message());
     return;
   }
   exportedFile_ = *path;
-  exportNote_.set("Proof packet exported to " + std::string(lastPathComponent(*path)) + ".");
+  exportNote_.set(*note);
   environment_.exportNoteAlarm.set(kExportNoteLifetime, [this] { clearExportNote(); });
 }
 

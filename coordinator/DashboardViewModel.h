@@ -4,14 +4,17 @@
 #include "coordinator/RefreshCycle.h"
 #include "coordinator/SafetyCriterion.h"
 #include "platform/Alarm.h"
+#include "platform/FileStorage.h"
 #include "platform/FileSystem.h"
 #include "platform/Panels.h"
 #include "platform/TimeText.h"
 #include "platform/Timer.h"
 #include "platform/Workspace.h"
+#include "stores/ProofPacket.h"
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +34,10 @@ struct DashboardEnvironment {
   /// Ends the time in which a removal can be undone.
   Alarm& removalAlarm;
 };
+
+/// Writes what is made of a packet to a path, and answers the note on it.
+using EvidenceSaver =
+    std::function<Result<std::string>(const ProofPacket& packet, const std::string& path, const FileStorage& storage)>;
 
 /// What every screen shows and does: the published results of the latest refresh, the refresh every 90 seconds, and the
 /// actions that need a panel. Main thread only. It may be destroyed at any time.
@@ -111,11 +118,14 @@ class DashboardViewModel {
   void restoreRemovedFolders();
   /// Lets the user name a file, and exports a proof packet to it.
   void exportProofPacket();
+  /// Lets the user name a file of a kind, and has something else that is made of a proof packet written there.
+  void exportEvidence(const std::string& title, const FileKind& kind, const EvidenceSaver& save);
   /// Shows an item in the file manager, if it exists.
   void revealInFinder(const std::string& path);
   /// Resolves an active incident, or reopens a resolved one.
   void toggleResolved(const IncidentRecord& record) { cycle_.toggleResolved(record); }
 
+  const FileSystem& fileSystem() const { return environment_.fileSystem; }
   /// By the clock behind all of it.
   Time now() const { return clock_.now(); }
 

@@ -274,10 +274,6 @@ void RefreshCycle::toggleResolved(const IncidentRecord& record) {
   incidents_.set(services_.incidentStore->records());
 }
 
-std::optional<Failure> RefreshCycle::exportProofPacket(const std::string& path) const {
-  return saveProofPacket(proofPacket(), environment_.fileStorage, path);
-}
-
 ProofPacket RefreshCycle::proofPacket() const {
   return {environment_.clock.now(), report_.value(),    packetHistory(services_.historyStore->snapshots()),
           diagnostics_.value(),     incidents_.value(), systemStatus_.value()};

@@ -106,8 +106,8 @@ class RefreshCycle {
 
   /// Everything known now.
   ProofPacket proofPacket() const;
-  /// Exports a proof packet to the file at the path; absent when it was written.
-  std::optional<Failure> exportProofPacket(const std::string& path) const;
+  /// Where files are kept.
+  const FileStorage& fileStorage() const { return environment_.fileStorage; }
 
  private:
   struct Cycle;

@@ -2,8 +2,10 @@
 
 #include "base/JSONRecord.h"
 #include "base/UUID.h"
+#include "core/BlockerReason.h"
 #include "core/SyncHealthReport.h"
 
+#include <cstdint>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -26,7 +28,20 @@ struct SafetyCriterion {
   friend bool operator==(const SafetyCriterion&, const SafetyCriterion&) = default;
 };
 
+/// What the criteria are made of.
+struct SafetyCounts {
+  ScanMetrics metrics;
+  /// Watched folders that are missing, or not in iCloud at all.
+  std::int64_t coverageGaps = 0;
+  bool hasCriticalBlocker = false;
+};
+
+/// Whether a blocker of the reason is one of the files' own that forbids a close.
+bool isCritical(BlockerReason reason);
+
 /// The five criteria over a report, made from its counts alone and never from its verdict.
 std::vector<SafetyCriterion> safetyCriteria(const SyncHealthReport& report);
+/// The same for whoever has no report any more.
+std::vector<SafetyCriterion> safetyCriteria(const SafetyCounts& counts);
 
 }  // namespace cirrovane

@@ -17,13 +17,22 @@ struct FileKind {
   std::string title;
   /// Without the dot.
   std::string suffix;
+
+  friend bool operator==(const FileKind&, const FileKind&) = default;
 };
+
+inline FileKind jsonFiles() {
+  return {.title = "JSON", .suffix = "json"};
+}
+inline FileKind webPages() {
+  return {.title = "HTML", .suffix = "html"};
+}
 
 /// What a panel says in which the user names a file to be written.
 struct SavePanel {
   std::string title;
   std::string proposedName;
-  FileKind kind = {.title = "JSON", .suffix = "json"};
+  FileKind kind = jsonFiles();
 };
 
 /// The system's file panels. Main thread only; each call returns when the user has answered, and events are handled

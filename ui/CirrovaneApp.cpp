@@ -268,11 +268,13 @@ void CirrovaneApp::showWindow() {
 
 void CirrovaneApp::makePanel() {
   QQmlComponent component(&engine_, sourceOf("MenuBarPanel.qml"));
-  QObject* made = component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
-                                                         {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
-                                                         {QStringLiteral("leaving"), QVariant::fromValue(&leaving_)},
-                                                         {QStringLiteral("commands"), QVariant::fromValue(&commands_)},
-                                                         {QStringLiteral("hasMenuBar"), !hasCommonMenuBar()}});
+  QObject* made =
+      component.createWithInitialProperties({{QStringLiteral("snapshot"), QVariant::fromValue(&snapshot_)},
+                                             {QStringLiteral("settings"), QVariant::fromValue(&settings_)},
+                                             {QStringLiteral("leaving"), QVariant::fromValue(&leaving_)},
+                                             {QStringLiteral("commands"), QVariant::fromValue(&commands_)},
+                                             {QStringLiteral("context"), QVariant::fromValue(&pageContext_)},
+                                             {QStringLiteral("hasMenuBar"), !hasCommonMenuBar()}});
   panel_.reset(qobject_cast<QQuickWindow*>(made));
   if (!panel_) {
     return;

@@ -23,6 +23,7 @@ _cirrovanectl_options() {
     "pending ") options+=" --sort --limit" ;;
     "metrics ") options+=" --textfile" ;;
     "history ") options+=" --limit" ;;
+    "export ") options+=" --html --redact --from" ;;
     "incidents ") options+=" --scope --severity" ;;
   esac
   echo "$options"
@@ -35,6 +36,7 @@ _cirrovanectl_values() {
     --severity) echo "all warning error" ;;
     --sort) echo "size age name" ;;
     --then) echo "nothing sleep shutdown" ;;
+    --redact) echo "names strict" ;;
     diagnose) echo "icloud finder network storage power performance system" ;;
   esac
 }
@@ -45,7 +47,7 @@ _cirrovanectl() {
   for ((index = 1; index < COMP_CWORD; index++)); do
     word=${COMP_WORDS[index]}
     case $word in
-      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --then | --days | --textfile) index=$((index + 1)) ;;
+      --mac-root | --timeout | --interval | --limit | --scope | --severity | --sort | --then | --days | --textfile | --html | --redact | --from) index=$((index + 1)) ;;
       -*) ;;
       *)
         if [ -z "$command" ]; then
@@ -62,8 +64,8 @@ _cirrovanectl() {
   local words="" files=""
   case $previous in
     --mac-root) files=-d ;;
-    --textfile) files=-f ;;
-    --scope | --severity | --sort | --then) words=$(_cirrovanectl_values "$previous") ;;
+    --textfile | --html | --from) files=-f ;;
+    --scope | --severity | --sort | --then | --redact) words=$(_cirrovanectl_values "$previous") ;;
     --timeout | --interval | --limit | --days) ;;
     *)
       if [[ $current == -* ]]; then

@@ -72,7 +72,8 @@ _cirrovanectl() {
           _arguments $everywhere $json '1:domain:(icloud finder network storage power performance system)'
           ;;
         export)
-          _arguments $everywhere $json '1:file:_files'
+          _arguments $everywhere $json '--html[write a page for a person]:file:_files' \
+            '--redact[hide names]:how:(names strict)' '--from[take this packet]:packet:_files' '1:file:_files'
           ;;
         tools)
           _arguments $everywhere $json '1:command:(install)' '2:tool:'

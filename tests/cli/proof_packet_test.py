@@ -7,7 +7,9 @@ PROGRAMS has cirrovanectl and cirrovane-demo-mac; FOLDER may be filled, and has 
 attributes.
 """
 
+import base64
 import copy
+import hashlib
 import json
 import os
 import re
@@ -96,6 +98,38 @@ class RealPackets(PacketTest):
             mac.demo("process", mac.root, process, "off")
         self.expect_valid(mac.packet())
 
+    def test_redactedPackets_areValid_andNothingOfOursIsWithheld(self):
+        mac = DemoMac(self.addCleanup)
+        states = [
+            lambda: None,
+            lambda: mac.demo("network", mac.root, "off"),
+            lambda: mac.demo("process", mac.root, "bird", "off"),
+            lambda: mac.demo("settle", mac.root),
+        ]
+        for change in states:
+            change()
+            whole = mac.root.parent / "whole.json"
+            mac.ctl("export", whole)
+            for how in ("names", "strict"):
+                packet = json.loads(mac.ctl("export", "--from", whole, "--redact", how, "-"))
+                self.expect_valid(packet)
+                withheld = {
+                    record.get("title", record.get("reason"))
+                    for record in objects(packet)
+                    if "(withheld)" in record.values()
+                }
+                tools = {"CPU usage sample", "Swap usage", "uploadError", "downloadError"}
+                self.assertLessEqual(withheld, tools if how == "strict" else set())
+
+    def test_page_namesItsOwnScriptAndStyleByTheirHash(self):
+        page = DemoMac(self.addCleanup).ctl("export", "--html", "-")
+        policy = re.search(r'Content-Security-Policy" content="([^"]+)"', page)[1]
+        self.assertTrue(policy.startswith("default-src 'none'; "))
+        for tag in ("script", "style"):
+            [content] = re.findall(rf"<{tag}>(.*?)</{tag}>", page, re.S)
+            digest = base64.b64encode(hashlib.sha256(content.encode()).digest()).decode()
+            self.assertIn(f"{tag}-src 'sha256-{digest}'", policy)
+
     def test_history_of51_isValidAndCut(self):
         mac = DemoMac(self.addCleanup)
         mac.ctl("refresh")
@@ -144,6 +178,10 @@ def objects_in(value, path=()):
     elif isinstance(value, list):
         for index, inner in enumerate(value):
             yield from objects_in(inner, (*path, index))
+
+
+def objects(document):
+    return [at(document, path) for path in objects_in(document)]
 
 
 def at(document, path):

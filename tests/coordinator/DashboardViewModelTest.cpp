@@ -874,12 +874,23 @@ TEST_F(Dashboard, packet_isNotChangedByALaterRefresh) {
   EXPECT_THAT(packet.diagnostics, IsEmpty());
 }
 
-TEST_F(Dashboard, exportToAGivenPath_answersWithTheFailureAndLeavesTheNote) {
-  EXPECT_EQ(dashboard_->cycle().exportProofPacket("/tmp/proof.json"), std::nullopt);
-  EXPECT_EQ(packetAt("/tmp/proof.json").exportedAt, at(18, 25));
-  storage_.failure = Failure{"no"};
-  EXPECT_EQ(dashboard_->cycle().exportProofPacket("/tmp/proof.json"), Failure{"no"});
-  EXPECT_EQ(dashboard_->exportNote(), std::nullopt);
+TEST_F(Dashboard, exportOfEvidence_asksForItsKindAndTakesTheSaversNoteOrFailure) {
+  const auto saving = [](const Result<std::string>& answer) {
+    return [answer](const ProofPacket& packet, const std::string& path, const FileStorage&) {
+      EXPECT_EQ(packet.exportedAt, at(18, 25));
+      EXPECT_EQ(path, "/tmp/proof.html");
+      return answer;
+    };
+  };
+  panels_.answer = "/tmp/proof.html";
+  dashboard_->exportEvidence("Export Page", webPages(), saving(std::string("A page.")));
+  EXPECT_EQ(panels_.savePanels().front().kind, webPages());
+  EXPECT_EQ(panels_.savePanels().front().proposedName, "cirrovane-proof-2026-11-15-1825.html");
+  EXPECT_EQ(dashboard_->exportNote(), "A page.");
+  EXPECT_EQ(dashboard_->exportedFile(), "/tmp/proof.html");
+  dashboard_->exportEvidence("Export Page", webPages(), saving(Failure{"no"}));
+  EXPECT_EQ(dashboard_->exportNote(), "Export failed: no");
+  EXPECT_EQ(dashboard_->exportedFile(), std::nullopt);
 }
 
 }  // namespace

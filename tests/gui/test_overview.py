@@ -276,6 +276,7 @@ def test_export_throughTheDialog_writesAProofPacket(overview, mac, files):
     application = overview()
     file = mac.home / "proof"
     application.press("push button", EXPORT, ("panel", TIMELINE))
+    application.press("push button", "Export...", ("dialog", "Export Proof"))
     type_into_dialog(application, EXPORT, str(file), "Save")
     packet = application.wait_until(lambda: file.with_suffix(".json").exists() and file.with_suffix(".json"), "the packet")
     packet = json.loads(packet.read_text())

@@ -110,6 +110,7 @@ def test_exportProof_writesThePacket(panel, mac):
     application = panel()
     file = mac.home / "panel-proof.json"
     application.press("push button", "Export Proof", PANEL)
+    application.press("push button", "Export...", ("dialog", "Export Proof"))
     title = "Export Proof Packet"
     application.node("dialog", title)
     entry = application.wait_until(

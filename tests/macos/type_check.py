@@ -29,7 +29,7 @@ TARGET = "arm64-apple-macos13"
 PATTERNS = ("platform/*.cpp", "platform/posix/*.cpp", "platform/posix/walk/*.cpp", "platform/macos/*.cpp",
             "platform/macos/plain/*.cpp", "platform/macos/*.mm")
 # What it builds besides, with libraries that take minutes to read.
-SHARED_PATTERNS = ("base/*.cpp", "core/*.cpp", "diagnostics/*.cpp", "stores/*.cpp", "coordinator/*.cpp", "cli/*.cpp")
+SHARED_PATTERNS = ("base/*.cpp", "core/*.cpp", "diagnostics/*.cpp", "stores/*.cpp", "coordinator/*.cpp", "evidence/*.cpp", "cli/*.cpp")
 ANGLED = re.compile(r"^\s*#\s*(?:include|import)\s*<([^>]+)>", re.MULTILINE)
 WARNINGS = ("-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor "
             "-Woverloaded-virtual -Woverriding-method-mismatch -Wimplicit-fallthrough -Wcast-align -Wundef "

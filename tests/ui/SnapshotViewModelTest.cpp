@@ -289,17 +289,10 @@ TEST_F(SnapshotViewModelTest, rescan_isUnderWayUntilItIsDone) {
 
 TEST_F(SnapshotViewModelTest, export_notesHowItEnded) {
   SnapshotViewModel& snapshot = open();
-  const QSignalSpy ends(&snapshot, &SnapshotViewModel::exportEnded);
-  EXPECT_EQ(snapshot.exportNote(), "");
-  snapshot.exportProofPacket();
-  EXPECT_TRUE(panels_.savePanels().empty());
-  QCoreApplication::processEvents();
-  EXPECT_EQ(panels_.savePanels().size(), 1U);
-  EXPECT_EQ(ends.count(), 1);
+  dashboard_->exportProofPacket();
   EXPECT_EQ(snapshot.exportNote(), "");
   panels_.answer = "/Users/test/proof.json";
-  snapshot.exportProofPacket();
-  QCoreApplication::processEvents();
+  dashboard_->exportProofPacket();
   EXPECT_EQ(snapshot.exportNote(), "Proof packet exported to proof.json.");
 }
 

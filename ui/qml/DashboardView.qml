@@ -13,6 +13,7 @@ PremiumTabScaffold {
     // Those of one watched folder, by its identifier; of all for none.
     signal blockersRequested(folder: string)
     signal coverageRequested
+    signal exportRequested
 
     title: "Cirrovane"
     subtitle: ""
@@ -66,6 +67,7 @@ PremiumTabScaffold {
         }
     }
     TimelineCard {
+        onExportRequested: page.exportRequested()
         context: page.context
     }
 }

@@ -18,6 +18,7 @@ Item {
 
     signal terminologyRequested
     signal blockersRequested(folder: string)
+    signal exportRequested
 
     AppBackdropView {
         anchors.fill: parent
@@ -193,6 +194,7 @@ Item {
             onTerminologyRequested: shell.terminologyRequested()
             onBlockersRequested: folder => shell.blockersRequested(folder)
             onCoverageRequested: shell.viewModel.reviewCoverage()
+            onExportRequested: shell.exportRequested()
         }
     }
     Component {

@@ -31,10 +31,12 @@ ApplicationWindow {
     property var blockers: null
     property var coverage: null
     property var preferences: null
+    property var evidence: null
     property var question: null
     readonly property bool hasOpenSheet: (guide?.opened ?? false) || (about?.opened ?? false)
                                          || (blockers?.opened ?? false) || (coverage?.opened ?? false)
-                                         || (preferences?.opened ?? false) || (question?.opened ?? false)
+                                         || (preferences?.opened ?? false) || (evidence?.opened ?? false)
+                                         || (question?.opened ?? false)
 
     // The text that had the keyboard last. A menu that opens takes the keyboard and leaves the selection.
     property TextEdit text: null
@@ -73,6 +75,11 @@ ApplicationWindow {
     function showSettings() {
         preferences = preferences ?? settingsComponent.createObject(contentItem);
         preferences.open();
+    }
+
+    function showExport() {
+        evidence = evidence ?? exportComponent.createObject(contentItem);
+        evidence.open();
     }
 
     Connections {
@@ -196,6 +203,7 @@ ApplicationWindow {
         context: window.context
         onTerminologyRequested: window.showGuide()
         onBlockersRequested: folder => window.showBlockers(folder)
+        onExportRequested: window.showExport()
     }
 
     Component {
@@ -224,6 +232,13 @@ ApplicationWindow {
     Component {
         id: coverageComponent
         CoverageView {
+            context: window.context
+        }
+    }
+
+    Component {
+        id: exportComponent
+        ExportView {
             context: window.context
         }
     }

@@ -12,6 +12,8 @@ Window {
     required property AppSettings settings
     required property LeaveViewModel leaving
     required property MenuCommands commands
+    // For the sheet of an export; none in a test of the panel alone.
+    property PageContext context: null
     // Whether no menu bar of the desktop takes the keys of the commands.
     required property bool hasMenuBar
     // Of the screen, without what the desktop keeps for itself.
@@ -30,15 +32,27 @@ Window {
             snapshot.appeared();
         } else {
             guide.close();
+            evidence?.close();
         }
     }
 
-    // The dialog takes the focus, which closes the panel. The panel comes back and says how the export ended.
-    Connections {
-        target: panel.snapshot
-        function onExportEnded() {
-            panel.show();
-            panel.requestActivate();
+    property var evidence: null
+    readonly property bool hasOpenSheet: guide.opened || (evidence?.opened ?? false)
+
+    function showExport() {
+        evidence = evidence ?? exportComponent.createObject(contentItem);
+        evidence.open();
+    }
+
+    Component {
+        id: exportComponent
+        ExportView {
+            context: panel.context
+            // The dialog takes the focus, which closes the panel. The panel comes back and says how the export ended.
+            onEnded: {
+                panel.show();
+                panel.requestActivate();
+            }
         }
     }
 
@@ -59,7 +73,7 @@ Window {
     Shortcut {
         // The linter of Qt 6.4 does not know StandardKey.
         sequences: [StandardKey.Close] // qmllint disable unqualified
-        enabled: !guide.opened
+        enabled: !panel.hasOpenSheet
         onActivated: panel.close()
     }
 
@@ -101,7 +115,7 @@ Window {
                 snapshot: panel.snapshot
                 settings: panel.settings
                 leaving: panel.leaving
-                onExportRequested: panel.snapshot.exportProofPacket()
+                onExportRequested: panel.showExport()
                 onTerminologyRequested: guide.open()
                 onCommandGiven: name => panel.commands.trigger(name)
             }

@@ -14,9 +14,9 @@ namespace cirrovane {
 
 class AllBlockersViewModel;
 class CoverageViewModel;
+class ExportViewModel;
 class IncidentCenterViewModel;
 class PageViewModel;
-class TimelineViewModel;
 class ToolsViewModel;
 class WatchlistViewModel;
 struct ToolsEnvironment;
@@ -62,8 +62,8 @@ class PageContext : public QObject {
   // The dashboard, to act on:
 
   DashboardViewModel& dashboard(For<PageViewModel> /*key*/) const { return parts_.dashboard; }
+  DashboardViewModel& dashboard(For<ExportViewModel> /*key*/) const { return parts_.dashboard; }
   DashboardViewModel& dashboard(For<IncidentCenterViewModel> /*key*/) const { return parts_.dashboard; }
-  DashboardViewModel& dashboard(For<TimelineViewModel> /*key*/) const { return parts_.dashboard; }
   DashboardViewModel& dashboard(For<WatchlistViewModel> /*key*/) const { return parts_.dashboard; }
 
   CoverageReview& coverage(For<CoverageViewModel> /*key*/) const { return parts_.coverage; }

@@ -7,8 +7,6 @@
 #include "ui/viewmodels/SnapshotText.h"
 #include "ui/viewmodels/Text.h"
 
-#include <QMetaObject>
-
 namespace cirrovane {
 
 SnapshotViewModel::SnapshotViewModel(DashboardViewModel& dashboard, AppUpdateService& updates,
@@ -122,17 +120,6 @@ void SnapshotViewModel::revealExport() {
   if (const auto file = dashboard().exportedFile()) {
     dashboard().revealInFinder(*file);
   }
-}
-
-void SnapshotViewModel::exportProofPacket() {
-  // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it.
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        dashboard().exportProofPacket();
-        emit exportEnded();
-      },
-      Qt::QueuedConnection);
 }
 
 }  // namespace cirrovane

@@ -84,9 +84,6 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   /// Shows that file in the file manager.
   Q_INVOKABLE void revealExport();
 
-  /// Lets the user name a file for a proof packet; exportEnded() comes when that is done or cancelled.
-  Q_INVOKABLE void exportProofPacket();
-
  signals:
   void reportChanged();
   void uploadsChanged();
@@ -94,7 +91,6 @@ class SnapshotViewModel : public cirrovane::SurfaceViewModel {
   void coverageChanged();
   void coverageRequested();
   void exportNoteChanged();
-  void exportEnded();
 
  private:
   const CoverageReview& coverage_;

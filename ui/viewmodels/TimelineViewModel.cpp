@@ -81,14 +81,4 @@ void TimelineViewModel::revealExport() {
   }
 }
 
-void TimelineViewModel::exportProofPacket() {
-  if (context() != nullptr) {
-    // Queued, since the dialog would block the caller: a screen reader that presses the button waits for it. The
-    // context queues it, since the page may go meanwhile.
-    QMetaObject::invokeMethod(
-        context(), [&dashboard = context()->dashboard(For<TimelineViewModel>())] { dashboard.exportProofPacket(); },
-        Qt::QueuedConnection);
-  }
-}
-
 }  // namespace cirrovane

@@ -40,7 +40,7 @@ struct ScanRow {
   friend const QString& keyOf(const ScanRow& row) { return row.key; }
 };
 
-/// The history of scans, and the export of all that is known.
+/// The history of scans, and how an export of all that is known ended.
 class TimelineViewModel : public cirrovane::PageViewModel {
   Q_OBJECT
   QML_ELEMENT
@@ -73,8 +73,6 @@ class TimelineViewModel : public cirrovane::PageViewModel {
 
   /// Shows that file in the file manager.
   Q_INVOKABLE void revealExport();
-  /// Lets the user name a file for a proof packet.
-  Q_INVOKABLE void exportProofPacket();
 
  protected:
   void begin() override;

@@ -10,6 +10,8 @@ PremiumCard {
 
     required property PageContext context
 
+    signal exportRequested
+
     heading: "Audit Timeline"
     showsHeading: true
 
@@ -104,7 +106,7 @@ PremiumCard {
     ActionButton {
         text: "Export Proof Packet"
         symbolName: "square.and.arrow.up"
-        onClicked: timeline.exportProofPacket()
+        onClicked: card.exportRequested()
     }
     NoteRow {
         text: timeline.exportNote
