@@ -97,16 +97,16 @@ void AwakeKeeper::take(const PowerSupply& supply) {
 
 void AwakeKeeper::hold() {
   isAsking_ = true;
-  environment_.acting.post(
-      [this, wish = std::weak_ptr(wish_), hold = environment_.hold, &main = environment_.main, reason = *reason_] {
-        // Shared, since what is posted has to be copied.
-        auto held = std::make_shared<Result<std::unique_ptr<PowerHold>>>(hold(reason));
-        main.post([this, wish, held] {
-          if (!wish.expired()) {
-            takeHold(std::move(*held));
-          }
-        });
-      });
+  environment_.acting.post([this, wish = std::weak_ptr(wish_), hold = environment_.hold, &main = environment_.main,
+                            reason = reason_.value_or("")] {
+    // Shared, since what is posted has to be copied.
+    auto held = std::make_shared<Result<std::unique_ptr<PowerHold>>>(hold(reason));
+    main.post([this, wish, held] {
+      if (!wish.expired()) {
+        takeHold(std::move(*held));
+      }
+    });
+  });
 }
 
 void AwakeKeeper::takeHold(Result<std::unique_ptr<PowerHold>> held) {

@@ -33,13 +33,13 @@ def texts(application):
 
 
 def expect_told(application, *expected):
-    """From the state to the controls."""
+    """From the state to what leads away."""
 
     def told():
         shown = texts(application)
         return shown[: shown.index("Theme")] if "Theme" in shown else shown
 
-    application.wait_until(lambda: told() == list(expected), lambda: f"{expected}, but: {texts(application)}")
+    application.wait_until(lambda: told() == [*expected, "Leaving soon?", "Sleep When Safe"], lambda: f"{expected}, but: {texts(application)}")
     assert [text for text in texts(application) if text in CONTROLS] == CONTROLS
 
 

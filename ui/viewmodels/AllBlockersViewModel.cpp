@@ -280,8 +280,8 @@ void AllBlockersViewModel::arrangeSoon() {
 
 void AllBlockersViewModel::finish() {
   const std::shared_ptr<Job> job = std::exchange(job_, nullptr);
-  if (job->arranged && job->query == query_) {
-    show(*job, std::move(*job->arranged));
+  if (auto& arranged = job->arranged; arranged && job->query == query_) {
+    show(*job, std::move(*arranged));
   }
   if (isWorkDue_) {
     arrangeSoon();
