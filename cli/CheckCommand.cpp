@@ -22,8 +22,6 @@ namespace {
 
 /// Scans follow each other no faster, whatever the user asks for: the machine has other things to do.
 constexpr std::chrono::duration<double> kShortestInterval{0.01};
-/// How often the state of uploads is shown anew, since a pause in them is a change too.
-constexpr std::chrono::seconds kUploadsShown{1};
 
 struct CheckOptions {
   std::vector<std::string> folders;

@@ -23,9 +23,6 @@
 namespace cirrovane {
 namespace {
 
-/// How often the state of uploads is shown anew, since a pause in them is a change too.
-constexpr std::chrono::seconds kUploadsShown{1};
-
 struct LeaveOptions {
   /// Seconds; absent for no limit.
   std::optional<double> timeout;

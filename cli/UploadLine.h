@@ -6,11 +6,15 @@
 #include "platform/Clock.h"
 #include "stores/UploadsStore.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace cirrovane {
+
+/// How often it is shown anew, since a pause in uploads is a change too.
+inline constexpr std::chrono::seconds kUploadsShown{1};
 
 /// How uploads go, in the last line of a terminal: a bar, files, bytes, rate and the time that is left. Shows nothing
 /// where the terminal cannot take a line back. Records nothing.

@@ -3,12 +3,6 @@
 #include <algorithm>
 
 namespace cirrovane {
-namespace {
-
-/// The two clocks are read one after the other, so they differ a little without any sleep.
-constexpr std::chrono::milliseconds kShortestSleep{500};
-
-}  // namespace
 
 Confirmation confirmationNow(const Clock& clock, const MonotonicClock& monotonicClock) {
   return {clock.now(), monotonicClock.sinceBoot(), monotonicClock.awakeSinceBoot()};

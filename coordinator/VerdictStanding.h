@@ -33,6 +33,9 @@ enum class VerdictStanding : std::uint8_t {
   slept,
 };
 
+/// A shorter sleep is none: the two clocks are read one after the other, and so differ a little without any.
+inline constexpr std::chrono::milliseconds kShortestSleep{500};
+
 /// A YES that was confirmed longer ago is stale.
 inline constexpr std::chrono::seconds kStaleAfter{180};
 

@@ -6,45 +6,42 @@
 namespace cirrovane {
 namespace {
 
-using State = QuestionState;
-using Event = QuestionEvent;
+constexpr std::array kQuestionTable = {
+    QuestionEdge{QuestionState::calm, QuestionEvent::announcedUnsafe, QuestionState::asked, false},
+    QuestionEdge{QuestionState::calm, QuestionEvent::announcedSafe, QuestionState::calm, true},
 
-constexpr std::array kTable = {
-    QuestionEdge{State::calm, Event::announcedUnsafe, State::asked, false},
-    QuestionEdge{State::calm, Event::announcedSafe, State::calm, true},
+    QuestionEdge{QuestionState::asked, QuestionEvent::wait, QuestionState::staying, false},
+    QuestionEdge{QuestionState::asked, QuestionEvent::leaveAnyway, QuestionState::calm, true},
+    QuestionEdge{QuestionState::asked, QuestionEvent::silence, QuestionState::calm, true},
+    QuestionEdge{QuestionState::asked, QuestionEvent::safe, QuestionState::calm, true},
+    QuestionEdge{QuestionState::asked, QuestionEvent::calledOff, QuestionState::calm, false},
 
-    QuestionEdge{State::asked, Event::wait, State::staying, false},
-    QuestionEdge{State::asked, Event::leaveAnyway, State::calm, true},
-    QuestionEdge{State::asked, Event::silence, State::calm, true},
-    QuestionEdge{State::asked, Event::safe, State::calm, true},
-    QuestionEdge{State::asked, Event::calledOff, State::calm, false},
-
-    QuestionEdge{State::staying, Event::leaveAnyway, State::calm, true},
-    QuestionEdge{State::staying, Event::safe, State::calm, true},
-    QuestionEdge{State::staying, Event::calledOff, State::calm, false},
+    QuestionEdge{QuestionState::staying, QuestionEvent::leaveAnyway, QuestionState::calm, true},
+    QuestionEdge{QuestionState::staying, QuestionEvent::safe, QuestionState::calm, true},
+    QuestionEdge{QuestionState::staying, QuestionEvent::calledOff, QuestionState::calm, false},
 };
 
 }  // namespace
 
 std::span<const QuestionEdge> questionTable() {
-  return kTable;
+  return kQuestionTable;
 }
 
 void LeaveQuestion::announce(bool isSafe, std::chrono::milliseconds within) {
-  if (state_.value() == State::calm) {
+  if (state_.value() == QuestionState::calm) {
     patience_ = std::min<std::chrono::milliseconds>(within, kPatience);
   }
-  take(isSafe ? Event::announcedSafe : Event::announcedUnsafe);
+  take(isSafe ? QuestionEvent::announcedSafe : QuestionEvent::announcedUnsafe);
 }
 
 void LeaveQuestion::take(QuestionEvent event) {
   const auto* const edge = std::ranges::find_if(
-      kTable, [&](const QuestionEdge& each) { return each.from == state_.value() && each.event == event; });
-  if (edge == kTable.end()) {
+      kQuestionTable, [&](const QuestionEdge& each) { return each.from == state_.value() && each.event == event; });
+  if (edge == kQuestionTable.end()) {
     return;
   }
-  if (edge->to == State::asked) {
-    alarm_.set(patience_, [this] { take(Event::silence); });
+  if (edge->to == QuestionState::asked) {
+    alarm_.set(patience_, [this] { take(QuestionEvent::silence); });
   } else {
     alarm_.clear();
   }

@@ -6,50 +6,46 @@
 namespace cirrovane {
 namespace {
 
-using State = LeaveState;
-using Event = LeaveEvent;
-using Outcome = LeaveOutcome;
+constexpr std::array kLeaveTable = {
+    LeaveEdge{LeaveState::idle, LeaveEvent::asked, LeaveState::waiting, {}},
 
-constexpr std::array kTable = {
-    LeaveEdge{State::idle, Event::asked, State::waiting, {}},
+    LeaveEdge{LeaveState::waiting, LeaveEvent::firstYes, LeaveState::confirming, {}},
+    LeaveEdge{LeaveState::waiting, LeaveEvent::yes, LeaveState::vouching, {}},
+    LeaveEdge{LeaveState::waiting, LeaveEvent::cancelled, LeaveState::idle, LeaveOutcome::cancelled},
+    LeaveEdge{LeaveState::waiting, LeaveEvent::timeUp, LeaveState::idle, LeaveOutcome::timeUp},
+    LeaveEdge{LeaveState::waiting, LeaveEvent::slept, LeaveState::idle, LeaveOutcome::slept},
 
-    LeaveEdge{State::waiting, Event::firstYes, State::confirming, {}},
-    LeaveEdge{State::waiting, Event::yes, State::vouching, {}},
-    LeaveEdge{State::waiting, Event::cancelled, State::idle, Outcome::cancelled},
-    LeaveEdge{State::waiting, Event::timeUp, State::idle, Outcome::timeUp},
-    LeaveEdge{State::waiting, Event::slept, State::idle, Outcome::slept},
+    LeaveEdge{LeaveState::confirming, LeaveEvent::no, LeaveState::waiting, {}},
+    LeaveEdge{LeaveState::confirming, LeaveEvent::yes, LeaveState::vouching, {}},
+    LeaveEdge{LeaveState::confirming, LeaveEvent::cancelled, LeaveState::idle, LeaveOutcome::cancelled},
+    LeaveEdge{LeaveState::confirming, LeaveEvent::timeUp, LeaveState::idle, LeaveOutcome::timeUp},
+    LeaveEdge{LeaveState::confirming, LeaveEvent::slept, LeaveState::idle, LeaveOutcome::slept},
 
-    LeaveEdge{State::confirming, Event::no, State::waiting, {}},
-    LeaveEdge{State::confirming, Event::yes, State::vouching, {}},
-    LeaveEdge{State::confirming, Event::cancelled, State::idle, Outcome::cancelled},
-    LeaveEdge{State::confirming, Event::timeUp, State::idle, Outcome::timeUp},
-    LeaveEdge{State::confirming, Event::slept, State::idle, Outcome::slept},
-
-    LeaveEdge{State::vouching, Event::no, State::waiting, {}},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::no, LeaveState::waiting, {}},
     // Changes are not told any more, so that one scan alone vouches for nothing.
-    LeaveEdge{State::vouching, Event::firstYes, State::confirming, {}},
-    LeaveEdge{State::vouching, Event::complete, State::acting, {}},
-    LeaveEdge{State::vouching, Event::lastingGaps, State::idle, Outcome::lastingGaps},
-    LeaveEdge{State::vouching, Event::cancelled, State::idle, Outcome::cancelled},
-    LeaveEdge{State::vouching, Event::timeUp, State::idle, Outcome::timeUp},
-    LeaveEdge{State::vouching, Event::slept, State::idle, Outcome::slept},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::firstYes, LeaveState::confirming, {}},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::complete, LeaveState::acting, {}},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::lastingGaps, LeaveState::idle, LeaveOutcome::lastingGaps},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::cancelled, LeaveState::idle, LeaveOutcome::cancelled},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::timeUp, LeaveState::idle, LeaveOutcome::timeUp},
+    LeaveEdge{LeaveState::vouching, LeaveEvent::slept, LeaveState::idle, LeaveOutcome::slept},
 
     // What was asked of the machine cannot be taken back.
-    LeaveEdge{State::acting, Event::performed, State::idle, Outcome::done},
-    LeaveEdge{State::acting, Event::refused, State::idle, Outcome::refused},
-    LeaveEdge{State::acting, Event::slept, State::idle, Outcome::done},
+    LeaveEdge{LeaveState::acting, LeaveEvent::performed, LeaveState::idle, LeaveOutcome::done},
+    LeaveEdge{LeaveState::acting, LeaveEvent::refused, LeaveState::idle, LeaveOutcome::refused},
+    LeaveEdge{LeaveState::acting, LeaveEvent::slept, LeaveState::idle, LeaveOutcome::done},
 };
 
 }  // namespace
 
 std::span<const LeaveEdge> leaveTable() {
-  return kTable;
+  return kLeaveTable;
 }
 
 const LeaveEdge* leaveEdge(LeaveState from, LeaveEvent event) {
-  const auto* const edge =
-      std::ranges::find_if(kTable, [&](const LeaveEdge& each) { return each.from == from && each.event == event; });
-  return edge != kTable.end() ? edge : nullptr;
+  const auto* const edge = std::ranges::find_if(
+      kLeaveTable, [&](const LeaveEdge& each) { return each.from == from && each.event == event; });
+  return edge != kLeaveTable.end() ? edge : nullptr;
 }
 
 }  // namespace cirrovane

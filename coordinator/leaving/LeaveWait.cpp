@@ -6,9 +6,6 @@
 namespace cirrovane {
 namespace {
 
-/// The two clocks are read one after the other, so they differ a little without any sleep.
-constexpr std::chrono::milliseconds kShortestSleep{500};
-
 Uptime timeSlept(const MonotonicClock& clock) {
   return clock.sinceBoot() - clock.awakeSinceBoot();
 }
