@@ -94,17 +94,25 @@ class EvidencePass {
   template <class Record>
   void redactElement(const Record& record) {
     Record redacted = record;
-    redactor_->redact(redacted);
+    if (redactor_) {
+      redactor_->redact(redacted);
+    }
     handElement(redacted);
   }
   void redactElement(const SyncBlocker& blocker) {
     // There may be very many: the copy's memory is used again.
     blocker_ = blocker;
-    redactor_->redact(blocker_);
+    if (redactor_) {
+      redactor_->redact(blocker_);
+    }
     handElement(blocker_);
   }
-  void redactValue(std::string& summary) { redactor_->redactSummary(summary); }
-  void redactValue(SystemStatusSnapshot& status) { redactor_->redact(status); }
+  void redactValue(std::string& summary) {
+    if (redactor_) {
+      redactor_->redactSummary(summary);
+    }
+  }
+  static void redactValue(SystemStatusSnapshot& status) { Redactor::redact(status); }
 
   template <class Record>
   void handElement(const Record& record) {

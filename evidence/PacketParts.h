@@ -24,23 +24,23 @@ namespace cirrovane {
 namespace detail {
 
 template <class>
-inline constexpr bool isList = false;
+inline constexpr bool kIsList = false;
 template <class Element>
-inline constexpr bool isList<std::vector<Element>> = true;
+inline constexpr bool kIsList<std::vector<Element>> = true;
 
 template <class>
-inline constexpr bool isShared = false;
+inline constexpr bool kIsShared = false;
 template <class Value>
-inline constexpr bool isShared<Shared<Value>> = true;
+inline constexpr bool kIsShared<Shared<Value>> = true;
 
 template <class Value, class Visitor>
 void visitPart(std::string_view key, const Value& value, Visitor& visitor) {
-  if constexpr (isShared<Value>) {
+  if constexpr (kIsShared<Value>) {
     visitor.beginObject(key);
     using Record = std::remove_cvref_t<decltype(*value)>;
     forEachFieldByKey<Record>([&](const auto& field) { visitPart(field.key, (*value).*field.member, visitor); });
     visitor.endObject();
-  } else if constexpr (isList<Value>) {
+  } else if constexpr (kIsList<Value>) {
     visitor.beginList(key);
     for (const auto& element : value) {
       visitor.element(element);
@@ -88,12 +88,12 @@ bool readParts(JSONStream& stream, Visitor& visitor) {
 
 template <class Value, class Visitor>
 bool readPart(std::string_view key, std::type_identity<Value> /*type*/, JSONStream& stream, Visitor& visitor) {
-  if constexpr (isShared<Value>) {
+  if constexpr (kIsShared<Value>) {
     visitor.beginObject(key);
     const bool isRead = readParts<std::remove_cvref_t<decltype(*std::declval<Value>())>>(stream, visitor);
     visitor.endObject();
     return isRead;
-  } else if constexpr (isList<Value>) {
+  } else if constexpr (kIsList<Value>) {
     visitor.beginList(key);
     typename Value::value_type element;
     const bool isRead = stream.readArray([&] {

@@ -260,7 +260,7 @@ class PageWriter {
       endSection();
       return;
     }
-    beginTable("<th class=\"state\">Severity</th><th class=\"where\">Domain</th><th>Finding</th>");
+    beginTable(R"(<th class="state">Severity</th><th class="where">Domain</th><th>Finding</th>)");
     for (const DiagnosticFinding& finding : content_.findings().shown) {
       const Sign sign = signOf(finding.severity);
       add("<tr><td class=\"sign {}\">{}</td><td>{}</td><td><b>{}</b><br><bdi>{}</bdi></td></tr>\n", sign.tone,

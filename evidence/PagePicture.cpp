@@ -72,11 +72,11 @@ std::string timelinePicture(std::span<const ScanSnapshot> snapshots) {
   picture.add("<rect class=\"danger\" x=\"{}\" y=\"{:.1f}\" width=\"{}\" height=\"{:.1f}\"/>\n", kLeft, yOf(70),
               kRight - kLeft, yOf(0) - yOf(70));
   for (const std::int64_t score : {0, 70, 100}) {
-    picture.add("<line class=\"grid\" x1=\"{}\" y1=\"{:.1f}\" x2=\"{}\" y2=\"{:.1f}\"/>", kLeft, yOf(score), kRight,
+    picture.add(R"(<line class="grid" x1="{}" y1="{:.1f}" x2="{}" y2="{:.1f}"/>)", kLeft, yOf(score), kRight,
                 yOf(score));
     picture.add("<text x=\"{}\" y=\"{:.1f}\" text-anchor=\"end\">{}</text>\n", kLeft - 6, yOf(score) + 4, score);
   }
-  picture.add("<polyline class=\"line\" points=\"");
+  picture.add(R"(<polyline class="line" points=")");
   for (const ScanSnapshot* scan : scans) {
     picture.add("{:.1f},{:.1f} ", xOf(*scan), yOf(scan->score));
   }
@@ -86,15 +86,15 @@ std::string timelinePicture(std::span<const ScanSnapshot> snapshots) {
     const double y = yOf(scan->score);
     // Told by shape too, since colours may be missing.
     if (scan->safeToClose) {
-      picture.add("<circle class=\"safe\" cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"4.5\">", x, y);
+      picture.add(R"(<circle class="safe" cx="{:.1f}" cy="{:.1f}" r="4.5">)", x, y);
     } else {
-      picture.add("<path class=\"unsafe\" d=\"M{:.1f} {:.1f}l5.5 5.5l-5.5 5.5l-5.5 -5.5z\">", x, y - 5.5);
+      picture.add(R"(<path class="unsafe" d="M{:.1f} {:.1f}l5.5 5.5l-5.5 5.5l-5.5 -5.5z">)", x, y - 5.5);
     }
     picture.add("<title>{}: {}, {}</title></{}>\n", pageTime(scan->timestamp), scan->score,
                 scan->safeToClose ? "safe" : "not safe", scan->safeToClose ? "circle" : "path");
   }
   if (span > 0) {
-    picture.add("<text x=\"{}\" y=\"{}\">{}</text>", kLeft, kHeight - 8, pageTime(scans.front()->timestamp));
+    picture.add(R"(<text x="{}" y="{}">{}</text>)", kLeft, kHeight - 8, pageTime(scans.front()->timestamp));
     picture.add("<text x=\"{}\" y=\"{}\" text-anchor=\"end\">{}</text>\n", kRight, kHeight - 8,
                 pageTime(scans.back()->timestamp));
   } else {

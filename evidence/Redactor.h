@@ -25,11 +25,11 @@ class Redactor {
 
   void redact(SyncBlocker& blocker);
   void redact(FolderHealth& health);
-  void redact(RecommendedAction& action);
+  static void redact(RecommendedAction& action);
   void redact(ScanSnapshot& snapshot);
   void redact(DiagnosticFinding& finding);
   void redact(IncidentRecord& incident);
-  void redact(SystemStatusSnapshot& status);
+  static void redact(SystemStatusSnapshot& status);
   /// The report in one sentence.
   void redactSummary(std::string& summary);
 
