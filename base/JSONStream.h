@@ -79,7 +79,7 @@ class JSONStream {
   /// Whether the document is over, with nothing after it.
   bool end();
 
-  /// Why it could not go on, as the part of a sentence; empty while all is well.
+  /// Why it could not go on, as words of a sentence; empty while all is well.
   const std::string& problem() const { return problem_; }
   /// Ends the reading for a reason of the caller's; always false.
   bool fail(std::string_view what);

@@ -89,7 +89,7 @@ class Leaving {
       session_.lookEvery(kUploadsShown);
     }
     wait_.begin({actOf(options.then), asDuration(options.timeout)});
-    awake_.want("Waiting until it is safe to leave");
+    awake_.want(std::string(kReasonToWaitAwake));
     session_.run(std::nullopt, [this] { return look(); });
     uploads_.erase();
     awake_.want(std::nullopt);

@@ -62,7 +62,7 @@ class EvidencePass {
   template <class Record>
   void element(const Record& record) {
     if (redactor_) {
-      redactElement(record);
+      redactElement(*redactor_, record);
     } else {
       handElement(record);
     }
@@ -72,7 +72,7 @@ class EvidencePass {
     if constexpr (std::is_same_v<Value, std::string> || std::is_same_v<Value, SystemStatusSnapshot>) {
       if (redactor_) {
         Value redacted = value;
-        redactValue(redacted);
+        redactValue(*redactor_, redacted);
         handValue(key, redacted);
         return;
       }
@@ -92,27 +92,19 @@ class EvidencePass {
 
  private:
   template <class Record>
-  void redactElement(const Record& record) {
+  void redactElement(Redactor& redactor, const Record& record) {
     Record redacted = record;
-    if (redactor_) {
-      redactor_->redact(redacted);
-    }
+    redactor.redact(redacted);
     handElement(redacted);
   }
-  void redactElement(const SyncBlocker& blocker) {
+  void redactElement(Redactor& redactor, const SyncBlocker& blocker) {
     // There may be very many: the copy's memory is used again.
     blocker_ = blocker;
-    if (redactor_) {
-      redactor_->redact(blocker_);
-    }
+    redactor.redact(blocker_);
     handElement(blocker_);
   }
-  void redactValue(std::string& summary) {
-    if (redactor_) {
-      redactor_->redactSummary(summary);
-    }
-  }
-  static void redactValue(SystemStatusSnapshot& status) { Redactor::redact(status); }
+  static void redactValue(Redactor& redactor, std::string& summary) { redactor.redactSummary(summary); }
+  static void redactValue(Redactor& /*redactor*/, SystemStatusSnapshot& status) { Redactor::redact(status); }
 
   template <class Record>
   void handElement(const Record& record) {

@@ -54,7 +54,7 @@ void visitPart(std::string_view key, const Value& value, Visitor& visitor) {
 template <class Value, class Visitor>
 bool readPart(std::string_view key, std::type_identity<Value> /*type*/, JSONStream& stream, Visitor& visitor);
 
-/// The parts of an object, each of which has to be there once.
+/// All that an object holds, each piece of which has to be there once.
 template <class Record, class Visitor>
 bool readParts(JSONStream& stream, Visitor& visitor) {
   std::bitset<std::tuple_size_v<decltype(Record::jsonFields())>> isThere;
@@ -117,7 +117,7 @@ bool readPart(std::string_view key, std::type_identity<Value> /*type*/, JSONStre
 
 }  // namespace detail
 
-/// Shows a visitor the parts of a packet, in the order of their keys.
+/// Shows a visitor all that a packet holds, in the order of their keys.
 template <class Visitor>
 void visitParts(const ProofPacket& packet, Visitor& visitor) {
   forEachFieldByKey<ProofPacket>(

@@ -13,8 +13,8 @@
 
 namespace cirrovane {
 
-/// What a page shows of a packet: the beginning of each list, and how much more there is. It visits the parts of a
-/// packet (PacketParts) and stays small, however large that is.
+/// What a page shows of a packet: the beginning of each list, and how much more there is. It visits a packet
+/// (PacketParts) and stays small, however large that is.
 class PageContent {
  public:
   /// The most elements of a list that a page shows.

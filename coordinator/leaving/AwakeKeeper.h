@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace cirrovane {
 
@@ -28,6 +29,9 @@ struct AwakeRules {
 
   friend bool operator==(const AwakeRules&, const AwakeRules&) = default;
 };
+
+/// What the system tells whoever asks, while a wait to leave keeps the machine awake.
+inline constexpr std::string_view kReasonToWaitAwake = "Waiting until it is safe to leave";
 
 /// Why the machine is not kept awake though somebody wants it to be.
 enum class AwakeObstacle : std::uint8_t { none, battery, tooLong, denied };

@@ -58,7 +58,7 @@ LeaveGate::LeaveGate(const LeaveGateEnvironment& environment)
               .alarm = environment.alarms.power,
               .supply = environment.supply,
               .hold = [gate = gate_](const std::string& reason) { return gate->keepAwake(reason); }}),
-      question_(environment.alarms.question, [this] {
+      question_(environment.alarms.question, environment.monotonicClock, [this] {
         if (announcer_ != nullptr) {
           announcer_->letGo();
         }
@@ -144,7 +144,7 @@ bool LeaveGate::isSafe() const {
 
 std::optional<std::string> LeaveGate::reasonToStayAwake() const {
   if (wait_.standing().value().isWaiting()) {
-    return "Waiting until it is safe to leave";
+    return std::string(kReasonToWaitAwake);
   }
   const std::optional<Shared<SyncHealthReport>>& report = environment_.live.report().value();
   if (preferences_.keepsAwakeWhilePending && report && (*report)->metrics.pendingUploads > 0) {

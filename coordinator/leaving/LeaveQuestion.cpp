@@ -34,6 +34,15 @@ void LeaveQuestion::announce(bool isSafe, std::chrono::milliseconds within) {
   take(isSafe ? QuestionEvent::announcedSafe : QuestionEvent::announcedUnsafe);
 }
 
+void LeaveQuestion::awaitDeadline() {
+  const std::chrono::nanoseconds left = deadline_ - monotonicClock_.sinceBoot();
+  if (left.count() <= 0) {
+    take(QuestionEvent::silence);
+    return;
+  }
+  alarm_.set(left, [this] { awaitDeadline(); });
+}
+
 void LeaveQuestion::take(QuestionEvent event) {
   const auto* const edge = std::ranges::find_if(
       kQuestionTable, [&](const QuestionEdge& each) { return each.from == state_.value() && each.event == event; });
@@ -41,7 +50,8 @@ void LeaveQuestion::take(QuestionEvent event) {
     return;
   }
   if (edge->to == QuestionState::asked) {
-    alarm_.set(patience_, [this] { take(QuestionEvent::silence); });
+    deadline_ = monotonicClock_.sinceBoot() + patience_;
+    awaitDeadline();
   } else {
     alarm_.clear();
   }

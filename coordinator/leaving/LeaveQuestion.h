@@ -2,6 +2,7 @@
 
 #include "base/Published.h"
 #include "platform/Alarm.h"
+#include "platform/Clock.h"
 
 #include <chrono>
 #include <cstdint>
@@ -57,8 +58,9 @@ class LeaveQuestion {
   /// Without an answer in this time the machine goes on, or sooner where it does not wait that long.
   static constexpr std::chrono::seconds kPatience{35};
 
-  /// `letGo` has the machine go on with what it announced. The alarm is this question's own.
-  LeaveQuestion(Alarm& alarm, std::function<void()> letGo) : alarm_(alarm), letGo_(std::move(letGo)) {}
+  /// `letGo` has the machine go on with what it announced. The alarm is this question's own; both outlive it.
+  LeaveQuestion(Alarm& alarm, const MonotonicClock& monotonicClock, std::function<void()> letGo)
+      : alarm_(alarm), monotonicClock_(monotonicClock), letGo_(std::move(letGo)) {}
   ~LeaveQuestion() { alarm_.clear(); }
 
   LeaveQuestion(const LeaveQuestion&) = delete;
@@ -73,9 +75,14 @@ class LeaveQuestion {
   void take(QuestionEvent event);
 
  private:
+  /// An alarm may ring before its time.
+  void awaitDeadline();
+
   Alarm& alarm_;
+  const MonotonicClock& monotonicClock_;
   std::function<void()> letGo_;
   std::chrono::milliseconds patience_ = kPatience;
+  std::chrono::nanoseconds deadline_{0};
   Published<QuestionState> state_{QuestionState::calm};
 };
 

@@ -23,6 +23,20 @@ def on_host(launcher, mac, logind):
     return start
 
 
+@pytest.fixture
+def shut_down(on_host, logind):
+    """Starts the application, which asks before a shutdown, and announces one once it has scanned."""
+
+    def start():
+        application = on_host(askBeforeShutdown=True)
+        application.wait_scanned()
+        wait_for_line(application, logind, DELAY)
+        logind.announce("shutdown")
+        return application
+
+    return start
+
+
 def make_pending(mac):
     """One upload is pending, and nothing else is amiss."""
     mac.settle()
@@ -110,12 +124,9 @@ def test_keepAwake_holdsWhileAnUploadIsPending(on_host, mac, logind):
     wait_for_line(application, logind, "released idle")
 
 
-def test_shutdown_whileUnsafe_asksAndLeavesAnyway(on_host, mac, logind):
+def test_shutdown_whileUnsafe_asksAndLeavesAnyway(shut_down, mac, logind):
     make_pending(mac)
-    application = on_host(askBeforeShutdown=True)
-    application.wait_scanned()
-    wait_for_line(application, logind, DELAY)
-    logind.announce("shutdown")
+    application = shut_down()
     application.node(*QUESTION, seconds=1)
     texts = application.texts(QUESTION)
     assert any("1 file" in text for text in texts), texts
@@ -125,12 +136,9 @@ def test_shutdown_whileUnsafe_asksAndLeavesAnyway(on_host, mac, logind):
     application.wait_for_none(*QUESTION)
 
 
-def test_shutdown_whileUnsafe_waitedFor_goesOnWhenSafe(on_host, mac, logind):
+def test_shutdown_whileUnsafe_waitedFor_goesOnWhenSafe(shut_down, mac, logind):
     file = make_pending(mac)
-    application = on_host(askBeforeShutdown=True)
-    application.wait_scanned()
-    wait_for_line(application, logind, DELAY)
-    logind.announce("shutdown")
+    application = shut_down()
     application.node(*QUESTION)
     # The button that has the keyboard.
     application.keys("Return")
@@ -141,32 +149,23 @@ def test_shutdown_whileUnsafe_waitedFor_goesOnWhenSafe(on_host, mac, logind):
     application.wait_for_none("dialog", "Waiting Until It Is Safe")
 
 
-def test_shutdown_whileUnsafe_withoutAnAnswer_goesOnByTheSystem(on_host, mac, logind):
+def test_shutdown_whileUnsafe_withoutAnAnswer_goesOnByTheSystem(shut_down, mac, logind):
     make_pending(mac)
-    application = on_host(askBeforeShutdown=True)
-    application.wait_scanned()
-    wait_for_line(application, logind, DELAY)
-    logind.announce("shutdown")
+    application = shut_down()
     application.node(*QUESTION)
     wait_for_line(application, logind, "off")
 
 
-def test_shutdown_whileSafe_isHeldUpByNobody(on_host, mac, logind):
+def test_shutdown_whileSafe_isHeldUpByNobody(shut_down, mac, logind):
     mac.settle()
-    application = on_host(askBeforeShutdown=True)
-    application.wait_scanned()
-    wait_for_line(application, logind, DELAY)
-    logind.announce("shutdown")
+    application = shut_down()
     wait_for_line(application, logind, "released sleep:shutdown")
     assert not application.all(*QUESTION)
 
 
-def test_shutdownThatIsCalledOff_takesTheQuestionBack(on_host, mac, logind):
+def test_shutdownThatIsCalledOff_takesTheQuestionBack(shut_down, mac, logind):
     make_pending(mac)
-    application = on_host(askBeforeShutdown=True)
-    application.wait_scanned()
-    wait_for_line(application, logind, DELAY)
-    logind.announce("shutdown")
+    application = shut_down()
     application.node(*QUESTION)
     logind.stay()
     application.wait_for_none(*QUESTION)

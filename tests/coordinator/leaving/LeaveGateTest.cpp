@@ -209,6 +209,7 @@ TEST_F(LeaveGateTest, shutdownWhileUnsafe_withoutAnAnswer_goesOn) {
   turn(false);
   announce(PowerAct::shutdown);
   EXPECT_EQ(questionAlarm_.after(), 35s);
+  uptime_.advance(35s);
   questionAlarm_.ring();
   EXPECT_EQ(power_.letGo, 1);
 }

@@ -1,5 +1,6 @@
 #include "coordinator/leaving/LeaveQuestion.h"
 #include "tests/support/ManualAlarm.h"
+#include "tests/support/ManualMonotonicClock.h"
 
 #include <set>
 #include <utility>
@@ -21,7 +22,8 @@ class LeaveQuestionTest : public testing::Test {
 
   ManualAlarm alarm_;
   int letGo_ = 0;
-  LeaveQuestion question_{alarm_, [this] { ++letGo_; }};
+  ManualMonotonicClock uptime_;
+  LeaveQuestion question_{alarm_, uptime_, [this] { ++letGo_; }};
 };
 
 TEST_F(LeaveQuestionTest, calm_announcedWhileSafe_letsGo) {
@@ -39,6 +41,7 @@ TEST_F(LeaveQuestionTest, machineThatWaitsLess_isAnsweredSooner) {
   question_.announce(/*isSafe=*/false, 5s);
   EXPECT_EQ(alarm_.after(), 5s);
   EXPECT_EQ(question_.patience(), 5s);
+  uptime_.advance(5s);
   alarm_.ring();
   question_.announce(/*isSafe=*/false, 40s);
   EXPECT_EQ(alarm_.after(), 35s);
@@ -67,8 +70,17 @@ TEST_F(LeaveQuestionTest, asked_leaveAnyway_letsGo) {
 
 TEST_F(LeaveQuestionTest, asked_noAnswer_letsGo) {
   ask();
+  uptime_.advance(35s);
   alarm_.ring();
   expect(QuestionState::calm, 1);
+}
+
+TEST_F(LeaveQuestionTest, asked_alarmThatRingsTooSoon_isNoAnswer) {
+  ask();
+  uptime_.advance(10s);
+  alarm_.ring();
+  expect(QuestionState::asked, 0);
+  EXPECT_EQ(alarm_.after(), 25s);
 }
 
 TEST_F(LeaveQuestionTest, asked_safeByNow_letsGo) {
